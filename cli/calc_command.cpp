@@ -1,0 +1,133 @@
+#include "calc_command.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "arguments.h"
+#include "assignments.h"
+#include "cli_error.h"
+#include "data_file.h"
+#include "find_item.h"
+#include "item_results.h"
+#include "line_stream.h"
+#include "table.h"
+
+namespace velm {
+
+namespace {
+
+class CalcRun {
+public:
+    explicit CalcRun(CommandContext& context) : context_(context) {}
+
+    int Run(const std::vector<std::string>& words) {
+        CVelmArguments arguments("calc", "Compute the outputs of a calculation file");
+        arguments.AddPositional("FILE", file_, "Calculation file: a path or a name in the data folder");
+        arguments.AddPositionals("ID=VALUE", assignmentWords_,
+                                 "Give an input a value, as typed in the program; one VALUE may be - for one from "
+                                 "every line of input");
+        arguments.AddFlag("--json", json_, "Write every item as JSON");
+        if (!arguments.Parse(words, context_.out)) {
+            return STATUS_OK;
+        }
+        Prepare();
+        return streamed_ == nullptr ? CalculateOnce() : CalculateStream();
+    }
+
+private:
+    void Prepare() {
+        for (const std::string& word : assignmentWords_) {
+            assignments_.push_back(SplitAssignment("calc", word));
+        }
+        document_ = OpenDataFile(context_, file_, KIND_CALCULATION);
+        for (const Assignment& assignment : assignments_) {
+            Give(assignment);
+        }
+    }
+
+    void Give(const Assignment& assignment) {
+        CVelmItem& input = FindItem(*document_, assignment.name, "input");
+        if (input.IsOutput()) {
+            FailUsage(fmt::format("calc: {} is an output: it is computed", Quoted(assignment.name)));
+        }
+        if (assignment.IsStreamed()) {
+            if (streamed_ != nullptr) {
+                FailUsage("calc: only one VALUE can be -");
+            }
+            streamed_ = &input;
+            return;
+        }
+        input.valueText = FromUtf8(assignment.value);
+        given_.push_back(&input);
+    }
+
+    void Calculate() {
+        for (const auto& item : document_->items) {
+            item->state = STATE_NONE;
+        }
+        document_->Recalculate(context_.formulas);
+    }
+
+    int CalculateOnce() {
+        Calculate();
+        for (const CVelmItem* input : given_) {
+            if (input->state != STATE_VALID) {
+                Fail(fmt::format("calc: cannot read {} as a value of {}", Quoted(ToUtf8(input->valueText)),
+                                 ToUtf8(input->ShortName())));
+            }
+        }
+        if (json_) {
+            context_.out.WriteLine(ResultsAsJson(AllItems(*document_), context_.services.locale, true));
+            return STATUS_OK;
+        }
+        TableRows rows;
+        for (const CVelmItem* item : ShownItems(*document_)) {
+            const bool isGiven = std::find(given_.begin(), given_.end(), item) != given_.end();
+            rows.push_back(
+                {(isGiven ? "* " : "  ") + ToUtf8(item->name), ResultText(*item, context_.services.locale, false)});
+        }
+        PrintTable(rows, context_.out);
+        return STATUS_OK;
+    }
+
+    /// One line for a value: the outputs that the list shows, with tabs between them.
+    int CalculateStream() {
+        return StreamLines(context_, [this](std::string_view line, std::string& result) {
+            streamed_->valueText = FromUtf8(line);
+            Calculate();
+            if (streamed_->state != STATE_VALID) {
+                return false;
+            }
+            if (json_) {
+                result = ResultsAsJson(AllItems(*document_), context_.services.locale, false);
+                return true;
+            }
+            const char* separator = "";
+            for (const CVelmItem* item : ShownItems(*document_)) {
+                if (item->IsOutput()) {
+                    result += separator + ResultText(*item, context_.services.locale, false);
+                    separator = "\t";
+                }
+            }
+            return true;
+        });
+    }
+
+    CommandContext& context_;
+    std::string file_;
+    std::vector<std::string> assignmentWords_;
+    bool json_ = false;
+    std::vector<Assignment> assignments_;
+    std::unique_ptr<CVelmDocument> document_;
+    std::vector<const CVelmItem*> given_;
+    CVelmItem* streamed_ = nullptr;
+};
+
+}  // namespace
+
+int RunCalc(CommandContext& context, const std::vector<std::string>& arguments) {
+    return CalcRun(context).Run(arguments);
+}
+
+}  // namespace velm

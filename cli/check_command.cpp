@@ -1,0 +1,80 @@
+#include "check_command.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "arguments.h"
+#include "cli_error.h"
+#include "data_file.h"
+#include "read_only_files.h"
+
+namespace velm {
+
+namespace {
+
+std::string CountsText(const CVelmDocument& document) {
+    const auto* conversions = ConversionsOf(document);
+    return fmt::format("ok, {} items, {} conversions", document.items.size(),
+                       conversions == nullptr ? 0 : conversions->size());
+}
+
+/// What stands behind the path; sets `isOk`.
+std::string CheckFile(const CVelmServices& services, const CVelmString& path, bool& isOk) {
+    const DataFilePath parts = SplitDataFilePath(path);
+    if (parts.kind == 0) {
+        return "error: does not end in .cnv or .cal";
+    }
+    const std::unique_ptr<CVelmDocument> document = CreateDocument(parts.kind, services);
+    if (!document->Load(parts.folder, true, parts.name)) {
+        return "error: " + LoadFailureText(document->LastLoad());
+    }
+    if (document->DroppedRecords() != 0) {
+        return "error: " + DroppedRecordsText(*document);
+    }
+    isOk = true;
+    return CountsText(*document);
+}
+
+/// A folder stands for its data files.
+std::vector<CVelmString> FilesAt(CVelmFileSystem& files, const std::string& path) {
+    const CVelmString whole = FromUtf8(path);
+    const auto entries = KindOfFileName(whole) == 0 ? files.List(whole) : std::nullopt;
+    if (!entries) {
+        return {whole};
+    }
+    std::vector<CVelmString> found;
+    for (const CVelmFolderEntry& entry : *entries) {
+        if (!entry.isFolder && KindOfFileName(entry.name) != 0) {
+            found.push_back(WithSeparator(whole) + entry.name);
+        }
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+}  // namespace
+
+int RunCheck(CommandContext& context, const std::vector<std::string>& arguments) {
+    std::vector<std::string> paths;
+    CVelmArguments declared("check", "Check data files; never changes one");
+    declared.AddRequiredPositionals("PATH", paths, "Data files, and folders of them");
+    if (!declared.Parse(arguments, context.out)) {
+        return STATUS_OK;
+    }
+    // Loading a file of the older format would rewrite it.
+    CVelmReadOnlyFiles files(context.services.files);
+    const CVelmServices services{files, context.services.clock, context.services.locale};
+    int status = STATUS_OK;
+    for (const std::string& path : paths) {
+        for (const CVelmString& file : FilesAt(files, path)) {
+            bool isOk = false;
+            const std::string verdict = CheckFile(services, file, isOk);
+            context.out.WriteLine(OneLine(fmt::format("{}: {}", ToUtf8(file), verdict)));
+            status = isOk ? status : STATUS_FAILED;
+        }
+    }
+    return status;
+}
+
+}  // namespace velm

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace velm {
+
+/// Exit statuses of the command.
+constexpr int STATUS_OK = 0;
+constexpr int STATUS_FAILED = 1;  ///< what was asked for could not be done
+constexpr int STATUS_USAGE = 2;   ///< it was not asked for in the right way
+
+/// Ends a subcommand: main prints the text (UTF-8) as one line and exits with the status.
+class CVelmCliError : public std::runtime_error {
+public:
+    CVelmCliError(int exitStatus, const std::string& text) : std::runtime_error(text), status(exitStatus) {}
+
+    int status;
+};
+
+[[noreturn]] void Fail(const std::string& text);
+[[noreturn]] void FailUsage(const std::string& text);
+
+/// The text in quotation marks, for a message.
+std::string Quoted(const std::string& text);
+
+/// The text on one line: control characters become "?".
+std::string OneLine(std::string text);
+
+}  // namespace velm

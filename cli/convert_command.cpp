@@ -1,0 +1,153 @@
+#include "convert_command.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "arguments.h"
+#include "cli_error.h"
+#include "data_file.h"
+#include "find_item.h"
+#include "item_results.h"
+#include "line_stream.h"
+#include "table.h"
+
+namespace velm {
+
+namespace {
+
+class ConvertRun {
+public:
+    explicit ConvertRun(CommandContext& context) : context_(context) {}
+
+    int Run(const std::vector<std::string>& words) {
+        CVelmArguments arguments("convert", "Convert a value to the other units of a file");
+        arguments.AddPositional("FILE", file_, "Conversion file: a path or a name in the data folder");
+        arguments.AddPositional("UNIT", unitText_, "Identifier or name of the value's unit");
+        arguments.AddPositional("VALUE", value_, "As typed in the program; - takes one from every line of input");
+        arguments.AddOption("--to", targetTexts_, "UNIT", "Print the value in this unit alone; may be repeated");
+        arguments.AddFlag("--raw", raw_, "Write numbers with 17 significant digits");
+        arguments.AddFlag("--json", json_, "Write every item as JSON");
+        arguments.Exclude("--json", "--raw");
+        if (!arguments.Parse(words, context_.out)) {
+            return STATUS_OK;
+        }
+        Prepare();
+        return value_ == "-" ? ConvertStream() : ConvertOnce();
+    }
+
+private:
+    void Prepare() {
+        document_ = OpenDataFile(context_, file_, KIND_CONVERSION);
+        unit_ = &FindItem(*document_, unitText_, "unit");
+        document_->currentItem = unit_;
+        for (const std::string& text : targetTexts_) {
+            targets_.push_back(&FindItem(*document_, text, "unit"));
+        }
+        if (targets_.empty()) {
+            printed_ = json_ ? AllItems(*document_) : ShownItems(*document_);
+        } else {
+            printed_ = targets_;
+        }
+    }
+
+    /// False when the text is no value of the unit.
+    bool Convert(std::string_view text) {
+        if (!unit_->format.ParseValueText(FromUtf8(text), context_.formulas, unit_->value)) {
+            return false;
+        }
+        unit_->state = STATE_VALID;
+        // Only shown units are solved for, so a hidden one that was asked for is shown while that goes on.
+        std::vector<CVelmItem*> hidden;
+        std::copy_if(targets_.begin(), targets_.end(), std::back_inserter(hidden),
+                     [](const CVelmItem* item) { return item->shown == 0; });
+        for (CVelmItem* item : hidden) {
+            item->shown = 1;
+        }
+        document_->Recalculate(context_.formulas);
+        for (CVelmItem* item : hidden) {
+            item->shown = 0;
+        }
+        return true;
+    }
+
+    int ConvertOnce() {
+        if (!Convert(value_)) {
+            Fail(fmt::format("convert: cannot read {} as a value of {}", Quoted(value_), ToUtf8(unit_->name)));
+        }
+        if (json_) {
+            context_.out.WriteLine(ResultsAsJson(printed_, context_.services.locale, true));
+        } else if (targets_.empty()) {
+            PrintList();
+        } else {
+            PrintTargets();
+        }
+        return STATUS_OK;
+    }
+
+    void PrintList() {
+        TableRows rows;
+        for (const CVelmItem* item : printed_) {
+            const char* mark = item == unit_ ? "* " : "  ";
+            rows.push_back({mark + ToUtf8(item->name), ResultText(*item, context_.services.locale, raw_)});
+        }
+        PrintTable(rows, context_.out);
+    }
+
+    void PrintTargets() {
+        for (const CVelmItem* item : printed_) {
+            if (item->state == STATE_NONE) {
+                Fail(fmt::format("convert: {} has no conversion from {} to {}", ToUtf8(document_->fileName),
+                                 ToUtf8(unit_->name), ToUtf8(item->name)));
+            }
+            if (item->state != STATE_VALID) {
+                Fail(fmt::format("convert: {} of {} has no value in {}", Quoted(value_), ToUtf8(unit_->name),
+                                 ToUtf8(item->name)));
+            }
+        }
+        for (const CVelmItem* item : printed_) {
+            context_.out.WriteLine(ResultText(*item, context_.services.locale, raw_));
+        }
+    }
+
+    /// One line for a value: the units asked for, or all that the list shows, with tabs between them.
+    int ConvertStream() {
+        return StreamLines(context_, [this](std::string_view line, std::string& result) {
+            if (!Convert(line)) {
+                return false;
+            }
+            if (json_) {
+                result = ResultsAsJson(printed_, context_.services.locale, false);
+                return true;
+            }
+            for (const CVelmItem* item : printed_) {
+                if (!targets_.empty() && item->state != STATE_VALID) {
+                    return false;
+                }
+                result += item == printed_.front() ? "" : "\t";
+                result += ResultText(*item, context_.services.locale, raw_);
+            }
+            return true;
+        });
+    }
+
+    CommandContext& context_;
+    std::string file_;
+    std::string unitText_;
+    std::string value_;
+    std::vector<std::string> targetTexts_;
+    bool raw_ = false;
+    bool json_ = false;
+    std::unique_ptr<CVelmDocument> document_;
+    CVelmItem* unit_ = nullptr;
+    std::vector<CVelmItem*> targets_;
+    std::vector<CVelmItem*> printed_;
+};
+
+}  // namespace
+
+int RunConvert(CommandContext& context, const std::vector<std::string>& arguments) {
+    return ConvertRun(context).Run(arguments);
+}
+
+}  // namespace velm

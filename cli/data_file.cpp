@@ -1,0 +1,138 @@
+#include "data_file.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "cli_error.h"
+#include "suggest.h"
+
+namespace velm {
+
+namespace {
+
+/// Position behind the last separator; a slash is one on every system.
+std::size_t NameStart(CVelmStringView path) {
+    const CVelmString separators{u'/', FolderSeparator};
+    const std::size_t last = path.find_last_of(separators);
+    return last == CVelmStringView::npos ? 0 : last + 1;
+}
+
+CVelmStringView WithoutExtension(CVelmStringView name) {
+    return name.substr(0, name.size() - ExtensionOfKind(KindOfFileName(name)).size());
+}
+
+std::vector<CVelmString> DataFilesOf(const CommandContext& context) {
+    const auto entries = context.services.files.List(context.dataFolder);
+    if (!entries) {
+        Fail("cannot read the data folder " + Quoted(ToUtf8(context.dataFolder)));
+    }
+    std::vector<CVelmString> names;
+    for (const CVelmFolderEntry& entry : *entries) {
+        if (!entry.isFolder && KindOfFileName(entry.name) != 0) {
+            names.push_back(entry.name);
+        }
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+/// The names that match, with or without their extension.
+template <typename Equal>
+std::vector<CVelmString> Matching(const std::vector<CVelmString>& names, CVelmStringView wanted, Equal equal) {
+    std::vector<CVelmString> matching;
+    std::copy_if(names.begin(), names.end(), std::back_inserter(matching),
+                 [&](const CVelmString& name) { return equal(name, wanted) || equal(WithoutExtension(name), wanted); });
+    return matching;
+}
+
+CVelmString FindInDataFolder(const CommandContext& context, const std::string& file) {
+    const CVelmString wanted = FromUtf8(file);
+    const std::vector<CVelmString> names = DataFilesOf(context);
+    std::vector<CVelmString> found = Matching(names, wanted, std::equal_to<CVelmStringView>());
+    if (found.empty()) {
+        found = Matching(names, wanted, EqualsNoCase);
+    }
+    if (found.empty()) {
+        std::vector<CVelmString> known;
+        known.reserve(names.size());
+        for (const CVelmString& name : names) {
+            known.emplace_back(WithoutExtension(name));
+        }
+        Fail(fmt::format("there is no data file {} in {}; {}", Quoted(file), ToUtf8(context.dataFolder),
+                         DidYouMean(wanted, known, 3)));
+    }
+    if (found.size() > 1) {
+        std::string list;
+        for (const CVelmString& name : found) {
+            list += (list.empty() ? "" : ", ") + ToUtf8(name);
+        }
+        Fail(fmt::format("{} can be any of {}", Quoted(file), list));
+    }
+    return found.front();
+}
+
+}  // namespace
+
+DataFilePath SplitDataFilePath(CVelmStringView path) {
+    const std::size_t start = NameStart(path);
+    const CVelmStringView name = path.substr(start);
+    return {CVelmString(path.substr(0, start)), CVelmString(WithoutExtension(name)), KindOfFileName(name)};
+}
+
+DataFilePath FindDataFile(const CommandContext& context, const std::string& file) {
+    const CVelmString path = FromUtf8(file);
+    const bool isDataFile = KindOfFileName(path) != 0;
+    if (NameStart(path) == 0 && !(isDataFile && context.services.files.Exists(path))) {
+        return SplitDataFilePath(context.dataFolder + FindInDataFolder(context, file));
+    }
+    if (!isDataFile) {
+        Fail(file + ": does not end in .cnv or .cal");
+    }
+    return SplitDataFilePath(path);
+}
+
+std::unique_ptr<CVelmDocument> OpenDataFile(const CommandContext& context, const std::string& file, std::int32_t kind) {
+    const DataFilePath path = FindDataFile(context, file);
+    if (kind != 0 && path.kind != kind) {
+        Fail(kind == KIND_CONVERSION ? Quoted(file) + " is a calculation file: use velmora calc"
+                                     : Quoted(file) + " is a conversion file: use velmora convert");
+    }
+    std::unique_ptr<CVelmDocument> document = CreateDocument(path.kind, context.services);
+    if (!document->Load(path.folder, true, path.name)) {
+        Fail(file + ": " + LoadFailureText(document->LastLoad()));
+    }
+    return document;
+}
+
+std::string LoadFailureText(LoadStatus status) {
+    switch (status) {
+        case LoadStatus::Ok:
+            return "ok";
+        case LoadStatus::CannotOpen:
+            return "cannot be opened";
+        case LoadStatus::UnknownFormat:
+            return "not a data file: its first word is neither format's";
+        case LoadStatus::SizeMismatch:
+            return "damaged: its length is not the one written in it";
+        case LoadStatus::Truncated:
+            return "damaged: it ends too early";
+        case LoadStatus::NegativeCount:
+            return "damaged: a count in it is negative";
+        case LoadStatus::UnknownItemType:
+            return "damaged: it holds an item of an unknown type";
+    }
+    return "cannot be loaded";
+}
+
+const std::vector<std::unique_ptr<CVelmConversion>>* ConversionsOf(const CVelmDocument& document) {
+    const auto* conversionDoc = dynamic_cast<const CVelmConversionDoc*>(&document);
+    return conversionDoc == nullptr ? nullptr : &conversionDoc->conversions;
+}
+
+std::string DroppedRecordsText(const CVelmDocument& document) {
+    const std::int32_t count = document.DroppedRecords();
+    return fmt::format("{} record{} cannot be read", count, count == 1 ? "" : "s");
+}
+
+}  // namespace velm

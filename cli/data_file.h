@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "command.h"
+#include "model/document.h"
+
+namespace velm {
+
+/// Where a data file is. A file of the name need not exist.
+struct DataFilePath {
+    CVelmString folder;  ///< with a separator behind it, or empty
+    CVelmString name;    ///< without extension
+    std::int32_t kind;   ///< KIND_CONVERSION or KIND_CALCULATION; 0 for a name that is neither's
+};
+
+DataFilePath SplitDataFilePath(CVelmStringView path);
+
+/// What FILE (UTF-8) names: a path, or a file of the data folder with or without its extension, in any letter case.
+/// Ends the command with the nearest names when there is none and with the list when there are several.
+DataFilePath FindDataFile(const CommandContext& context, const std::string& file);
+
+/// Loads what FILE names. Ends the command when that cannot be, or when the file's kind is not `kind` (0: any).
+std::unique_ptr<CVelmDocument> OpenDataFile(const CommandContext& context, const std::string& file,
+                                            std::int32_t kind = 0);
+
+/// Null for a document without conversions.
+const std::vector<std::unique_ptr<CVelmConversion>>* ConversionsOf(const CVelmDocument& document);
+
+/// Why a load failed, to stand behind the name of the file and a colon.
+std::string LoadFailureText(LoadStatus status);
+
+/// "3 records cannot be read"
+std::string DroppedRecordsText(const CVelmDocument& document);
+
+}  // namespace velm

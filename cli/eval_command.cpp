@@ -1,0 +1,200 @@
+#include "eval_command.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "arguments.h"
+#include "assignments.h"
+#include "cli_error.h"
+#include "format_names.h"
+#include "formats/value_format.h"
+#include "line_stream.h"
+#include "number_text.h"
+#include "suggest.h"
+
+namespace velm {
+
+namespace {
+
+struct AngleWord {
+    const char* word;
+    AngleMode mode;
+};
+
+constexpr std::array<AngleWord, 3> ANGLE_WORDS{
+    {{"rad", AngleMode::Radians}, {"deg", AngleMode::Degrees}, {"gra", AngleMode::Grads}}};
+
+void SetAngleMode(FormulaContext& formulas, const std::string& word) {
+    std::vector<std::string> words;
+    for (const AngleWord& angle : ANGLE_WORDS) {
+        if (angle.word == word) {
+            formulas.SetAngle(angle.mode);
+            return;
+        }
+        words.emplace_back(angle.word);
+    }
+    FailUsage(fmt::format("eval: {} is no angle mode; {}", Quoted(word), DidYouMean(word, words, words.size())));
+}
+
+/// The pieces of a list, cut at commas outside parentheses.
+std::vector<std::string> SplitList(const std::string& list) {
+    std::vector<std::string> pieces(1);
+    int depth = 0;
+    for (const char c : list) {
+        depth += c == '(' ? 1 : c == ')' ? -1 : 0;
+        if (c == ',' && depth == 0) {
+            pieces.emplace_back();
+        } else {
+            pieces.back() += c;
+        }
+    }
+    return pieces;
+}
+
+void ReadParts(const std::string& list, FormulaContext& formulas, CVelmValueFormat& format) {
+    const std::vector<std::string> pieces = SplitList(list);
+    if (pieces.size() > COMPOUND_PARTS) {
+        FailUsage(fmt::format("eval: --parts takes at most {} parts", COMPOUND_PARTS));
+    }
+    format.compoundParts = {};
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        const std::size_t colon = pieces[i].rfind(':');
+        if (colon == std::string::npos) {
+            FailUsage(fmt::format("eval: {} in --parts is not of the form LABEL:FACTOR", Quoted(pieces[i])));
+        }
+        format.compoundParts[i].label = FromUtf8(pieces[i].substr(0, colon));
+        const std::string factor = pieces[i].substr(colon + 1);
+        if (!EvaluateFormula(formulas, FromUtf8(factor), format.compoundParts[i].factor)) {
+            Fail(fmt::format("eval: cannot evaluate the factor {} of --parts", Quoted(factor)));
+        }
+    }
+}
+
+constexpr const char* FORMAT_HELP =
+    "Write as decimal (the default), currency, hex, octal, binary, compound, date or datetime";
+
+class Evaluation {
+public:
+    explicit Evaluation(CommandContext& context) : context_(context) { format_.allowedFormats = AllFormats(); }
+
+    int Run(const std::vector<std::string>& words) {
+        CVelmArguments arguments("eval", "Evaluate a formula");
+        arguments.AddPositional("FORMULA", formula_, "The formula; - takes one from every line of standard input");
+        arguments.AddPositionals("NAME=VALUE", assignmentWords_,
+                                 "Define a variable; one VALUE may be - instead of FORMULA");
+        arguments.AddOption("--angle", angle_, "UNIT", "Angles in rad (the default), deg or gra");
+        arguments.AddOption("--as", as_, "FORMAT", FORMAT_HELP);
+        arguments.AddFlag("--plain", plain_, "Write it as for typing instead");
+        arguments.AddOption("--parts", parts_, "LABEL:FACTOR,...", "The parts of compound numbers, at most four");
+        arguments.AddFlag("--raw", raw_, "Write the number with 17 significant digits");
+        arguments.Exclude("--raw", "--as");
+        arguments.Exclude("--raw", "--plain");
+        if (!arguments.Parse(words, context_.out)) {
+            return STATUS_OK;
+        }
+        Prepare();
+        return streamed_ == nullptr && formula_ != "-" ? EvaluateOnce() : EvaluateStream();
+    }
+
+private:
+    void Prepare() {
+        SetAngleMode(context_.formulas, angle_);
+        if (!parts_.empty()) {
+            ReadParts(parts_, context_.formulas, format_);
+        }
+        const auto code = FormatCode(as_);
+        if (!code) {
+            FailUsage(fmt::format("eval: {} is no format; {}", Quoted(as_), DidYouMean(as_, FormatWords())));
+        }
+        format_.displayFormat = *code;
+        format_.inputFormat = *code;
+        for (const std::string& word : assignmentWords_) {
+            assignments_.push_back(SplitAssignment("eval", word));
+        }
+        for (const Assignment& assignment : assignments_) {
+            Define(assignment);
+        }
+    }
+
+    /// Each value may use the names before it. A streamed one is 0 until its first line.
+    void Define(const Assignment& assignment) {
+        double value = 0.0;
+        if (assignment.IsStreamed()) {
+            if (streamed_ != nullptr || formula_ == "-") {
+                FailUsage("eval: only one of FORMULA and the values can be -");
+            }
+            streamed_ = &assignment;
+        } else if (!Evaluate(assignment.value, value)) {
+            Fail(fmt::format("eval: cannot evaluate {} for {}", Quoted(assignment.value), assignment.name));
+        }
+        const CVelmString name = FromUtf8(assignment.name);
+        if (!DefineVariable(context_.formulas, name, value)) {
+            FailUsage(fmt::format("eval: {} is not a name", Quoted(assignment.name)));
+        }
+        double readBack = 0.0;
+        const bool known = EvaluateFormula(context_.formulas, name, readBack);
+        if (!known || (readBack != value && !(std::isnan(readBack) && std::isnan(value)))) {
+            FailUsage(fmt::format("eval: {} has a meaning of its own in formulas", Quoted(assignment.name)));
+        }
+    }
+
+    bool Evaluate(std::string_view text, double& value) const {
+        return format_.ParseValueText(FromUtf8(text), context_.formulas, value);
+    }
+
+    std::string Text(double value) const {
+        if (raw_) {
+            return RawText(value);
+        }
+        return ToUtf8(plain_ ? format_.FormatValueForInput(value)
+                             : format_.FormatValue(value, context_.services.locale));
+    }
+
+    int EvaluateOnce() {
+        double value = 0.0;
+        if (!Evaluate(formula_, value)) {
+            Fail(fmt::format("eval: cannot evaluate {}", Quoted(formula_)));
+        }
+        context_.out.WriteLine(Text(value));
+        return STATUS_OK;
+    }
+
+    int EvaluateStream() {
+        return StreamLines(context_, [this](std::string_view line, std::string& result) {
+            double value = 0.0;
+            if (!Evaluate(line, value)) {
+                return false;
+            }
+            if (streamed_ != nullptr) {
+                DefineVariable(context_.formulas, FromUtf8(streamed_->name), value);
+                if (!Evaluate(formula_, value)) {
+                    return false;
+                }
+            }
+            result = Text(value);
+            return true;
+        });
+    }
+
+    CommandContext& context_;
+    std::string formula_;
+    std::vector<std::string> assignmentWords_;
+    std::string angle_ = ANGLE_WORDS.front().word;
+    std::string as_ = std::string(FORMAT_NAMES.front().name);
+    std::string parts_;
+    bool plain_ = false;
+    bool raw_ = false;
+    CVelmValueFormat format_;
+    std::vector<Assignment> assignments_;
+    const Assignment* streamed_ = nullptr;
+};
+
+}  // namespace
+
+int RunEval(CommandContext& context, const std::vector<std::string>& arguments) {
+    return Evaluation(context).Run(arguments);
+}
+
+}  // namespace velm

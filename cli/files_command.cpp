@@ -1,0 +1,108 @@
+#include "files_command.h"
+
+#include <algorithm>
+
+#include "arguments.h"
+#include "cli_error.h"
+#include "json.h"
+#include "model/catalog.h"
+#include "model/reference_list.h"
+#include "read_only_files.h"
+#include "table.h"
+
+namespace velm {
+
+namespace {
+
+using Documents = std::vector<CVelmDocument*>;
+
+const char* KindName(const CVelmDocument& document) {
+    return document.GetKind() == KIND_CONVERSION ? "conversion" : "calculation";
+}
+
+/// A view for reading: the catalogue keeps its own order, whose first entry is the open document.
+Documents ByCategory(const CVelmCatalog& catalog) {
+    Documents sorted;
+    for (const auto& document : catalog.documents) {
+        sorted.push_back(document.get());
+    }
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const auto* a, const auto* b) { return a->category < b->category; });
+    return sorted;
+}
+
+std::string AsJson(const Documents& documents, const CVelmReferenceList& references) {
+    CVelmJson json(true);
+    json.BeginObject();
+    json.Key("files");
+    json.BeginArray();
+    for (const CVelmDocument* document : documents) {
+        json.BeginObject();
+        json.Key("name");
+        json.Text(document->FileNameWithExtension());
+        json.Key("kind");
+        json.Integer(document->GetKind());
+        json.Key("category");
+        json.Text(document->category);
+        json.Key("title");
+        json.Text(document->title);
+        json.Key("units");
+        json.Integer(document->storedItemCount);
+        json.EndObject();
+    }
+    json.EndArray();
+    json.Key("references");
+    json.BeginArray();
+    for (const CVelmString& name : references.names) {
+        json.Text(name);
+    }
+    json.EndArray();
+    json.EndObject();
+    return json.Result();
+}
+
+void PrintTables(const Documents& documents, const CVelmReferenceList& references, CVelmOutput& out) {
+    TableRows rows;
+    for (CVelmDocument* document : documents) {
+        rows.push_back({ToUtf8(document->category), ToUtf8(document->FileNameWithExtension()), KindName(*document),
+                        ToUtf8(document->title), ToUtf8(CVelmCatalog::UnitCountText(*document))});
+    }
+    PrintTable(rows, out);
+    if (references.names.empty()) {
+        return;
+    }
+    out.WriteLine("\nText references");
+    for (const CVelmString& name : references.names) {
+        out.WriteLine(OneLine("  " + ToUtf8(name)));
+    }
+}
+
+}  // namespace
+
+int RunFiles(CommandContext& context, const std::vector<std::string>& arguments) {
+    bool json = false;
+    CVelmArguments declared("files", "List the data files and text references of the data folder");
+    declared.AddFlag("--json", json, "Write everything as JSON");
+    if (!declared.Parse(arguments, context.out)) {
+        return STATUS_OK;
+    }
+    if (!context.services.files.List(context.dataFolder)) {
+        Fail("cannot read the data folder " + Quoted(ToUtf8(context.dataFolder)));
+    }
+    // Reading a header of the older format would rewrite the file.
+    CVelmReadOnlyFiles files(context.services.files);
+    const CVelmServices services{files, context.services.clock, context.services.locale};
+    CVelmCatalog catalog(services);
+    catalog.SetFolder(context.dataFolder);
+    catalog.ScanFolder();
+    CVelmReferenceList references(services);
+    references.ScanReferences(context.dataFolder);
+    if (json) {
+        context.out.WriteLine(AsJson(ByCategory(catalog), references));
+    } else {
+        PrintTables(ByCategory(catalog), references, context.out);
+    }
+    return STATUS_OK;
+}
+
+}  // namespace velm

@@ -1,0 +1,70 @@
+#include "find_item.h"
+
+#include <fmt/format.h>
+
+#include <array>
+
+#include "cli_error.h"
+#include "suggest.h"
+
+namespace velm {
+
+namespace {
+
+struct Rule {
+    CVelmString CVelmItem::*text;
+    bool ignoreCase;
+
+    bool Matches(const CVelmItem& item, const CVelmString& wanted) const {
+        return ignoreCase ? EqualsNoCase(item.*text, wanted) : item.*text == wanted;
+    }
+};
+
+/// Tried in this order; the first that matches anything decides.
+constexpr std::array<Rule, 4> RULES{{{&CVelmItem::identifier, false},
+                                     {&CVelmItem::name, false},
+                                     {&CVelmItem::identifier, true},
+                                     {&CVelmItem::name, true}}};
+
+std::string Describe(const CVelmItem& item) {
+    return item.identifier.empty() ? Quoted(ToUtf8(item.name))
+                                   : fmt::format("{} ({})", Quoted(ToUtf8(item.identifier)), ToUtf8(item.name));
+}
+
+[[noreturn]] void FailAmbiguous(const std::string& text, const std::string& what,
+                                const std::vector<CVelmItem*>& found) {
+    std::string list;
+    for (const CVelmItem* item : found) {
+        list += (list.empty() ? "" : ", ") + Describe(*item);
+    }
+    Fail(fmt::format("{} {} can be any of {}", what, Quoted(text), list));
+}
+
+}  // namespace
+
+CVelmItem& FindItem(const CVelmDocument& document, const std::string& text, const std::string& what) {
+    const CVelmString wanted = FromUtf8(text);
+    for (const Rule& rule : RULES) {
+        std::vector<CVelmItem*> found;
+        for (const auto& item : document.items) {
+            if (!wanted.empty() && rule.Matches(*item, wanted)) {
+                found.push_back(item.get());
+            }
+        }
+        if (found.size() > 1) {
+            FailAmbiguous(text, what, found);
+        }
+        if (!found.empty()) {
+            return *found.front();
+        }
+    }
+    std::vector<CVelmString> known;
+    for (const auto& item : document.items) {
+        known.push_back(item->identifier);
+        known.push_back(item->name);
+    }
+    Fail(fmt::format("{} has no {} {}; {}", ToUtf8(document.FileNameWithExtension()), what, Quoted(text),
+                     DidYouMean(wanted, known, 3)));
+}
+
+}  // namespace velm

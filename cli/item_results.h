@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "command.h"
+#include "model/document.h"
+
+namespace velm {
+
+/// What the program's list shows of an item, UTF-8: nothing, its value as its format writes it (`raw`: with 17
+/// significant digits), or "Error".
+std::string ResultText(const CVelmItem& item, const CVelmLocale& locale, bool raw);
+
+/// One object for each item: its names, flags, state, value and text.
+std::string ResultsAsJson(const std::vector<CVelmItem*>& items, const CVelmLocale& locale, bool indented);
+
+/// The items of the list, in file order.
+std::vector<CVelmItem*> ShownItems(const CVelmDocument& document);
+std::vector<CVelmItem*> AllItems(const CVelmDocument& document);
+
+}  // namespace velm

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/text.h"
+
+namespace velm {
+
+/// Builds one JSON value, member by member. Numbers read back as the same doubles; what JSON cannot hold (an
+/// infinity, a NaN) is null, and half a surrogate pair is U+FFFD.
+class CVelmJson {
+public:
+    /// `indented` puts each element of the first two levels on a line of its own.
+    explicit CVelmJson(bool indented) : indented_(indented) {}
+
+    void BeginObject() { Begin('{'); }
+    void EndObject() { End('}'); }
+    void BeginArray() { Begin('['); }
+    void EndArray() { End(']'); }
+
+    /// The next value belongs to this name.
+    void Key(std::string_view name);
+
+    void Text(CVelmStringView text);
+    void Number(double value);
+    void Integer(std::int64_t value);
+    void Boolean(bool value);
+    void Null();
+
+    const std::string& Result() const { return json_; }
+
+private:
+    void Begin(char bracket);
+    void End(char bracket);
+    void Separate();
+    void BreakLine();
+    void Quote(std::string_view utf8);
+
+    std::string json_;
+    bool indented_;
+    int depth_ = 0;
+    bool first_ = true;      ///< nothing stands in the innermost bracket yet
+    bool afterKey_ = false;  ///< the value follows on the line of its name
+};
+
+}  // namespace velm

@@ -1,0 +1,126 @@
+#include <fmt/format.h>
+
+#include <array>
+#include <exception>
+
+#include "calc_command.h"
+#include "check_command.h"
+#include "cli_error.h"
+#include "command.h"
+#include "convert_command.h"
+#include "eval_command.h"
+#include "export_command.h"
+#include "feed_command.h"
+#include "files_command.h"
+#include "import_command.h"
+#include "options_command.h"
+#include "platform/terminal.h"
+#include "show_command.h"
+#include "stored_options.h"
+#include "suggest.h"
+#include "update_command.h"
+
+namespace velm {
+
+namespace {
+
+/// Every subcommand, in the order of the list that --help prints.
+constexpr std::array COMMANDS{
+    Command{"eval", "FORMULA [NAME=VALUE]...", "Evaluate a formula", RunEval},
+    Command{"convert", "FILE UNIT VALUE [--to UNIT]...", "Convert a value to other units", RunConvert},
+    Command{"calc", "FILE [ID=VALUE]...", "Compute the outputs of a calculation file", RunCalc},
+    Command{"show", "FILE", "Print what a data file holds", RunShow},
+    Command{"files", "", "List the data folder", RunFiles},
+    Command{"check", "PATH...", "Check data files", RunCheck},
+    Command{"import", "SOURCE.toml OUT.cnv|OUT.cal", "Make a data file of its text form", RunImport},
+    Command{"export", "FILE [-o SOURCE.toml]", "Write the text form of a data file", RunExport},
+    Command{"update", "[--url URL] [FILE]...", "Download new rates", RunUpdate},
+    Command{"feed", "--rates RATES --base-url URL ...", "Make update files for an HTTP server", RunFeed},
+    Command{"options", "[NAME [VALUE]]", "Show or change what the program remembers", RunOptions},
+};
+
+std::string HelpText() {
+    std::string text =
+        "Converts units and calculates formulas.\n\n"
+        "usage: velmora [--data DIR] COMMAND ...\n"
+        "       velmora COMMAND --help\n"
+        "       velmora --help | --version\n\n"
+        "commands:\n";
+    for (const Command& command : COMMANDS) {
+        text += fmt::format("  {:<8} {:<32} {}\n", command.name, command.usage, command.summary);
+    }
+    return text +
+           "\nFILE is a path, or a name in the data folder with or without its extension, in any letter case.\n"
+           "The data folder is DIR, or that of the variable VELMORA_DATA, or that of the options: at first\n"
+           "\"Conversions\" beside the program.\n";
+}
+
+const Command& FindCommand(const std::string& name) {
+    std::vector<std::string> names;
+    for (const Command& command : COMMANDS) {
+        if (command.name == name) {
+            return command;
+        }
+        names.emplace_back(command.name);
+    }
+    FailUsage(fmt::format("there is no command {}; {}", Quoted(name), DidYouMean(name, names)));
+}
+
+CVelmString DefaultDataFolder() {
+    const auto variable = EnvironmentVariable(u"VELMORA_DATA");
+    return variable ? WithSeparator(*variable) : DataFolderOfOptions();
+}
+
+int RunWords(std::vector<std::string> words, CVelmOutput& out) {
+    CVelmString dataFolder;
+    while (!words.empty() && words.front().starts_with("--data")) {
+        const bool joined = words.front().starts_with("--data=");
+        const std::string folder = joined ? words.front().substr(7) : words.size() > 1 ? words[1] : "";
+        if (folder.empty() || !(joined || words.front() == "--data")) {
+            FailUsage("--data needs a folder");
+        }
+        dataFolder = WithSeparator(FromUtf8(folder));
+        words.erase(words.begin(), words.begin() + (joined ? 1 : 2));
+    }
+    if (words.empty()) {
+        FailUsage("a command is missing (see velmora --help)");
+    }
+    const std::string name = words.front();
+    if (name == "--help" || name == "-h") {
+        out.Write(HelpText());
+        return STATUS_OK;
+    }
+    if (name == "--version") {
+        out.WriteLine("velmora " VELMORA_VERSION);
+        return STATUS_OK;
+    }
+    const Command& command = FindCommand(name);
+    const CVelmServices services = SystemServices();
+    FormulaContext formulas(services.clock);
+    CommandContext context{services, formulas, dataFolder.empty() ? DefaultDataFolder() : dataFolder, out};
+    words.erase(words.begin());
+    return command.run(context, words);
+}
+
+int Run(const std::vector<std::string>& words) {
+    try {
+        CVelmOutput out;
+        const int status = RunWords(words, out);
+        out.Flush();
+        return status;
+    } catch (const CVelmCliError& error) {
+        PrintError(error.what());
+        return error.status;
+    } catch (const std::exception& error) {
+        PrintError(error.what());
+        return STATUS_FAILED;
+    }
+}
+
+}  // namespace
+
+}  // namespace velm
+
+int main(int argc, char** argv) {
+    return velm::Run(velm::CommandLineArguments(argc, argv));
+}

@@ -1,0 +1,20 @@
+#include "number_text.h"
+
+#include <array>
+#include <charconv>
+
+namespace velm {
+
+std::string RawText(double value) {
+    std::array<char, 64> text;
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 17);
+    return {text.data(), end.ptr};
+}
+
+std::string ShortestText(double value) {
+    std::array<char, 64> text;
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value);
+    return {text.data(), end.ptr};
+}
+
+}  // namespace velm

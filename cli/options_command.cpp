@@ -1,0 +1,142 @@
+#include "options_command.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <filesystem>
+#include <iterator>
+
+#include "arguments.h"
+#include "cli_error.h"
+#include "platform/fetch.h"
+#include "platform/program_folder.h"
+#include "stored_options.h"
+#include "suggest.h"
+#include "table.h"
+
+namespace velm {
+
+namespace {
+
+void SetText(char16_t (&field)[128], CVelmStringView text) {
+    if (text.size() >= std::size(field)) {
+        Fail(fmt::format("{} is longer than the {} characters that can be kept", Quoted(ToUtf8(text)),
+                         std::size(field) - 1));
+    }
+    SetField(field, text);
+}
+
+std::string ShowDataFolder(const CVelmSettings& settings) {
+    return ToUtf8(DataFolder(settings, ProgramFolder()));
+}
+
+/// An empty folder stands for the default one; any other is kept whole, so that it holds wherever a command starts.
+void SetDataFolder(CVelmSettings& settings, const CVelmString& value) {
+    if (value.empty()) {
+        SetText(settings.dataFolder, value);
+        return;
+    }
+    std::error_code error;
+    const std::filesystem::path folder = std::filesystem::absolute(std::filesystem::path(value), error);
+    if (error || !std::filesystem::is_directory(folder, error)) {
+        Fail("there is no folder " + Quoted(ToUtf8(value)));
+    }
+    SetText(settings.dataFolder, WithSeparator(folder.lexically_normal().u16string()));
+}
+
+std::string ShowUpdateUrl(const CVelmSettings& settings) {
+    return ToUtf8(UpdateUrl(settings));
+}
+
+void SetUpdateUrl(CVelmSettings& settings, const CVelmString& value) {
+    if (!value.empty() && !StartsWithNoCase(value, HTTP_SCHEME)) {
+        Fail(Quoted(ToUtf8(value)) + " does not begin with " + ToUtf8(HTTP_SCHEME));
+    }
+    SetText(settings.updateUrl, value);
+}
+
+std::string ShowTwoLineRows(const CVelmSettings& settings) {
+    return settings.twoLineRows != 0 ? "on" : "off";
+}
+
+void SetTwoLineRows(CVelmSettings& settings, const CVelmString& value) {
+    if (value != u"on" && value != u"off") {
+        Fail("two-line-rows is on or off, not " + Quoted(ToUtf8(value)));
+    }
+    settings.twoLineRows = value == u"on" ? 1 : 0;
+}
+
+struct OptionRow {
+    const char* name;
+    std::string (*show)(const CVelmSettings& settings);
+    void (*set)(CVelmSettings& settings, const CVelmString& value);
+};
+
+constexpr std::array OPTIONS{
+    OptionRow{"data-folder", ShowDataFolder, SetDataFolder},
+    OptionRow{"update-url", ShowUpdateUrl, SetUpdateUrl},
+    OptionRow{"two-line-rows", ShowTwoLineRows, SetTwoLineRows},
+};
+
+const OptionRow& FindOption(const std::string& name) {
+    std::vector<std::string> names;
+    for (const OptionRow& option : OPTIONS) {
+        if (option.name == name) {
+            return option;
+        }
+        names.emplace_back(option.name);
+    }
+    Fail(fmt::format("there is no option {}; {}", Quoted(name), DidYouMean(name, names)));
+}
+
+void PrintAll(CVelmOutput& out) {
+    CVelmSettings settings;
+    LoadSettings(settings, *UserOptions(), ProgramFolder());
+    TableRows rows;
+    for (const OptionRow& option : OPTIONS) {
+        rows.push_back({option.name, option.show(settings)});
+    }
+    PrintTable(rows, out);
+}
+
+/// Fields that were never set stay empty in the record, so that their defaults can still change with the program.
+void Change(const OptionRow& option, const std::string& value) {
+    const auto store = UserOptions();
+    CVelmSettings settings;
+    ReadStoredSettings(settings, *store);
+    option.set(settings, FromUtf8(value));
+    if (const std::int32_t status = SaveSettings(settings, *store); status != 0) {
+        Fail(fmt::format("the options cannot be kept in {} (system error {})", ToUtf8(DefaultOptionsLocation()),
+                         status));
+    }
+}
+
+}  // namespace
+
+int RunOptions(CommandContext& context, const std::vector<std::string>& arguments) {
+    std::vector<std::string> words;
+    CVelmArguments declared("options", "Show or change what the program remembers");
+    declared.AddPositionals("NAME [VALUE]", words,
+                            "data-folder, update-url or two-line-rows, and its new value; \"\" is the default again");
+    if (!declared.Parse(arguments, context.out)) {
+        return STATUS_OK;
+    }
+    if (words.size() > 2) {
+        FailUsage("options takes a name and a value");
+    }
+    if (words.empty()) {
+        PrintAll(context.out);
+        return STATUS_OK;
+    }
+    const OptionRow& option = FindOption(words.front());
+    if (words.size() == 2) {
+        Change(option, words.back());
+    } else {
+        CVelmSettings settings;
+        LoadSettings(settings, *UserOptions(), ProgramFolder());
+        context.out.WriteLine(OneLine(option.show(settings)));
+    }
+    return STATUS_OK;
+}
+
+}  // namespace velm

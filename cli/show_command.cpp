@@ -1,0 +1,177 @@
+#include "show_command.h"
+
+#include <fmt/format.h>
+
+#include "arguments.h"
+#include "cli_error.h"
+#include "data_file.h"
+#include "format_names.h"
+#include "json.h"
+#include "number_text.h"
+#include "table.h"
+
+namespace velm {
+
+namespace {
+
+void WriteText(CVelmJson& json, std::string_view key, CVelmStringView text) {
+    json.Key(key);
+    json.Text(text);
+}
+
+void WriteInteger(CVelmJson& json, std::string_view key, std::int64_t value) {
+    json.Key(key);
+    json.Integer(value);
+}
+
+void WriteBoolean(CVelmJson& json, std::string_view key, bool value) {
+    json.Key(key);
+    json.Boolean(value);
+}
+
+void WriteNumber(CVelmJson& json, std::string_view key, double value) {
+    json.Key(key);
+    json.Number(value);
+}
+
+void WriteItem(const CVelmItem& item, CVelmJson& json) {
+    json.BeginObject();
+    WriteText(json, "id", item.identifier);
+    WriteText(json, "name", item.name);
+    WriteInteger(json, "type", item.GetType());
+    WriteBoolean(json, "output", item.IsOutput());
+    WriteBoolean(json, "shown", item.shown != 0);
+    WriteText(json, "text", item.valueText);
+    WriteInteger(json, "allowed", item.format.allowedFormats);
+    WriteInteger(json, "display", item.format.displayFormat);
+    WriteInteger(json, "input", item.format.inputFormat);
+    json.Key("parts");
+    json.BeginArray();
+    for (const CVelmCompoundPart& part : item.format.compoundParts) {
+        json.BeginArray();
+        json.Text(part.label);
+        json.Number(part.factor);
+        json.EndArray();
+    }
+    json.EndArray();
+    json.EndObject();
+}
+
+void WriteConversion(const CVelmConversion& conversion, CVelmJson& json) {
+    json.BeginObject();
+    WriteInteger(json, "unit1", conversion.unit1->index);
+    WriteInteger(json, "unit2", conversion.unit2->index);
+    WriteBoolean(json, "formula", conversion.IsFormula());
+    WriteNumber(json, "factor", conversion.factor);
+    WriteNumber(json, "offset", conversion.offset);
+    WriteText(json, "forward", conversion.forwardFormula);
+    WriteText(json, "reverse", conversion.reverseFormula);
+    json.EndObject();
+}
+
+std::string DocumentAsJson(const CVelmDocument& document) {
+    CVelmJson json(true);
+    json.BeginObject();
+    WriteInteger(json, "kind", document.GetKind());
+    WriteText(json, "title", document.title);
+    WriteText(json, "category", document.category);
+    WriteText(json, "file", document.fileName);
+    WriteText(json, "updated", document.updatedText);
+    json.Key("items");
+    json.BeginArray();
+    for (const auto& item : document.items) {
+        WriteItem(*item, json);
+    }
+    json.EndArray();
+    json.Key("conversions");
+    json.BeginArray();
+    if (const auto* conversions = ConversionsOf(document)) {
+        for (const auto& conversion : *conversions) {
+            WriteConversion(*conversion, json);
+        }
+    }
+    json.EndArray();
+    json.EndObject();
+    return json.Result();
+}
+
+std::string FormatList(const CVelmValueFormat& format) {
+    std::string list(NameOfFormat(format.displayFormat));
+    for (const FormatName& other : FORMAT_NAMES) {
+        if ((format.allowedFormats & other.code) != 0 && other.code != format.displayFormat) {
+            list += (list.empty() ? "" : ", ") + std::string(other.name);
+        }
+    }
+    return list;
+}
+
+std::string LinearText(const CVelmConversion& conversion) {
+    std::string text = "x * " + ShortestText(conversion.factor);
+    if (conversion.offset != 0.0) {
+        text += (conversion.offset < 0.0 ? " - " : " + ") + ShortestText(std::abs(conversion.offset));
+    }
+    return text;
+}
+
+void AddConversionRows(const CVelmConversion& conversion, TableRows& rows) {
+    const std::string from = ToUtf8(conversion.unit1->ShortName());
+    const std::string to = ToUtf8(conversion.unit2->ShortName());
+    if (!conversion.IsFormula()) {
+        rows.push_back({fmt::format("  {} -> {}", from, to), LinearText(conversion)});
+        return;
+    }
+    if (conversion.WorksForward()) {
+        rows.push_back({fmt::format("  {} -> {}", from, to), ToUtf8(conversion.forwardFormula)});
+    }
+    if (conversion.WorksInReverse()) {
+        rows.push_back({fmt::format("  {} -> {}", to, from), ToUtf8(conversion.reverseFormula)});
+    }
+}
+
+void PrintDocument(const CVelmDocument& document, CVelmOutput& out) {
+    PrintTable({{"Title:", ToUtf8(document.title)},
+                {"Category:", ToUtf8(document.category)},
+                {"File:", ToUtf8(document.FileNameWithExtension())},
+                {"Updated:", ToUtf8(document.updatedText)}},
+               out);
+    out.WriteLine(fmt::format("\n{} items", document.items.size()));
+    TableRows rows;
+    for (const auto& item : document.items) {
+        const char* formulaMark = item->IsOutput() ? "= " : "";
+        rows.push_back({"  " + ToUtf8(item->identifier), ToUtf8(item->name), formulaMark + ToUtf8(item->valueText),
+                        FormatList(item->format) + (item->shown != 0 ? "" : " (hidden)")});
+    }
+    PrintTable(rows, out);
+    const auto* conversions = ConversionsOf(document);
+    if (conversions == nullptr) {
+        return;
+    }
+    out.WriteLine(fmt::format("\n{} conversions", conversions->size()));
+    TableRows conversionRows;
+    for (const auto& conversion : *conversions) {
+        AddConversionRows(*conversion, conversionRows);
+    }
+    PrintTable(conversionRows, out);
+}
+
+}  // namespace
+
+int RunShow(CommandContext& context, const std::vector<std::string>& arguments) {
+    std::string file;
+    bool json = false;
+    CVelmArguments declared("show", "Print what a data file holds");
+    declared.AddPositional("FILE", file, "Data file: a path or a name in the data folder");
+    declared.AddFlag("--json", json, "Write everything as JSON");
+    if (!declared.Parse(arguments, context.out)) {
+        return STATUS_OK;
+    }
+    const std::unique_ptr<CVelmDocument> document = OpenDataFile(context, file);
+    if (json) {
+        context.out.WriteLine(DocumentAsJson(*document));
+    } else {
+        PrintDocument(*document, context.out);
+    }
+    return STATUS_OK;
+}
+
+}  // namespace velm

@@ -1,0 +1,234 @@
+#include "source_export.h"
+
+#include <fmt/format.h>
+
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <unordered_map>
+
+#include "data_file.h"
+#include "format_names.h"
+#include "number_text.h"
+#include "source_keys.h"
+
+namespace velm {
+
+namespace {
+
+bool HasLoneSurrogate(CVelmStringView text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isHigh = text[i] >= 0xD800 && text[i] <= 0xDBFF;
+        const bool isLow = text[i] >= 0xDC00 && text[i] <= 0xDFFF;
+        const bool isPair = isHigh && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
+        if (isPair) {
+            ++i;
+        } else if (isHigh || isLow) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string TextAsUnits(CVelmStringView text) {
+    std::string units;
+    for (const char16_t unit : text) {
+        units += fmt::format("{}{:04X}", units.empty() ? "" : " ", static_cast<unsigned>(unit));
+    }
+    return fmt::format("{{ {} = \"{}\" }}", KEY_UTF16, units);
+}
+
+std::string TextAsToml(CVelmStringView text) {
+    if (HasLoneSurrogate(text)) {
+        return TextAsUnits(text);
+    }
+    std::string quoted = "\"";
+    for (const char c : ToUtf8(text)) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '"' || c == '\\') {
+            quoted += '\\';
+            quoted += c;
+        } else if (byte < 0x20 || byte == 0x7F) {
+            quoted += fmt::format("\\u{:04X}", static_cast<unsigned>(byte));
+        } else {
+            quoted += c;
+        }
+    }
+    return quoted + '"';
+}
+
+std::string NumberAsToml(double value) {
+    if (std::isnan(value)) {
+        const auto bits = std::bit_cast<std::uint64_t>(value);
+        const auto plain = std::bit_cast<std::uint64_t>(std::numeric_limits<double>::quiet_NaN());
+        return bits == plain ? "nan" : fmt::format("\"0x{:016X}\"", bits);
+    }
+    // A whole number of TOML has 64 bits and no negative zero.
+    const bool isSmallWhole = std::abs(value) < 1e15 && value == std::floor(value);
+    const std::string text = ShortestText(value);
+    return isSmallWhole && std::signbit(value) && value == 0.0                ? "-0.0"
+           : !isSmallWhole && text.find_first_of(".ein") == std::string::npos ? text + ".0"
+                                                                              : text;
+}
+
+std::string FlagAsToml(std::int32_t flag) {
+    return flag == 0 ? "false" : flag == 1 ? "true" : std::to_string(flag);
+}
+
+class Exporter {
+public:
+    explicit Exporter(const CVelmDocument& document) : document_(document) {
+        for (const auto& item : document.items) {
+            ++identifiers_[item->identifier];
+            ++names_[item->name];
+        }
+    }
+
+    std::string Run() {
+        Write(KEY_TITLE, TextAsToml(document_.title));
+        Write(KEY_CATEGORY, TextAsToml(document_.category));
+        Write(KEY_UPDATED, TextAsToml(document_.updatedText));
+        const bool isConversion = document_.GetKind() == KIND_CONVERSION;
+        Write(KEY_KIND, fmt::format("\"{}\"", isConversion ? WORD_CONVERSION : WORD_CALCULATION));
+        for (const auto& item : document_.items) {
+            WriteItem(*item);
+        }
+        if (const auto* conversions = ConversionsOf(document_)) {
+            for (const auto& conversion : *conversions) {
+                WriteConversion(*conversion);
+            }
+        }
+        return std::move(text_);
+    }
+
+private:
+    void Write(std::string_view key, std::string_view value) { text_ += fmt::format("{} = {}\n", key, value); }
+    void BeginTable(std::string_view key) { text_ += fmt::format("\n[[{}]]\n", key); }
+
+    void WriteItem(const CVelmItem& item) {
+        BeginTable(KEY_ITEM);
+        if (!item.identifier.empty()) {
+            Write(KEY_ID, TextAsToml(item.identifier));
+        }
+        Write(KEY_NAME, TextAsToml(item.name));
+        const bool isFormulaType = item.GetType() == ITEM_FORMULA;
+        if (isFormulaType != (document_.GetKind() == KIND_CALCULATION)) {
+            Write(KEY_TYPE, fmt::format("\"{}\"", isFormulaType ? WORD_FORMULA : WORD_VALUE));
+        }
+        WriteValue(item);
+        if (item.shown != 1) {
+            Write(KEY_SHOWN, FlagAsToml(item.shown));
+        }
+        WriteFormats(item.format);
+    }
+
+    void WriteValue(const CVelmItem& item) {
+        if (item.IsOutput()) {
+            Write(KEY_FORMULA, TextAsToml(item.valueText));
+            return;
+        }
+        if (!item.valueText.empty()) {
+            Write(KEY_VALUE, TextAsToml(item.valueText));
+        }
+        const auto* formulaItem = dynamic_cast<const CVelmFormulaItem*>(&item);
+        if (formulaItem != nullptr && formulaItem->output != 0) {
+            Write(KEY_OUTPUT, FlagAsToml(formulaItem->output));
+        }
+    }
+
+    void WriteFormats(const CVelmValueFormat& format) {
+        if (!HasNames(format)) {
+            Write(KEY_FORMATS, std::to_string(format.allowedFormats));
+            Write(KEY_DISPLAY, std::to_string(format.displayFormat));
+            Write(KEY_INPUT, std::to_string(format.inputFormat));
+        } else if (format.allowedFormats != FMT_DECIMAL) {
+            WriteFormatNames(format);
+        }
+        if ((format.allowedFormats & FMT_COMPOUND) != 0) {
+            WriteParts(format);
+        }
+    }
+
+    /// A set of known formats, not empty, with both codes in it.
+    static bool HasNames(const CVelmValueFormat& format) {
+        const auto isIn = [&](std::uint32_t code) {
+            return (code & format.allowedFormats) != 0 && !NameOfFormat(code).empty();
+        };
+        return (format.allowedFormats & ~AllFormats()) == 0 && isIn(format.displayFormat) && isIn(format.inputFormat);
+    }
+
+    void WriteFormatNames(const CVelmValueFormat& format) {
+        std::string list = fmt::format("\"{}\"", NameOfFormat(format.displayFormat));
+        for (const FormatName& other : FORMAT_NAMES) {
+            if ((format.allowedFormats & other.code) != 0 && other.code != format.displayFormat) {
+                list += fmt::format(", \"{}\"", other.name);
+            }
+        }
+        Write(KEY_FORMATS, "[" + list + "]");
+        if (format.inputFormat != format.displayFormat) {
+            Write(KEY_INPUT, fmt::format("\"{}\"", NameOfFormat(format.inputFormat)));
+        }
+    }
+
+    void WriteParts(const CVelmValueFormat& format) {
+        const auto isLeftOut = [](const CVelmCompoundPart& part) {
+            return part.label.empty() && std::bit_cast<std::uint64_t>(part.factor) == 0;
+        };
+        std::size_t count = format.compoundParts.size();
+        while (count > 0 && isLeftOut(format.compoundParts[count - 1])) {
+            --count;
+        }
+        std::string list;
+        for (std::size_t i = 0; i < count; ++i) {
+            const CVelmCompoundPart& part = format.compoundParts[i];
+            list += fmt::format("{}[{}, {}]", i == 0 ? "" : ", ", TextAsToml(part.label), NumberAsToml(part.factor));
+        }
+        Write(KEY_PARTS, "[" + list + "]");
+    }
+
+    void WriteConversion(const CVelmConversion& conversion) {
+        BeginTable(KEY_CONVERSION);
+        Write(KEY_FROM, UnitAsToml(*conversion.unit1));
+        Write(KEY_TO, UnitAsToml(*conversion.unit2));
+        if (conversion.formulaFlag != (conversion.IsFormula() ? 1 : 0)) {
+            Write(KEY_FLAG, std::to_string(conversion.formulaFlag));
+        }
+        if (!conversion.IsFormula()) {
+            Write(KEY_FACTOR, NumberAsToml(conversion.factor));
+            if (std::bit_cast<std::uint64_t>(conversion.offset) != 0) {
+                Write(KEY_OFFSET, NumberAsToml(conversion.offset));
+            }
+            return;
+        }
+        if (conversion.WorksForward() || !conversion.WorksInReverse()) {
+            Write(KEY_FORWARD, TextAsToml(conversion.forwardFormula));
+        }
+        if (conversion.WorksInReverse()) {
+            Write(KEY_REVERSE, TextAsToml(conversion.reverseFormula));
+        }
+    }
+
+    /// What import finds this very item by.
+    std::string UnitAsToml(const CVelmItem& item) const {
+        if (!item.identifier.empty() && identifiers_.at(item.identifier) == 1) {
+            return TextAsToml(item.identifier);
+        }
+        if (!item.name.empty() && names_.at(item.name) == 1 && !identifiers_.contains(item.name)) {
+            return TextAsToml(item.name);
+        }
+        return std::to_string(item.index);
+    }
+
+    const CVelmDocument& document_;
+    std::unordered_map<CVelmString, int> identifiers_;
+    std::unordered_map<CVelmString, int> names_;
+    std::string text_;
+};
+
+}  // namespace
+
+std::string SourceFromDocument(const CVelmDocument& document) {
+    return Exporter(document).Run();
+}
+
+}  // namespace velm

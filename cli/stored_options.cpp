@@ -1,0 +1,29 @@
+#include "stored_options.h"
+
+#include "platform/program_folder.h"
+
+namespace velm {
+
+namespace {
+
+CVelmSettings LoadUserSettings() {
+    CVelmSettings settings;
+    LoadSettings(settings, *UserOptions(), ProgramFolder());
+    return settings;
+}
+
+}  // namespace
+
+std::unique_ptr<CVelmOptionsStore> UserOptions() {
+    return OpenOptionsStore(DefaultOptionsLocation());
+}
+
+CVelmString DataFolderOfOptions() {
+    return DataFolder(LoadUserSettings(), ProgramFolder());
+}
+
+CVelmString UpdateUrlOfOptions() {
+    return UpdateUrl(LoadUserSettings());
+}
+
+}  // namespace velm

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string_view>
+
+namespace velm {
+
+/// What a tag does to the page; tags that do the same share one.
+enum class HtmlTag {
+    None,
+    Link,
+    Bold,
+    Break,
+    Quote,
+    Centre,
+    Fixed,
+    Paragraph,
+    Definition,
+    Hidden,
+    Italic,
+    Font,
+    Heading1,
+    Heading2,
+    Heading3,
+    Heading4,
+    Heading5,
+    Heading6,
+    Rule,
+    Entry,
+    OrderedList,
+    List,
+    Preformatted,
+    Subscript,
+    Superscript,
+    Table,
+    Cell,
+    HeaderCell,
+    Row,
+    Underline,
+    Section,
+};
+
+/// By the name in lower case; HtmlTag::None for a name that no page can use.
+HtmlTag FindTag(std::u16string_view name);
+
+}  // namespace velm

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+
+#include "formula/formula_context.h"
+#include "platform/text.h"
+#include "tallyra/formula_errors.h"
+
+namespace velm {
+
+/// What became of a line.
+struct CalculatorResult {
+    bool computed = false;
+    double value = 0.0;
+    CVelmString definedName;  ///< of a line such as r = 3.5, in lower case; empty for any other
+    FormulaFault fault;       ///< of a line that could not be computed
+};
+
+/// Computes lines one after the other. The last result has the name "ans"; a line such as r = 3.5 gives a value a name.
+class CVelmCalculator {
+public:
+    /// The clock outlives the calculator.
+    explicit CVelmCalculator(const CVelmClock& clock) : context_(clock) {}
+
+    /// A comparison of one name with something is written in parentheses, (r=3.5): without them it is a definition.
+    CalculatorResult Compute(CVelmStringView line);
+
+    const char16_t* CycleAngle() { return CycleAngleMode(context_); }
+    const char16_t* AngleLabel() const { return AngleModeLabel(context_); }
+
+private:
+    FormulaContext context_;
+};
+
+/// A result in one of the formats FMT_DECIMAL, FMT_HEX, FMT_OCTAL and FMT_BINARY.
+CVelmString FormatResult(double value, std::uint32_t format);
+
+}  // namespace velm

@@ -1,0 +1,357 @@
+#include "tallyra/calculator_window.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+#include "app/display_scale.h"
+#include "app/wide_text.h"
+#include "formats/decimal_format.h"
+#include "listview/bitmap.h"
+#include "tallyra/key_table.h"
+
+namespace velm {
+namespace {
+
+constexpr WORD ID_TAPE = 100;
+constexpr WORD ID_EXPRESSION = 101;
+constexpr WORD ID_MESSAGE = 102;
+constexpr WORD ID_ANGLE = 110;
+constexpr WORD ID_FIRST_BASE = 111;
+constexpr WORD ID_FIRST_KEY = 200;
+
+struct Base {
+    const char16_t* caption;
+    std::uint32_t format;
+};
+constexpr std::array<Base, 4> BASES = {
+    {{u"Dec", FMT_DECIMAL}, {u"Hex", FMT_HEX}, {u"Oct", FMT_OCTAL}, {u"Bin", FMT_BINARY}}};
+
+// Pixels of an ordinary screen.
+constexpr int FIRST_WIDTH = 240;
+constexpr int FIRST_HEIGHT = 320;
+constexpr int LEAST_SIZE = 160;
+constexpr int MARGIN = 2;
+constexpr int LINE_HEIGHT = 22;
+constexpr int LEAST_KEY_HEIGHT = 14;
+constexpr int MOST_KEY_HEIGHT = 28;
+constexpr int TEXT_FONT = 14;
+
+constexpr int HANDHELD_WIDTH = 480;
+constexpr int HANDHELD_HEIGHT = 640;
+
+CVelmString TapeText(const TapeLine& line) {
+    return line.expression + u" = " + line.result;
+}
+
+}  // namespace
+
+CVelmCalculatorWindow::CVelmCalculatorWindow(const CVelmServices& services, CVelmString tapePath)
+    : services_(services),
+      tapePath_(std::move(tapePath)),
+      calculator_(services.clock),
+      textFont_(CreateProgramFont(TEXT_FONT, false)),
+      resultFont_(CreateProgramFont(TEXT_FONT, true)) {}
+
+bool CVelmCalculatorWindow::CreateFrame(int showCommand) {
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof(windowClass);
+    windowClass.style = CS_HREDRAW | CS_VREDRAW;
+    windowClass.lpfnWndProc = ClassProc;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.hIcon = LoadIconW(windowClass.hInstance, MAKEINTRESOURCEW(1));
+    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.lpszClassName = CALCULATOR_CLASS;
+    if (RegisterClassExW(&windowClass) == 0 && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
+        return false;
+    }
+    const int screenWidth = GetSystemMetrics(SM_CXSCREEN);
+    const int screenHeight = GetSystemMetrics(SM_CYSCREEN);
+    const bool handheld = screenWidth <= HANDHELD_WIDTH && screenHeight <= HANDHELD_HEIGHT;
+    const DWORD style = (handheld ? WS_POPUP : WS_OVERLAPPEDWINDOW) | WS_CLIPCHILDREN;
+    RECT area{0, 0, handheld ? screenWidth : Scaled(FIRST_WIDTH), handheld ? screenHeight : Scaled(FIRST_HEIGHT)};
+    AdjustWindowRectEx(&area, style, FALSE, 0);
+    const int place = handheld ? 0 : CW_USEDEFAULT;
+    const HWND window = CreateWindowExW(0, CALCULATOR_CLASS, CALCULATOR_TITLE, style, place, place, Width(area),
+                                        Height(area), nullptr, nullptr, GetModuleHandleW(nullptr), this);
+    if (window == nullptr) {
+        return false;
+    }
+    ShowWindow(window, showCommand);
+    SetFocus(expression_);
+    return true;
+}
+
+bool CVelmCalculatorWindow::OnCreate() {
+    const auto create = [this](const wchar_t* className, DWORD style, WORD id, HFONT font) {
+        const HWND control =
+            CreateWindowExW(0, className, L"", WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, Handle(),
+                            reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+        return control;
+    };
+    tapeList_ = create(L"LISTBOX", WS_VSCROLL | WS_BORDER | WS_TABSTOP | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT, ID_TAPE,
+                       textFont_.get());
+    expression_ = create(L"EDIT", WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL, ID_EXPRESSION, textFont_.get());
+    message_ = create(L"STATIC", SS_RIGHT | SS_NOPREFIX | SS_ENDELLIPSIS, ID_MESSAGE, resultFont_.get());
+    if (tapeList_ == nullptr || expression_ == nullptr || message_ == nullptr) {
+        return false;
+    }
+    SendMessageW(expression_, EM_LIMITTEXT, CVelmTape::LONGEST_TEXT, 0);
+
+    const auto init = [this](CVelmDrawnButton& button, WORD id, CVelmStringView caption) {
+        button.Init(RECT{}, Handle(), id);
+        button.SetFont(textFont_.get());
+        button.SetText(CVelmString(caption));
+    };
+    for (std::size_t i = 0; i < BASES.size(); ++i) {
+        init(bases_[i], static_cast<WORD>(ID_FIRST_BASE + i), BASES[i].caption);
+    }
+    init(angle_, ID_ANGLE, calculator_.AngleLabel());
+    for (std::size_t i = 0; i < CalculatorKeys().size(); ++i) {
+        keys_.push_back(std::make_unique<CVelmDrawnButton>());
+        init(*keys_.back(), static_cast<WORD>(ID_FIRST_KEY + i), CalculatorKeys()[i].caption);
+    }
+    ChooseBase(0);
+    tape_.Load(services_, tapePath_);
+    for (const TapeLine& line : tape_.Lines()) {
+        ShowTapeLine(line);
+    }
+    return true;
+}
+
+void CVelmCalculatorWindow::Layout() {
+    RECT client{};
+    GetClientRect(Handle(), &client);
+    const int width = Width(client);
+    const int margin = Scaled(MARGIN);
+    const int line = Scaled(LINE_HEIGHT);
+    const int rows = static_cast<int>(keys_.size()) / KEY_COLUMNS;
+    const int keyHeight = std::clamp(Height(client) / 2 / rows, Scaled(LEAST_KEY_HEIGHT), Scaled(MOST_KEY_HEIGHT));
+    const int keysTop = Height(client) - rows * keyHeight - margin;
+    const int choiceTop = keysTop - line;
+    const int messageTop = choiceTop - line;
+    const int expressionTop = std::max(0, messageTop - line);
+    MoveWindow(tapeList_, margin, margin, width - 2 * margin, std::max(0, expressionTop - 2 * margin), TRUE);
+    MoveWindow(expression_, margin, expressionTop, width - 2 * margin, line, TRUE);
+    MoveWindow(message_, margin, messageTop + margin, width - 2 * margin, line - margin, TRUE);
+
+    const auto cell = [&](int column, int columns, int top, int height) {
+        const int room = width - 2 * margin;
+        return RECT{margin + room * column / columns + 1, top + 1, margin + room * (column + 1) / columns - 1,
+                    top + height - 1};
+    };
+    const int choices = static_cast<int>(bases_.size()) + 1;
+    for (int i = 0; i < static_cast<int>(bases_.size()); ++i) {
+        bases_[static_cast<std::size_t>(i)].Move(cell(i, choices, choiceTop, line));
+    }
+    angle_.Move(cell(choices - 1, choices, choiceTop, line));
+    for (int i = 0; i < static_cast<int>(keys_.size()); ++i) {
+        keys_[static_cast<std::size_t>(i)]->Move(
+            cell(i % KEY_COLUMNS, KEY_COLUMNS, keysTop + i / KEY_COLUMNS * keyHeight, keyHeight));
+    }
+}
+
+std::vector<CVelmPressButton*> CVelmCalculatorWindow::Buttons() {
+    std::vector<CVelmPressButton*> buttons;
+    for (CVelmDrawnButton& base : bases_) {
+        buttons.push_back(&base);
+    }
+    buttons.push_back(&angle_);
+    for (const auto& key : keys_) {
+        buttons.push_back(key.get());
+    }
+    return buttons;
+}
+
+void CVelmCalculatorWindow::Paint() {
+    const CVelmPainter painter(Handle());
+    FillColor(painter.Dc(), painter.UpdateArea(), RGB(255, 255, 255));
+    for (const CVelmPressButton* const button : Buttons()) {
+        static_cast<const CVelmDrawnButton*>(button)->Draw(painter.Dc());
+    }
+}
+
+LRESULT CVelmCalculatorWindow::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (router_.Route(Buttons(), message, wParam, lParam)) {
+        return 0;
+    }
+    switch (message) {
+        case WM_CREATE:
+            return OnCreate() ? 0 : -1;
+        case WM_SIZE:
+            Layout();
+            return 0;
+        case WM_GETMINMAXINFO: {
+            RECT area{0, 0, Scaled(LEAST_SIZE), Scaled(LEAST_SIZE)};
+            AdjustWindowRectEx(&area, static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_STYLE)), FALSE, 0);
+            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {Width(area), Height(area)};
+            return 0;
+        }
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT:
+            Paint();
+            return 0;
+        case WM_SETFOCUS:
+            SetFocus(expression_);
+            return 0;
+        case WM_CTLCOLORSTATIC:
+            return reinterpret_cast<LRESULT>(GetStockObject(WHITE_BRUSH));
+        case WM_COMMAND:
+            OnCommand(LOWORD(wParam), HIWORD(wParam));
+            return 0;
+        case WM_COPYDATA:
+            return TakeValue(*reinterpret_cast<const COPYDATASTRUCT*>(lParam)) ? TRUE : FALSE;
+        case WM_ENDSESSION:
+            if (wParam != FALSE) {
+                SaveTape();
+            }
+            return 0;
+        case WM_DESTROY:
+            SaveTape();
+            PostQuitMessage(0);
+            return 0;
+        default:
+            return CVelmWindow::WindowProc(message, wParam, lParam);
+    }
+}
+
+bool CVelmCalculatorWindow::PreTranslate(const MSG& message) {
+    if (message.message != WM_KEYDOWN) {
+        return false;
+    }
+    switch (message.wParam) {
+        case VK_RETURN:
+            if (message.hwnd == tapeList_) {
+                TakeTapeLine();
+            } else {
+                Compute();
+            }
+            return true;
+        case VK_ESCAPE:
+            SetWindowTextW(expression_, L"");
+            return true;
+        case VK_TAB:
+            SetFocus(GetFocus() == expression_ ? tapeList_ : expression_);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void CVelmCalculatorWindow::OnCommand(WORD id, WORD notification) {
+    if (id == ID_TAPE) {
+        if (notification == LBN_DBLCLK) {
+            TakeTapeLine();
+        }
+    } else if (id == ID_ANGLE) {
+        angle_.SetText(calculator_.CycleAngle());
+    } else if (id >= ID_FIRST_BASE && id < ID_FIRST_BASE + BASES.size()) {
+        ChooseBase(static_cast<std::size_t>(id - ID_FIRST_BASE));
+        ShowResult();
+    } else if (id >= ID_FIRST_KEY && id < ID_FIRST_KEY + keys_.size()) {
+        OnKey(static_cast<std::size_t>(id - ID_FIRST_KEY));
+    }
+}
+
+void CVelmCalculatorWindow::OnKey(std::size_t index) {
+    const CalculatorKey& key = CalculatorKeys()[index];
+    SetFocus(expression_);
+    switch (key.action) {
+        case KeyAction::Insert:
+            SendMessageW(expression_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(Wide(key.text)));
+            break;
+        case KeyAction::Backspace:
+            SendMessageW(expression_, WM_CHAR, VK_BACK, 1);
+            break;
+        case KeyAction::Clear:
+            SetWindowTextW(expression_, L"");
+            ShowMessage({});
+            result_.reset();
+            break;
+        case KeyAction::Compute:
+            Compute();
+            break;
+    }
+}
+
+void CVelmCalculatorWindow::Compute() {
+    const CVelmString line = WindowText(expression_);
+    const CalculatorResult result = calculator_.Compute(line);
+    if (!result.computed) {
+        result_.reset();
+        ShowMessage(result.fault.message);
+        const auto start = static_cast<WPARAM>(result.fault.position);
+        SendMessageW(expression_, EM_SETSEL, start, static_cast<LPARAM>(start + result.fault.length));
+        return;
+    }
+    result_ = result.value;
+    ShowResult();
+    tape_.Add(line, FormatResult(result.value, format_));
+    ShowTapeLine(tape_.Lines().back());
+    SendMessageW(expression_, EM_SETSEL, 0, -1);
+}
+
+void CVelmCalculatorWindow::ShowResult() {
+    if (result_) {
+        ShowMessage(FormatResult(*result_, format_));
+    }
+}
+
+void CVelmCalculatorWindow::ShowMessage(CVelmStringView text) {
+    SetWindowTextW(message_, Wide(CVelmString(text)));
+}
+
+CVelmString CVelmCalculatorWindow::Message() const {
+    return WindowText(message_);
+}
+
+void CVelmCalculatorWindow::ShowTapeLine(const TapeLine& line) {
+    const LRESULT index = SendMessageW(tapeList_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(TapeText(line))));
+    if (index >= static_cast<LRESULT>(CVelmTape::MOST_LINES)) {
+        SendMessageW(tapeList_, LB_DELETESTRING, 0, 0);
+    }
+    SendMessageW(tapeList_, LB_SETTOPINDEX, static_cast<WPARAM>(index), 0);
+}
+
+void CVelmCalculatorWindow::TakeTapeLine() {
+    const LRESULT index = SendMessageW(tapeList_, LB_GETCURSEL, 0, 0);
+    if (index < 0 || static_cast<std::size_t>(index) >= tape_.Lines().size()) {
+        return;
+    }
+    SetWindowTextW(expression_, Wide(tape_.Lines()[static_cast<std::size_t>(index)].expression));
+    SetFocus(expression_);
+    SendMessageW(expression_, EM_SETSEL, 0, -1);
+}
+
+bool CVelmCalculatorWindow::TakeValue(const COPYDATASTRUCT& data) {
+    double value = 0.0;
+    if (data.dwData != COPYDATA_VALUE || data.cbData != sizeof(value) || data.lpData == nullptr) {
+        return false;
+    }
+    std::memcpy(&value, data.lpData, sizeof(value));
+    if (!std::isfinite(value)) {
+        return false;
+    }
+    SetWindowTextW(expression_, Wide(NumberToText(value)));
+    SetFocus(expression_);
+    SendMessageW(expression_, EM_SETSEL, static_cast<WPARAM>(GetWindowTextLengthW(expression_)), -1);
+    return true;
+}
+
+void CVelmCalculatorWindow::ChooseBase(std::size_t index) {
+    format_ = BASES[index].format;
+    for (std::size_t i = 0; i < bases_.size(); ++i) {
+        bases_[i].SetSelected(i == index);
+    }
+}
+
+void CVelmCalculatorWindow::SaveTape() {
+    if (!tapePath_.empty()) {
+        tape_.Save(services_, tapePath_);
+    }
+}
+
+}  // namespace velm

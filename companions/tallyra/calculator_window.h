@@ -1,0 +1,75 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "app/drawn_button.h"
+#include "app/gdi.h"
+#include "app/window_class.h"
+#include "formats/format_codes.h"
+#include "tallyra/calculator.h"
+#include "tallyra/tape.h"
+
+namespace velm {
+
+inline constexpr const wchar_t* CALCULATOR_CLASS = L"TallyraFrame";
+
+/// The converter finds the calculator by this title and hands it a value: code 1, eight bytes, a double.
+inline constexpr const wchar_t* CALCULATOR_TITLE = L"Tallyra";
+constexpr ULONG_PTR COPYDATA_VALUE = 1;
+
+/// The calculator's one window: tape, expression, message line, choice of base, angle mode and keypad.
+class CVelmCalculatorWindow : public CVelmWindow {
+public:
+    /// The tape is kept in the file `tapePath`. The services outlive the window.
+    CVelmCalculatorWindow(const CVelmServices& services, CVelmString tapePath);
+
+    bool CreateFrame(int showCommand);
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+    /// To be called for every message before it is dispatched. True when it was used up.
+    bool PreTranslate(const MSG& message);
+
+    HWND Expression() const { return expression_; }
+    HWND TapeList() const { return tapeList_; }
+    CVelmString Message() const;
+    const CVelmTape& Tape() const { return tape_; }
+
+private:
+    bool OnCreate();
+    void Layout();
+    void Paint();
+    std::vector<CVelmPressButton*> Buttons();
+    void OnCommand(WORD id, WORD notification);
+    void OnKey(std::size_t index);
+    void Compute();
+    void ShowResult();
+    void ShowMessage(CVelmStringView text);
+    void ShowTapeLine(const TapeLine& line);
+    void TakeTapeLine();
+    bool TakeValue(const COPYDATASTRUCT& data);
+    void ChooseBase(std::size_t index);
+    void SaveTape();
+
+    CVelmServices services_;
+    CVelmString tapePath_;
+    CVelmCalculator calculator_;
+    CVelmTape tape_;
+    std::optional<double> result_;
+    std::uint32_t format_ = FMT_DECIMAL;
+    CVelmFont textFont_;
+    CVelmFont resultFont_;
+    HWND tapeList_ = nullptr;
+    HWND expression_ = nullptr;
+    HWND message_ = nullptr;
+    std::array<CVelmDrawnButton, 4> bases_;
+    CVelmDrawnButton angle_;
+    std::vector<std::unique_ptr<CVelmDrawnButton>> keys_;
+    CVelmButtonRouter router_;
+};
+
+}  // namespace velm

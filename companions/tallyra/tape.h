@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+
+#include "platform/services.h"
+#include "platform/text.h"
+
+namespace velm {
+
+struct TapeLine {
+    CVelmString expression;
+    CVelmString result;
+
+    bool operator==(const TapeLine&) const = default;
+};
+
+/// The expressions computed before, oldest first, with their results as they were shown.
+class CVelmTape {
+public:
+    static constexpr std::size_t MOST_LINES = 500;
+    static constexpr std::size_t LONGEST_TEXT = 1000;
+
+    /// Puts a line at the end; the oldest goes when there are too many. Texts are cut to LONGEST_TEXT units.
+    void Add(CVelmStringView expression, CVelmStringView result);
+    void Clear() { lines_.clear(); }
+
+    const std::deque<TapeLine>& Lines() const { return lines_; }
+
+    /// A file of UTF-8 lines, expression and result with a tab between. Loading adds; a missing or odd file adds what
+    /// can be read of it. Saving replaces the file in one step and is false when that fails.
+    void Load(const CVelmServices& services, const CVelmString& path);
+    bool Save(const CVelmServices& services, const CVelmString& path) const;
+
+private:
+    std::deque<TapeLine> lines_;
+};
+
+}  // namespace velm

@@ -1,0 +1,46 @@
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <array>
+
+#include "app/single_instance.h"
+#include "app/wide_text.h"
+#include "platform/services.h"
+#include "tallyra/calculator_window.h"
+
+namespace {
+
+/// The tape's file in the user's own folder, which is made when it is missing; empty when there is no such folder.
+velm::CVelmString TapePath() {
+    std::array<wchar_t, MAX_PATH> folder{};
+    if (FAILED(SHGetFolderPathW(nullptr, CSIDL_APPDATA | CSIDL_FLAG_CREATE, nullptr, 0, folder.data()))) {
+        return {};
+    }
+    const velm::CVelmString own = velm::FromWide(folder.data()) + u"\\Velmora";
+    CreateDirectoryW(velm::Wide(own), nullptr);
+    return own + u"\\tallyra tape.txt";
+}
+
+}  // namespace
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int showCommand) {
+    SetProcessDPIAware();
+    const velm::CVelmSingleInstance instance(L"Local\\Corvane.Tallyra", velm::CALCULATOR_CLASS);
+    if (!instance.IsFirst()) {
+        instance.ShowFirst();
+        return 0;
+    }
+    velm::CVelmCalculatorWindow window(velm::SystemServices(), TapePath());
+    if (!window.CreateFrame(showCommand)) {
+        return 1;
+    }
+    MSG message{};
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        if (!window.PreTranslate(message)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+    return static_cast<int>(message.wParam);
+}

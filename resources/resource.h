@@ -1,0 +1,143 @@
+// Identifiers of the program's resources, commands and controls. Read by the resource compiler too, so macros only.
+#pragma once
+
+// Icons, the images of buttons among them. The first in number is the program's.
+#define IDI_CONVERSION_FILE 128
+#define IDI_VALUE_ERROR 149
+#define IDI_RESTORE 152
+#define IDI_SHOW_UNITS 162
+#define IDI_VALUE_ACCEPTED 169
+#define IDI_CALCULATION_FILE 182
+
+// Bitmaps: strips of square images
+#define IDB_TOOLBAR 128
+#define IDB_FORMAT_ICONS 131
+#define IDB_TOOLBAR_LARGE 175
+
+// Menus and menu bars
+#define IDM_MAIN 128
+#define IDM_OK_CANCEL 145
+#define IDM_EDIT_CONTEXT 163
+#define IDM_CONVERSIONS 171
+#define IDM_DONE 179
+
+// Dialogs
+#define IDD_SETTINGS 138
+#define IDD_OPEN_FILE 144
+#define IDD_SHOW_UNITS 146
+#define IDD_FILE_PROPERTIES 167
+#define IDD_UNIT_PROPERTIES 168
+#define IDD_CONVERSIONS 170
+#define IDD_ADD_CONVERSION 172
+#define IDD_HTML_VIEWER 178
+#define IDD_ABOUT 180
+#define IDD_FORMATS 181
+
+// Texts
+#define IDS_EDIT_MENU 102
+#define IDS_DOCUMENT 128
+#define IDS_FILE_MENU 65001
+#define IDS_COPY 65005
+#define IDS_PASTE 65006
+#define IDS_OPEN_CALCULATOR 65008
+#define IDS_ROW_SIZE 65009
+#define IDS_CONVERSIONS 65010
+#define IDS_EDIT_UNIT 65012
+
+// The two titles of the frame's menu bar
+#define ID_FILE_MENU 0x802F
+#define ID_EDIT_MENU 102
+
+// Commands
+#define ID_DOWNLOAD 0x800D
+#define ID_PROPERTIES 0x800E
+#define ID_QUICK_FILE_FIRST 0x8014
+#define ID_QUICK_FILE_LAST 0x8019
+#define ID_CALCULATE 0x8021
+#define ID_ADD_UNIT 0x8035
+#define ID_OPTIONS 0x8036
+#define ID_SHOW_UNITS 0x8037
+#define ID_EDIT_UNIT 0x8038
+#define ID_DELETE_UNIT 0x8039
+#define ID_REMOVE_FROM_LIST 0x803A
+#define ID_DELETE_CONVERSION 0x803F
+#define ID_CONVERSIONS 0x8044
+#define ID_ADD_STANDARD 0x8045
+#define ID_ADD_ADVANCED 0x8046
+#define ID_NEW_CONVERSION_FILE 0x804A
+#define ID_NEW_CALCULATION_FILE 0x804B
+#define ID_OPEN_CALCULATOR 0x804C
+#define ID_ROW_SIZE 0x804D
+#define ID_OPEN_FILE 0xE101
+#define ID_SAVE 0xE103
+#define ID_COPY 0xE122
+#define ID_CUT 0xE123
+#define ID_PASTE 0xE125
+#define ID_SELECT_ALL 0xE12A
+#define ID_ABOUT 0xE140
+#define ID_EXIT 0xE141
+#define ID_HELP 0xE146
+
+// Controls of the frame
+#define IDC_VALUE_EDIT 100
+#define IDC_ACCEPT 101
+#define IDC_RESTORE 102
+#define IDC_FIRST_TAB 103
+#define IDC_LAST_TAB 110
+#define IDC_COMMAND_BAR 1020
+#define IDC_ITEM_LIST 1021
+#define IDC_VALUE_PANEL 1022
+#define IDC_TITLE 1023
+
+// Controls of the dialogs
+#define IDC_LIST 1006
+#define IDC_CATEGORY 1022
+#define IDC_FILE_TITLE 1023
+#define IDC_FILE_NAME 1024
+#define IDC_FILE_UPDATED 1025
+#define IDC_ITEM_VALUE 1024
+#define IDC_ITEM_NAME 1028
+#define IDC_ITEM_TYPE 1029
+#define IDC_ITEM_IDENTIFIER 1030
+#define IDC_ITEM_TYPE_LABEL 1031
+#define IDC_CONVERSION_LIST 1033
+#define IDC_FACTOR 1034
+#define IDC_OFFSET 1035
+#define IDC_FORWARD 1036
+#define IDC_REVERSE 1037
+#define IDC_UNIT1_LABEL 1038
+#define IDC_UNIT2_LABEL 1039
+#define IDC_OFFSET_LABEL 1040
+#define IDC_FORWARD_LABEL 1042
+#define IDC_REVERSE_LABEL 1043
+#define IDC_UNIT1 1044
+#define IDC_UNIT2 1045
+#define IDC_DATA_FOLDER 1047
+#define IDC_UPDATE_URL 1048
+#define IDC_FORMAT_DECIMAL 1051
+#define IDC_FORMAT_CURRENCY 1052
+#define IDC_FORMAT_COMPOUND 1053
+#define IDC_FORMAT_HEX 1054
+#define IDC_FORMAT_OCTAL 1055
+#define IDC_FORMAT_BINARY 1056
+#define IDC_FORMAT_DATE 1057
+#define IDC_FORMAT_DATETIME 1058
+#define IDC_PART_FACTOR_1 1061
+#define IDC_PART_FACTOR_2 1062
+#define IDC_PART_FACTOR_3 1063
+#define IDC_PART_FACTOR_4 1064
+#define IDC_PART_LABEL_1 1065
+#define IDC_PART_LABEL_2 1066
+#define IDC_PART_LABEL_3 1067
+#define IDC_PART_LABEL_4 1068
+#define IDC_ABOUT_PICTURE 1071
+#define IDC_ABOUT_TITLE 1072
+#define IDC_ABOUT_VERSION 1073
+#define IDC_ABOUT_UPDATES 1074
+#define IDC_ABOUT_LICENSE 1075
+#define IDC_LABEL_1 1081
+#define IDC_LABEL_2 1082
+#define IDC_LABEL_3 1083
+#define IDC_LABEL_4 1084
+#define IDC_SIP_PREFERENCE 1090
+#define IDC_HTML 12321

@@ -1,0 +1,65 @@
+#include "app/application.h"
+
+#include <commctrl.h>
+
+#include "app/display_scale.h"
+#include "app/main_frame.h"
+#include "app/window_class.h"
+#include "pocketpc/shell.h"
+#include "resource.h"
+
+namespace velm {
+namespace {
+
+bool InitControls() {
+    const INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_DATE_CLASSES | ICC_BAR_CLASSES | ICC_LISTVIEW_CLASSES};
+    return InitCommonControlsEx(&controls) && SHInitExtraControls();
+}
+
+}  // namespace
+
+CVelmApplication::CVelmApplication(const CVelmServices& services, CVelmOptionsStore& options,
+                                   const CVelmString& programFolder)
+    : services_(services), options_(options), programFolder_(programFolder), context_(services.clock) {}
+
+CVelmApplication::~CVelmApplication() = default;
+
+bool CVelmApplication::InitInstance(int showCommand) {
+    if (!InitControls() || !RegisterWindowClass(GetModuleHandleW(nullptr))) {
+        return false;
+    }
+    LoadSettings(settings_, options_, programFolder_);
+    formatIcons_ = std::make_unique<CVelmBitmap>(IDB_FORMAT_ICONS, BaseColor(), true);
+    frame_ = std::make_unique<CVelmFrame>(
+        CVelmProgram{services_, context_, settings_, options_, programFolder_, *formatIcons_});
+    if (!frame_->CreateFrame(showCommand)) {
+        frame_.reset();
+        return false;
+    }
+    UpdateWindow(frame_->Handle());
+    return true;
+}
+
+int CVelmApplication::Run() {
+    MSG message{};
+    for (;;) {
+        if (!PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE)) {
+            frame_->UpdateCommands();
+        }
+        if (GetMessageW(&message, nullptr, 0, 0) <= 0) {
+            return static_cast<int>(message.wParam);
+        }
+        if (!frame_->PreTranslate(message)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+}
+
+void CVelmApplication::ExitInstance() {
+    SaveSettings(settings_, options_);
+    frame_.reset();
+    formatIcons_.reset();
+}
+
+}  // namespace velm

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+
+#include "app/program.h"
+#include "formula/formula_context.h"
+#include "listview/bitmap.h"
+#include "settings/settings.h"
+
+namespace velm {
+
+class CVelmFrame;
+
+/// The program from its start to its end: settings, formula context, shared images and the one main window.
+class CVelmApplication {
+public:
+    /// What is given outlives the application. `programFolder` ends with a backslash.
+    CVelmApplication(const CVelmServices& services, CVelmOptionsStore& options, const CVelmString& programFolder);
+    ~CVelmApplication();
+    CVelmApplication(const CVelmApplication&) = delete;
+    CVelmApplication& operator=(const CVelmApplication&) = delete;
+
+    /// Starts the program and shows its window. False when that fails; the program then ends.
+    bool InitInstance(int showCommand);
+
+    /// Runs until the window is closed. Returns the process's exit status.
+    int Run();
+
+    /// Writes the settings and releases the shared images.
+    void ExitInstance();
+
+    /// The main window; null before InitInstance and after its end.
+    CVelmFrame* Frame() const { return frame_.get(); }
+
+private:
+    CVelmServices services_;
+    CVelmOptionsStore& options_;
+    CVelmString programFolder_;
+    CVelmSettings settings_;
+    FormulaContext context_;
+    std::unique_ptr<CVelmBitmap> formatIcons_;
+    std::unique_ptr<CVelmFrame> frame_;
+};
+
+}  // namespace velm

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <span>
+#include <type_traits>
+
+namespace velm {
+
+class CVelmFrame;
+
+/// When a command's key works: anywhere in the frame, or only while no text is being edited there.
+enum class KeyPlace { Anywhere, OutsideText };
+
+/// A key of the desktop's keyboard. Key 0 is none.
+struct CVelmCommandKey {
+    WORD key = 0;
+    BYTE modifiers = 0;  ///< FCONTROL, FSHIFT, FALT
+    KeyPlace place = KeyPlace::Anywhere;
+};
+
+/// One command of the program, wherever it comes from: menu, toolbar, key, button or row menu.
+struct CVelmCommand {
+    WORD first;  ///< the identifiers from `first` to `last` are one command
+    WORD last;
+    bool (*enabled)(const CVelmFrame& frame);
+    void (*run)(CVelmFrame& frame, WORD id);  ///< null while the program cannot do it: disabled everywhere
+    CVelmCommandKey key;
+    bool whileBusy;  ///< runs also while a dialog or message box is open over the frame
+};
+
+/// Every command.
+std::span<const CVelmCommand> Commands();
+
+/// The commands of the toolbar from the left; 0 is a separator.
+std::span<const WORD> ToolbarCommands();
+
+/// Null for an identifier that is no command's.
+const CVelmCommand* FindCommand(WORD id);
+
+/// Whether the command exists and can be run now.
+bool IsCommandEnabled(const CVelmFrame& frame, WORD id);
+
+/// Runs an enabled command; false for any other, and for most while a dialog or message box is open.
+bool RunCommand(CVelmFrame& frame, WORD id);
+
+struct CVelmAcceleratorDeleter {
+    void operator()(HACCEL table) const { DestroyAcceleratorTable(table); }
+};
+using CVelmAccelerators = std::unique_ptr<std::remove_pointer_t<HACCEL>, CVelmAcceleratorDeleter>;
+
+/// The keys of all commands of that place.
+CVelmAccelerators MakeAccelerators(KeyPlace place);
+
+}  // namespace velm

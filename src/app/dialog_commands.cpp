@@ -1,0 +1,129 @@
+#include "app/dialog_commands.h"
+
+#include <vector>
+
+#include "app/main_frame.h"
+#include "dialogs/about_dialog.h"
+#include "dialogs/conversions_dialog.h"
+#include "dialogs/file_properties_dialog.h"
+#include "dialogs/open_file_dialog.h"
+#include "dialogs/settings_dialog.h"
+#include "dialogs/show_units_dialog.h"
+#include "dialogs/unit_dialog.h"
+#include "resource.h"
+#include "settings/settings.h"
+
+namespace velm {
+namespace {
+
+/// The current document was edited: it is stamped, and its file written.
+void KeepEdits(CVelmFrame& frame) {
+    frame.Document()->Touch();
+    frame.SaveDocument();
+}
+
+std::vector<std::int32_t> ShownFlags(const CVelmDocument& document) {
+    std::vector<std::int32_t> flags;
+    for (const auto& item : document.items) {
+        flags.push_back(item->shown);
+    }
+    return flags;
+}
+
+}  // namespace
+
+void ShowAbout(CVelmFrame& frame, WORD) {
+    ShowAboutDialog(frame.Handle(), UpdateUrl(frame.Program().settings));
+}
+
+void OpenDataFile(CVelmFrame& frame, WORD) {
+    const CVelmProgram& program = frame.Program();
+    const int index = ShowOpenFileDialog(frame.Handle(), frame.Catalog(), frame.References(),
+                                         DataFolder(program.settings, program.programFolder), frame.HtmlLibrary());
+    if (index < 0) {
+        return;
+    }
+    CVelmDocument* const chosen = frame.Catalog().documents[static_cast<std::size_t>(index)].get();
+    if (chosen != frame.Document()) {
+        frame.SelectFile(chosen);
+    }
+}
+
+void MakeNewFile(CVelmFrame& frame, WORD id) {
+    const std::int32_t kind = id == ID_NEW_CONVERSION_FILE ? KIND_CONVERSION : KIND_CALCULATION;
+    auto document = CreateDocument(kind, frame.Program().services);
+    if (ShowFilePropertiesDialog(frame.Handle(), *document, frame.Catalog()) != IDOK) {
+        return;
+    }
+    const int index = frame.Catalog().AddDocument(std::move(document));
+    CVelmDocument* const made = frame.Catalog().documents[static_cast<std::size_t>(index)].get();
+    frame.SelectFile(made);
+    if (frame.Document() == made) {
+        KeepEdits(frame);
+    }
+}
+
+void EditFileProperties(CVelmFrame& frame, WORD) {
+    if (ShowFilePropertiesDialog(frame.Handle(), *frame.Document(), frame.Catalog()) == IDOK) {
+        KeepEdits(frame);
+        frame.RefreshTitle();
+    }
+}
+
+void AddUnit(CVelmFrame& frame, WORD) {
+    CVelmDocument* const document = frame.Document();
+    auto item = CreateItem(document->GetKind() == KIND_CONVERSION ? ITEM_VALUE : ITEM_FORMULA);
+    if (ShowUnitDialog(frame.Handle(), *item, *document, frame.Program().services.clock) != IDOK) {
+        return;
+    }
+    document->AddItem(std::move(item));
+    KeepEdits(frame);
+    frame.SelectFile(document);
+}
+
+void EditUnit(CVelmFrame& frame, WORD) {
+    CVelmDocument* const document = frame.Document();
+    CVelmItem* const item = document->currentItem;
+    const CVelmString oldText = item->valueText;
+    if (ShowUnitDialog(frame.Handle(), *item, *document, frame.Program().services.clock) != IDOK) {
+        return;
+    }
+    if (document->GetKind() == KIND_CALCULATION && item->valueText != oldText) {
+        item->state = STATE_NONE;  // an input starts from its new text
+    }
+    KeepEdits(frame);
+    frame.List().RefreshNames();
+    RunCommand(frame, ID_CALCULATE);
+    frame.Panel().AttachItem(item);
+}
+
+void EditConversions(CVelmFrame& frame, WORD) {
+    auto& document = static_cast<CVelmConversionDoc&>(*frame.Document());
+    ShowConversionsDialog(frame.Handle(), document, frame.Program().context);
+    KeepEdits(frame);
+    RunCommand(frame, ID_CALCULATE);
+}
+
+void EditOptions(CVelmFrame& frame, WORD) {
+    const CVelmProgram& program = frame.Program();
+    if (ShowSettingsDialog(frame.Handle(), program.settings) == IDOK) {
+        SaveSettings(program.settings, program.options);
+    }
+}
+
+void ChooseShownUnits(CVelmFrame& frame, WORD) {
+    CVelmDocument* const document = frame.Document();
+    if (document == nullptr) {
+        return;
+    }
+    const std::vector<std::int32_t> before = ShownFlags(*document);
+    if (ShowUnitsDialog(frame.Handle(), *document) != IDOK) {
+        return;
+    }
+    if (ShownFlags(*document) != before) {
+        KeepEdits(frame);
+    }
+    frame.SelectFile(document);
+}
+
+}  // namespace velm

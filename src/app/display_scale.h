@@ -1,0 +1,41 @@
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+
+#include "app/gdi.h"
+#include "platform/text.h"
+
+namespace velm {
+
+/// The display scale s: 2 when the screen reports 192 logical pixels per inch, otherwise 1. The screen is asked once.
+int DisplayScale();
+
+/// A length given in pixels of an ordinary screen, in pixels of this one.
+inline int Scaled(int length) {
+    return length * DisplayScale();
+}
+
+/// "Tahoma", `height` pixels of an ordinary screen from the top of the cell to its bottom, normal or bold.
+CVelmFont CreateProgramFont(int height, bool bold);
+
+/// Shows the wait cursor for its lifetime, then the arrow.
+class CVelmWaitCursor {
+public:
+    CVelmWaitCursor() { SetCursor(LoadCursorW(nullptr, IDC_WAIT)); }
+    ~CVelmWaitCursor() { SetCursor(LoadCursorW(nullptr, IDC_ARROW)); }
+    CVelmWaitCursor(const CVelmWaitCursor&) = delete;
+    CVelmWaitCursor& operator=(const CVelmWaitCursor&) = delete;
+};
+
+/// Puts a text on the clipboard as Unicode text. False leaves it unsaid what the clipboard holds.
+bool SetClipboardText(HWND owner, CVelmStringView text);
+
+/// The clipboard's Unicode text, up to its NUL; nothing when it holds none or another program keeps it.
+std::optional<CVelmString> GetClipboardText(HWND owner);
+
+/// The colour that rows and bitmaps take their tint from: the system's active caption.
+COLORREF BaseColor();
+
+}  // namespace velm

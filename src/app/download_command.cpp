@@ -1,0 +1,84 @@
+#include "app/download_command.h"
+
+#include <memory>
+
+#include "app/display_scale.h"
+#include "app/main_frame.h"
+#include "app/wide_text.h"
+#include "platform/fetch.h"
+#include "settings/settings.h"
+#include "update/downloader.h"
+#include "update/merge.h"
+
+namespace velm {
+namespace {
+
+constexpr UINT FIRST_FRAME_MOUSE = WM_NCMOUSEMOVE;
+constexpr UINT LAST_FRAME_MOUSE = WM_NCXBUTTONDBLCLK;
+
+CVelmString Number(std::size_t number) {
+    return FromUtf8(std::to_string(number));
+}
+
+/// Whether what the user does means to stop. Keys and taps that come meanwhile are dropped, so that none of them is
+/// carried out late; closing the window stops, and is left in the queue.
+bool WantsToStop() {
+    MSG message{};
+    bool stop = false;
+    while (PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) {
+        stop = stop || (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE);
+    }
+    while (PeekMessageW(&message, nullptr, WM_MOUSEFIRST, WM_MOUSELAST, PM_REMOVE) ||
+           PeekMessageW(&message, nullptr, FIRST_FRAME_MOUSE, LAST_FRAME_MOUSE, PM_REMOVE)) {
+    }
+    return stop || PeekMessageW(&message, nullptr, WM_CLOSE, WM_CLOSE, PM_NOREMOVE) != FALSE;
+}
+
+void Repaint() {
+    MSG message{};
+    while (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE)) {
+        DispatchMessageW(&message);
+    }
+}
+
+void MergeIntoCurrent(CVelmFrame& frame) {
+    if (frame.Document() == nullptr || frame.Document()->GetKind() != KIND_CONVERSION) {
+        return;
+    }
+    auto& document = static_cast<CVelmConversionDoc&>(*frame.Document());
+    if (Merge(document, frame.Catalog(), frame.Program().context)) {
+        document.Recalculate(frame.Program().context);
+        frame.List().RefreshValues();
+        frame.SaveDocument();  // tells the user when the merge could not write the file
+    }
+}
+
+}  // namespace
+
+void DownloadUpdates(CVelmFrame& frame, WORD) {
+    const std::unique_ptr<CVelmFetcher> fetcher = CreateHttpFetcher();
+    CVelmDownloader downloader(frame.Catalog(), *fetcher, UpdateUrl(frame.Program().settings));
+    bool done = false;
+    frame.SetBusy(true);
+    {
+        const CVelmWaitCursor wait;
+        done = downloader.Run([&frame](const CVelmDownloadProgress& progress) {
+            frame.ShowTitle(u"Downloading " + Number(progress.file) + u" of " + Number(progress.fileCount));
+            const bool stop = WantsToStop();
+            Repaint();
+            return !stop;
+        });
+        if (downloader.DownloadedCount() > 0) {
+            MergeIntoCurrent(frame);
+        }
+    }
+    frame.SetBusy(false);
+    frame.RefreshTitle();
+    const CVelmString text =
+        done ? u"Updated conversion data files have been successfully downloaded (" +
+                   Number(static_cast<std::size_t>(downloader.DownloadedCount())) + u")."
+             : u"Velmora could NOT complete downloading due to a system error: " + downloader.ErrorText();
+    MessageBoxW(frame.Handle(), Wide(text), L"Download", MB_OK | (done ? MB_ICONINFORMATION : MB_ICONSTOP));
+}
+
+}  // namespace velm

@@ -1,0 +1,102 @@
+#include "app/drawn_button.h"
+
+#include <utility>
+
+#include "app/display_scale.h"
+#include "app/gdi.h"
+#include "app/wide_text.h"
+#include "listview/bitmap.h"
+
+namespace velm {
+namespace {
+
+constexpr int ICON_SIZE = 16;
+constexpr int SIGN_HALF_WIDTH = 4;
+constexpr int SIGN_ROOM = 14;
+
+/// How much of the base colour the faces of a button take; 255 is white.
+constexpr int PRESSED_TINT = 110;
+constexpr int SELECTED_TINT = 170;
+
+constexpr COLORREF TEXT_COLOR = RGB(0, 0, 0);
+constexpr COLORREF DISABLED_COLOR = RGB(144, 144, 144);
+
+}  // namespace
+
+void CVelmDrawnButton::SetText(CVelmString text) {
+    if (text != text_) {
+        text_ = std::move(text);
+        Redraw();
+    }
+}
+
+void CVelmDrawnButton::SetFont(HFONT font) {
+    font_ = font;
+}
+
+void CVelmDrawnButton::SetIcon(HICON icon) {
+    if (std::exchange(icon_, icon) != icon) {
+        Redraw();
+    }
+}
+
+void CVelmDrawnButton::SetSelected(bool on) {
+    if (std::exchange(selected_, on) != on) {
+        Redraw();
+    }
+}
+
+void CVelmDrawnButton::Draw(HDC dc) const {
+    DrawFrame(dc);
+    RECT textArea = Rectangle();
+    textArea.left = DrawIcon(dc) + Scaled(3);
+    textArea.right -= Scaled(menuSign_ ? SIGN_ROOM : 2);
+    if (menuSign_) {
+        DrawMenuSign(dc);
+    }
+    if (text_.empty() || textArea.left >= textArea.right) {
+        return;
+    }
+    const CVelmSelect font(dc, font_ != nullptr ? static_cast<HGDIOBJ>(font_) : GetStockObject(DEFAULT_GUI_FONT));
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, State() == BUTTON_DISABLED ? DISABLED_COLOR : TEXT_COLOR);
+    DrawTextW(dc, Wide(text_), static_cast<int>(text_.size()), &textArea,
+              DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS | (icon_ != nullptr ? DT_LEFT : DT_CENTER));
+}
+
+void CVelmDrawnButton::DrawFrame(HDC dc) const {
+    COLORREF face = RGB(255, 255, 255);
+    if (State() == BUTTON_PRESSED) {
+        face = MixColor(PRESSED_TINT, BaseColor());
+    } else if (selected_) {
+        face = MixColor(SELECTED_TINT, BaseColor());
+    }
+    FillColor(dc, Rectangle(), MixColor(PRESSED_TINT, BaseColor()));
+    RECT inside = Rectangle();
+    InflateRect(&inside, -DisplayScale(), -DisplayScale());
+    FillColor(dc, inside, face);
+}
+
+int CVelmDrawnButton::DrawIcon(HDC dc) const {
+    const RECT& area = Rectangle();
+    if (icon_ == nullptr) {
+        return static_cast<int>(area.left);
+    }
+    const int size = Scaled(ICON_SIZE);
+    const int x = static_cast<int>(area.left) + (text_.empty() && !menuSign_ ? (Width(area) - size) / 2 : Scaled(3));
+    const int y = static_cast<int>(area.top) + (Height(area) - size) / 2;
+    DrawIconEx(dc, x, y, icon_, size, size, 0, nullptr, DI_NORMAL);
+    return x + size;
+}
+
+void CVelmDrawnButton::DrawMenuSign(HDC dc) const {
+    const RECT& area = Rectangle();
+    const int half = Scaled(SIGN_HALF_WIDTH);
+    const int middle = static_cast<int>(area.right) - Scaled(SIGN_ROOM) / 2 - DisplayScale();
+    const int top = static_cast<int>(area.top) + (Height(area) - half) / 2;
+    for (int line = 0; line < half; ++line) {
+        FillColor(dc, RECT{middle - half + line, top + line, middle + half - line, top + line + 1}, TEXT_COLOR);
+    }
+}
+
+}  // namespace velm

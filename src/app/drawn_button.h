@@ -1,0 +1,45 @@
+#pragma once
+
+#include <windows.h>
+
+#include "app/press_button.h"
+#include "platform/text.h"
+
+namespace velm {
+
+/// A press button that draws itself: an icon at its left (in its middle when it has no text), a text beside it.
+/// The font and icon are not owned and outlive the button.
+class CVelmDrawnButton : public CVelmPressButton {
+public:
+    void SetText(CVelmString text);
+    void SetFont(HFONT font);
+
+    /// 16·s pixels square; null for none.
+    void SetIcon(HICON icon);
+
+    /// Draws a small triangle at the right, the sign of a menu.
+    void SetMenuSign(bool on) { menuSign_ = on; }
+
+    /// Looks chosen, as the current one of several tabs does.
+    void SetSelected(bool on);
+
+    const CVelmString& Text() const { return text_; }
+    HICON Icon() const { return icon_; }
+    bool IsSelected() const { return selected_; }
+
+    /// Draws the whole rectangle; `dc` has the owner's client coordinates.
+    void Draw(HDC dc) const;
+
+private:
+    void DrawFrame(HDC dc) const;
+    int DrawIcon(HDC dc) const;
+    void DrawMenuSign(HDC dc) const;
+
+    CVelmString text_;
+    HFONT font_ = nullptr;
+    HICON icon_ = nullptr;
+    bool menuSign_ = false;
+    bool selected_ = false;
+};
+
+}  // namespace velm

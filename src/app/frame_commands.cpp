@@ -1,0 +1,160 @@
+#include "app/frame_commands.h"
+
+#include <algorithm>
+
+#include "app/display_scale.h"
+#include "app/gdi.h"
+#include "app/main_frame.h"
+#include "app/wide_text.h"
+#include "resource.h"
+
+namespace velm {
+namespace {
+
+constexpr int QUICK_MENU_TOP = 49;
+
+/// So many conversions make a unit a bridge between others.
+constexpr std::int32_t BRIDGE_CONVERSIONS = 2;
+
+const CVelmItem* CurrentItem(const CVelmFrame& frame) {
+    return frame.Document() != nullptr ? frame.Document()->currentItem : nullptr;
+}
+
+/// What is asked before an item is deleted.
+CVelmString DeleteQuestion(const CVelmDocument& document, const CVelmItem& item) {
+    const CVelmString name = u"\"" + item.name + u"\"";
+    if (document.GetKind() != KIND_CONVERSION) {
+        return name + u" may be used to calculate other output values.\nDo you really want to delete?";
+    }
+    if (static_cast<const CVelmConversionDoc&>(document).CountConversions(&item) < BRIDGE_CONVERSIONS) {
+        return u"Do you want to delete " + name + u"?";
+    }
+    return name +
+           u" has multiple direct conversion formulas attached to it. It may be used as a bridge to convert between "
+           u"other units.\nDo you really want to delete?";
+}
+
+/// A title as a menu shows it letter for letter.
+CVelmString MenuText(const CVelmString& title) {
+    CVelmString text;
+    for (const char16_t unit : title) {
+        text.append(unit == u'&' ? 2 : 1, unit);
+    }
+    return text;
+}
+
+}  // namespace
+
+bool Always(const CVelmFrame&) {
+    return true;
+}
+
+bool HasDocument(const CVelmFrame& frame) {
+    return frame.Document() != nullptr;
+}
+
+bool HasCurrentItem(const CVelmFrame& frame) {
+    return CurrentItem(frame) != nullptr;
+}
+
+bool IsConversionFile(const CVelmFrame& frame) {
+    return frame.Document() != nullptr && frame.Document()->GetKind() == KIND_CONVERSION;
+}
+
+bool CanCopy(const CVelmFrame& frame) {
+    const CVelmItem* const item = CurrentItem(frame);
+    return item != nullptr && item->state == STATE_VALID;
+}
+
+bool CanPaste(const CVelmFrame& frame) {
+    const CVelmItem* const item = CurrentItem(frame);
+    return item != nullptr && !item->IsOutput() && IsClipboardFormatAvailable(CF_UNICODETEXT);
+}
+
+void ExitProgram(CVelmFrame& frame, WORD) {
+    PostMessageW(frame.Handle(), WM_CLOSE, 0, 0);
+}
+
+void Calculate(CVelmFrame& frame, WORD) {
+    if (frame.Document() != nullptr) {
+        frame.Document()->Recalculate(frame.Program().context);
+        frame.List().RefreshValues();
+    }
+}
+
+void RemoveFromList(CVelmFrame& frame, WORD) {
+    CVelmDocument* const document = frame.Document();
+    if (document == nullptr || document->currentItem == nullptr) {
+        return;
+    }
+    document->currentItem->shown = 0;
+    document->Touch();
+    frame.SelectFile(document);
+    frame.SaveDocument();
+}
+
+void DeleteUnit(CVelmFrame& frame, WORD) {
+    CVelmDocument* const document = frame.Document();
+    const CVelmItem* const item = CurrentItem(frame);
+    if (item == nullptr ||
+        MessageBoxW(frame.Handle(), Wide(DeleteQuestion(*document, *item)), L"Delete", MB_YESNO | MB_ICONQUESTION) !=
+            IDYES ||
+        frame.Document() != document || CurrentItem(frame) != item) {
+        return;
+    }
+    frame.List().SetDocument(nullptr);  // it shows the item that goes
+    document->RemoveItem(item);
+    document->Touch();
+    frame.List().SetDocument(document);
+    frame.SaveDocument();
+}
+
+void SaveEdits(CVelmFrame& frame, WORD) {
+    frame.Document()->MarkModified();
+    frame.SaveDocument();
+}
+
+void CopyValue(CVelmFrame& frame, WORD) {
+    frame.List().CopySelectedValue();
+}
+
+void PasteText(CVelmFrame& frame, WORD) {
+    const HWND focus = GetFocus();
+    if (focus == nullptr || focus == frame.Handle() || focus == frame.List().Handle()) {
+        frame.Panel().Paste();
+    } else {
+        SendMessageW(focus, WM_PASTE, 0, 0);
+    }
+}
+
+void ToggleRowSize(CVelmFrame& frame, WORD) {
+    frame.List().ToggleRowSize();
+}
+
+void SelectQuickFile(CVelmFrame& frame, WORD id) {
+    const std::size_t index = static_cast<std::size_t>(id) - ID_QUICK_FILE_FIRST;
+    const auto& documents = frame.Catalog().documents;
+    if (index < documents.size() && documents[index].get() != frame.Document()) {
+        frame.SelectFile(documents[index].get());
+    }
+}
+
+void ShowQuickFileMenu(CVelmFrame& frame, WORD) {
+    const CVelmMenu menu(CreatePopupMenu());
+    const auto& documents = frame.Catalog().documents;
+    const std::size_t count = std::min<std::size_t>(documents.size(), ID_QUICK_FILE_LAST - ID_QUICK_FILE_FIRST + 1);
+    for (std::size_t i = 0; i < count; ++i) {
+        const UINT check = documents[i].get() == frame.Document() ? MF_CHECKED : MF_UNCHECKED;
+        AppendMenuW(menu.get(), MF_STRING | check, ID_QUICK_FILE_FIRST + i, Wide(MenuText(documents[i]->title)));
+    }
+    AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
+    AppendMenuW(menu.get(), MF_STRING, ID_OPEN_FILE, L"More...");
+
+    // The menu's place is given from the top-left corner of the handheld's screen, which the frame fills.
+    RECT corner{};
+    GetWindowRect(frame.Handle(), &corner);
+    TrackPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN, corner.left, corner.top + Scaled(QUICK_MENU_TOP), 0,
+                   frame.Handle(), nullptr);
+}
+
+}  // namespace velm

@@ -1,0 +1,29 @@
+#include "app/gdi.h"
+
+namespace velm {
+
+CVelmPainter::CVelmPainter(HWND window) : window_(window) {
+    const HDC dc = BeginPaint(window, &paint_);
+    const RECT& area = paint_.rcPaint;
+    if (IsRectEmpty(&area)) {
+        return;
+    }
+    bitmap_.reset(CreateCompatibleBitmap(dc, Width(area), Height(area)));
+    memory_.reset(bitmap_ ? CreateCompatibleDC(dc) : nullptr);
+    if (!memory_) {
+        return;  // painting straight to the window is better than none
+    }
+    oldBitmap_ = SelectObject(memory_.get(), bitmap_.get());
+    SetWindowOrgEx(memory_.get(), area.left, area.top, nullptr);
+}
+
+CVelmPainter::~CVelmPainter() {
+    const RECT& area = paint_.rcPaint;
+    if (memory_) {
+        BitBlt(paint_.hdc, area.left, area.top, Width(area), Height(area), memory_.get(), area.left, area.top, SRCCOPY);
+        SelectObject(memory_.get(), oldBitmap_);
+    }
+    EndPaint(window_, &paint_);
+}
+
+}  // namespace velm

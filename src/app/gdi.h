@@ -1,0 +1,82 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <type_traits>
+
+namespace velm {
+
+/// Deletes a GDI object with the handle that owns it.
+struct CVelmGdiDeleter {
+    void operator()(HGDIOBJ object) const { DeleteObject(object); }
+};
+using CVelmFont = std::unique_ptr<std::remove_pointer_t<HFONT>, CVelmGdiDeleter>;
+using CVelmBrush = std::unique_ptr<std::remove_pointer_t<HBRUSH>, CVelmGdiDeleter>;
+using CVelmPen = std::unique_ptr<std::remove_pointer_t<HPEN>, CVelmGdiDeleter>;
+using CVelmBitmapHandle = std::unique_ptr<std::remove_pointer_t<HBITMAP>, CVelmGdiDeleter>;
+using CVelmPaletteHandle = std::unique_ptr<std::remove_pointer_t<HPALETTE>, CVelmGdiDeleter>;
+
+struct CVelmDcDeleter {
+    void operator()(HDC dc) const { DeleteDC(dc); }
+};
+using CVelmMemoryDc = std::unique_ptr<std::remove_pointer_t<HDC>, CVelmDcDeleter>;
+
+struct CVelmIconDeleter {
+    void operator()(HICON icon) const { DestroyIcon(icon); }
+};
+using CVelmIcon = std::unique_ptr<std::remove_pointer_t<HICON>, CVelmIconDeleter>;
+
+struct CVelmMenuDeleter {
+    void operator()(HMENU menu) const { DestroyMenu(menu); }
+};
+using CVelmMenu = std::unique_ptr<std::remove_pointer_t<HMENU>, CVelmMenuDeleter>;
+
+/// Selects an object into a device context and puts the old one back at the end of the scope.
+class CVelmSelect {
+public:
+    CVelmSelect(HDC dc, HGDIOBJ object) : dc_(dc), old_(SelectObject(dc, object)) {}
+    ~CVelmSelect() { SelectObject(dc_, old_); }
+    CVelmSelect(const CVelmSelect&) = delete;
+    CVelmSelect& operator=(const CVelmSelect&) = delete;
+
+private:
+    HDC dc_;
+    HGDIOBJ old_;
+};
+
+/// Fills a rectangle with one colour, without a brush to look after.
+inline void FillColor(HDC dc, const RECT& area, COLORREF color) {
+    const COLORREF old = SetBkColor(dc, color);
+    ExtTextOutW(dc, 0, 0, ETO_OPAQUE, &area, nullptr, 0, nullptr);
+    SetBkColor(dc, old);
+}
+
+inline int Width(const RECT& area) {
+    return static_cast<int>(area.right - area.left);
+}
+inline int Height(const RECT& area) {
+    return static_cast<int>(area.bottom - area.top);
+}
+
+/// A window's painting through an off-screen bitmap of the update area, copied to the window at the end of the
+/// scope, so that nothing flickers. Coordinates are the window's.
+class CVelmPainter {
+public:
+    explicit CVelmPainter(HWND window);
+    ~CVelmPainter();
+    CVelmPainter(const CVelmPainter&) = delete;
+    CVelmPainter& operator=(const CVelmPainter&) = delete;
+
+    HDC Dc() const { return memory_ ? memory_.get() : paint_.hdc; }
+    const RECT& UpdateArea() const { return paint_.rcPaint; }
+
+private:
+    HWND window_;
+    PAINTSTRUCT paint_{};
+    CVelmBitmapHandle bitmap_;
+    CVelmMemoryDc memory_;
+    HGDIOBJ oldBitmap_ = nullptr;
+};
+
+}  // namespace velm

@@ -1,0 +1,413 @@
+#include "app/main_frame.h"
+
+#include <algorithm>
+
+#include "app/display_scale.h"
+#include "app/frame_commands.h"
+#include "app/wide_text.h"
+#include "listview/bitmap.h"
+#include "pocketpc/command_bar.h"
+#include "pocketpc/shell.h"
+#include "resource.h"
+#include "settings/settings.h"
+#include "update/merge.h"
+
+namespace velm {
+namespace {
+
+// Pixels of an ordinary screen.
+constexpr int HEADER_HEIGHT = 24;
+constexpr int PANEL_HEIGHT = 42;
+constexpr int FIRST_LIST_MARGIN = 70;
+constexpr int BUTTON_MARGIN = 2;
+constexpr int BUTTON_BOTTOM = 22;
+constexpr int FIRST_SHOW_UNITS_BOTTOM = 20;
+constexpr int SHOW_UNITS_ROOM = 24;
+constexpr int SHOW_UNITS_LEFT = 22;
+constexpr int TITLE_FONT = 20;
+constexpr int IMAGE_SIZE = 16;
+
+// The frame fills a handheld's screen; on a larger one it opens as large as a handheld's is.
+constexpr int HANDHELD_WIDTH = 480;
+constexpr int HANDHELD_HEIGHT = 640;
+constexpr int FIRST_WIDTH = 240;
+constexpr int FIRST_HEIGHT = 320;
+constexpr int LEAST_SIZE = 160;
+
+constexpr COLORREF HEADER_COLOR = RGB(255, 255, 255);
+
+/// The tooltips from the left: the two menu titles, then the tool buttons.
+constexpr std::array<UINT, 8> TOOL_TIP_TEXTS = {IDS_FILE_MENU, IDS_EDIT_MENU,   IDS_COPY,     IDS_PASTE,
+                                                IDS_EDIT_UNIT, IDS_CONVERSIONS, IDS_ROW_SIZE, IDS_OPEN_CALCULATOR};
+
+bool IsHandheldScreen() {
+    return GetSystemMetrics(SM_CXSCREEN) <= HANDHELD_WIDTH && GetSystemMetrics(SM_CYSCREEN) <= HANDHELD_HEIGHT;
+}
+
+DWORD FrameStyle() {
+    return (IsHandheldScreen() ? WS_POPUP : WS_OVERLAPPEDWINDOW) | WS_CLIPCHILDREN;
+}
+
+/// The window's size for a client area of that size.
+SIZE WindowSize(int clientWidth, int clientHeight, DWORD style) {
+    RECT area{0, 0, clientWidth, clientHeight};
+    AdjustWindowRectEx(&area, style, FALSE, 0);
+    return {area.right - area.left, area.bottom - area.top};
+}
+
+CVelmIcon LoadImageIcon(UINT id, int size) {
+    return CVelmIcon(static_cast<HICON>(
+        LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
+}
+
+bool RegisterFrameClass() {
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof(windowClass);
+    windowClass.style = CS_HREDRAW | CS_VREDRAW;
+    windowClass.lpfnWndProc = CVelmWindow::ClassProc;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.hIcon = LoadIconW(windowClass.hInstance, MAKEINTRESOURCEW(IDI_CONVERSION_FILE));
+    windowClass.lpszClassName = FRAME_CLASS;
+    return RegisterClassExW(&windowClass) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+}
+
+/// The document string's first part, up to the line end, is the window's title.
+CVelmString FrameTitle() {
+    const CVelmString text = LoadText(IDS_DOCUMENT);
+    return text.substr(0, text.find(u'\n'));
+}
+
+}  // namespace
+
+CVelmFrame::CVelmFrame(const CVelmProgram& program)
+    : program_(program),
+      panel_(program),
+      list_(program, panel_),
+      catalog_(program.services),
+      references_(program.services),
+      htmlLibrary_(program.programFolder),
+      titleFont_(CreateProgramFont(TITLE_FONT, true)),
+      conversionIcon_(LoadImageIcon(IDI_CONVERSION_FILE, Scaled(IMAGE_SIZE))),
+      calculationIcon_(LoadImageIcon(IDI_CALCULATION_FILE, Scaled(IMAGE_SIZE))),
+      showUnitsIcon_(LoadImageIcon(IDI_SHOW_UNITS, Scaled(IMAGE_SIZE))),
+      keys_(MakeAccelerators(KeyPlace::Anywhere)),
+      keysOutsideText_(MakeAccelerators(KeyPlace::OutsideText)) {}
+
+bool CVelmFrame::CreateFrame(int showCommand) {
+    if (!RegisterFrameClass()) {
+        return false;
+    }
+    const bool handheld = IsHandheldScreen();
+    const DWORD style = FrameStyle();
+    const SIZE size = handheld ? SIZE{GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}
+                               : WindowSize(Scaled(FIRST_WIDTH), Scaled(FIRST_HEIGHT), style);
+    const int place = handheld ? 0 : CW_USEDEFAULT;
+    const HWND window =
+        CreateWindowExW(0, FRAME_CLASS, Wide(FrameTitle()), style, place, place, static_cast<int>(size.cx),
+                        static_cast<int>(size.cy), nullptr, nullptr, GetModuleHandleW(nullptr), this);
+    if (window == nullptr) {
+        return false;
+    }
+    ShowWindow(window, showCommand);
+    return true;
+}
+
+bool CVelmFrame::OnCreate() {
+    if (!CreateCommandBar()) {
+        return false;
+    }
+    const RECT area = CommandBar_AreaAbove(Handle(), commandBar_);
+    const int width = static_cast<int>(area.right);
+    const int height = static_cast<int>(area.bottom);
+    if (panel_.Create(WS_CHILD | WS_DISABLED | WS_CLIPCHILDREN, 0, height - Scaled(PANEL_HEIGHT), width,
+                      Scaled(PANEL_HEIGHT), Handle(), IDC_VALUE_PANEL, L"") == nullptr ||
+        list_.Create(WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_CLIPSIBLINGS, 0, Scaled(HEADER_HEIGHT), width,
+                     height - Scaled(FIRST_LIST_MARGIN), Handle(), IDC_ITEM_LIST, L"") == nullptr) {
+        return false;
+    }
+    CreateHeader(area);
+    OpenStartupFile();
+    return true;
+}
+
+bool CVelmFrame::CreateCommandBar() {
+    std::array<const wchar_t*, TOOL_TIPS> texts{};
+    for (std::size_t i = 0; i < TOOL_TIPS; ++i) {
+        toolTips_[i] = ToWide(LoadText(TOOL_TIP_TEXTS[i]));
+        texts[i] = toolTips_[i].c_str();
+    }
+    SHMENUBARINFO info{sizeof(info), Handle(), IDM_MAIN, GetModuleHandleW(nullptr), nullptr};
+    if (!SHCreateMenuBar(&info)) {
+        return false;
+    }
+    commandBar_ = info.hwndMB;
+    const UINT images = DisplayScale() == 2 ? IDB_TOOLBAR_LARGE : IDB_TOOLBAR;
+    return CommandBar_AddBitmap(commandBar_, info.hInstRes, images, Scaled(IMAGE_SIZE)) &&
+           CommandBar_AddButtons(commandBar_, ToolbarCommands()) && CommandBar_AddToolTips(commandBar_, texts);
+}
+
+void CVelmFrame::CreateHeader(const RECT& area) {
+    const LONG margin = Scaled(BUTTON_MARGIN);
+    titleButton_.Init({margin, margin, area.right - Scaled(SHOW_UNITS_ROOM), Scaled(BUTTON_BOTTOM)}, Handle(),
+                      IDC_TITLE);
+    titleButton_.SetFont(titleFont_.get());
+    titleButton_.SetMenuSign(true);
+    showUnitsButton_.Init({area.right - Scaled(SHOW_UNITS_LEFT), margin, area.right - margin,
+                           static_cast<LONG>(Scaled(FIRST_SHOW_UNITS_BOTTOM))},
+                          Handle(), ID_SHOW_UNITS);
+    showUnitsButton_.SetIcon(showUnitsIcon_.get());
+}
+
+void CVelmFrame::OpenStartupFile() {
+    CVelmDocument* document = nullptr;
+    {
+        const CVelmWaitCursor wait;
+        MergeWhenOpened(catalog_, program_.context);
+        catalog_.SetFolder(DataFolder(program_.settings, program_.programFolder));
+        // The recent files first: the catalogue keeps them in front of what the folder holds besides.
+        catalog_.AddFiles(OpenFileList(program_.settings));
+        catalog_.ScanFolder();
+        const CVelmStringView recent = FirstOpenFile(program_.settings);
+        document = recent.empty() ? nullptr : catalog_.GetDocument(recent, false);
+    }
+    if (document == nullptr && !catalog_.documents.empty()) {
+        document = catalog_.documents.front().get();
+    }
+    SelectFile(document);
+}
+
+void CVelmFrame::SelectFile(CVelmDocument* document) {
+    if (document != document_) {
+        if (!SaveDocument()) {
+            return;
+        }
+        list_.SetDocument(nullptr);  // the items of the document that is about to be unloaded
+    }
+    const auto& documents = catalog_.documents;
+    const auto found = std::find_if(documents.begin(), documents.end(),
+                                    [document](const auto& entry) { return entry.get() == document; });
+    document_ = nullptr;
+    if (found != documents.end()) {
+        const CVelmWaitCursor wait;
+        document_ = catalog_.Activate(static_cast<int>(found - documents.begin()));
+    }
+    titleButton_.SetIcon(IconOf(document_ != nullptr ? document_->GetKind() : KIND_CONVERSION));
+    RefreshTitle();
+    list_.SetDocument(document_);
+}
+
+HICON CVelmFrame::IconOf(std::int32_t kind) const {
+    return kind == KIND_CONVERSION ? conversionIcon_.get() : calculationIcon_.get();
+}
+
+void CVelmFrame::RefreshTitle() {
+    titleButton_.SetText(document_ != nullptr ? document_->title : u"(No file)");
+}
+
+void CVelmFrame::ShowTitle(const CVelmString& text) {
+    titleButton_.SetText(text);
+}
+
+bool CVelmFrame::SaveDocument() {
+    if (document_ == nullptr || !document_->IsModified() || document_->Save(catalog_.Folder())) {
+        return true;
+    }
+    const DWORD error = GetLastError();
+    std::array<wchar_t, 512> reason{};
+    FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, reason.data(),
+                   static_cast<DWORD>(reason.size()), nullptr);
+    const CVelmString text =
+        document_->PathIn(catalog_.Folder()) + u" could not be written.\n" + FromWide(reason.data());
+    MessageBoxW(Handle(), Wide(text), L"Save", MB_OK | MB_ICONSTOP);
+    return false;
+}
+
+void CVelmFrame::UpdateCommands() {
+    for (const WORD command : ToolbarCommands()) {
+        if (command != 0) {
+            CommandBar_EnableButton(commandBar_, command, IsCommandEnabled(*this, command));
+        }
+    }
+}
+
+void CVelmFrame::Layout() {
+    const RECT area = CommandBar_AreaAbove(Handle(), commandBar_);
+    const int width = static_cast<int>(area.right);
+    const int height = static_cast<int>(area.bottom);
+    const int header = Scaled(HEADER_HEIGHT);
+    const int panel = Scaled(PANEL_HEIGHT);
+    MoveWindow(panel_.Handle(), 0, height - panel, width, panel, TRUE);
+    MoveWindow(list_.Handle(), 0, header, width, std::max(0, height - header - (panel_.IsShown() ? panel : 0)), TRUE);
+
+    const LONG margin = Scaled(BUTTON_MARGIN);
+    const LONG bottom = Scaled(BUTTON_BOTTOM);
+    titleButton_.Move({margin, margin, area.right - Scaled(SHOW_UNITS_ROOM), bottom});
+    showUnitsButton_.Move({area.right - Scaled(SHOW_UNITS_LEFT), margin, area.right - margin, bottom});
+}
+
+void CVelmFrame::Paint() {
+    const CVelmPainter painter(Handle());
+    FillColor(painter.Dc(), painter.UpdateArea(), HEADER_COLOR);
+    for (const CVelmDrawnButton* const button : {&titleButton_, &showUnitsButton_}) {
+        RECT common{};
+        if (IntersectRect(&common, &button->Rectangle(), &painter.UpdateArea())) {
+            button->Draw(painter.Dc());
+        }
+    }
+}
+
+LRESULT CVelmFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    const std::array<CVelmPressButton*, 2> buttons = {&titleButton_, &showUnitsButton_};
+    if (router_.Route(buttons, message, wParam, lParam)) {
+        return 0;
+    }
+    switch (message) {
+        case WM_CREATE:
+            return OnCreate() ? 0 : -1;
+        case WM_SIZE:
+            if (wParam != SIZE_MINIMIZED) {
+                Layout();
+            }
+            return 0;
+        case WM_GETMINMAXINFO: {
+            const auto style = static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_STYLE));
+            const SIZE least = WindowSize(Scaled(LEAST_SIZE), Scaled(LEAST_SIZE), style);
+            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {least.cx, least.cy};
+            return 0;
+        }
+        case WM_ERASEBKGND: {
+            RECT header{};
+            GetClientRect(Handle(), &header);
+            header.bottom = Scaled(HEADER_HEIGHT);
+            FillColor(reinterpret_cast<HDC>(wParam), header, HEADER_COLOR);
+            return 1;
+        }
+        case WM_PAINT:
+            Paint();
+            return 0;
+        case WM_SETFOCUS:
+            SetFocus(list_.Handle());
+            return 0;
+        case WM_ACTIVATE:
+            OnActivate(LOWORD(wParam) != WA_INACTIVE);
+            return 0;
+        case WM_SETCURSOR:
+            // The classes of the program's windows carry no cursor, so nobody else would take the border's back.
+            if (LOWORD(lParam) == HTCLIENT && GetClassLongPtrW(reinterpret_cast<HWND>(wParam), GCLP_HCURSOR) == 0) {
+                SetCursor(LoadCursorW(nullptr, busy_ ? IDC_WAIT : IDC_ARROW));
+                return TRUE;
+            }
+            break;
+        case WM_COMMAND:
+            RunCommand(*this, LOWORD(wParam));
+            return 0;
+        case WM_INITMENUPOPUP:
+            OnInitMenu(reinterpret_cast<HMENU>(wParam));
+            return 0;
+        case WM_SYSCOMMAND:
+            if (OnSysCommand(wParam, lParam)) {
+                return 0;
+            }
+            break;
+        case WM_SYSCOLORCHANGE:
+            program_.formatIcons.Reload(IDB_FORMAT_ICONS, BaseColor());
+            RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+            break;
+        case WM_ENDSESSION:
+            if (wParam != FALSE) {
+                OnEndSession();
+            }
+            return 0;
+        case WM_DESTROY:
+            OnDestroy();
+            return 0;
+        default:
+            break;
+    }
+    return CVelmWindow::WindowProc(message, wParam, lParam);
+}
+
+bool CVelmFrame::PreTranslate(MSG& message) {
+    if (message.hwnd != Handle() && !IsChild(Handle(), message.hwnd)) {
+        return false;
+    }
+    if (message.message == WM_MOUSEWHEEL) {
+        list_.ScrollByWheel(GET_WHEEL_DELTA_WPARAM(message.wParam));
+        return false;
+    }
+    if (message.message == WM_SYSCHAR && CommandBar_OpenMenu(commandBar_, static_cast<wchar_t>(message.wParam))) {
+        return true;
+    }
+    if (message.message == WM_KEYDOWN && OnKeyDown(message)) {
+        return true;
+    }
+    return TranslateAcceleratorW(Handle(), keys_.get(), &message) != 0 ||
+           (!IsEditingText() && TranslateAcceleratorW(Handle(), keysOutsideText_.get(), &message) != 0);
+}
+
+bool CVelmFrame::OnKeyDown(const MSG& message) {
+    if (list_.HandleKey(message.wParam)) {
+        return true;
+    }
+    if (message.wParam == VK_TAB) {
+        if (!panel_.HandleTab(GetKeyState(VK_SHIFT) < 0)) {
+            MoveFocus();
+        }
+        return true;
+    }
+    return false;
+}
+
+void CVelmFrame::MoveFocus() {
+    const bool toPanel = panel_.IsShown() && !IsEditingText();
+    SetFocus(toPanel ? panel_.Handle() : list_.Handle());
+}
+
+bool CVelmFrame::IsEditingText() const {
+    const HWND focus = GetFocus();
+    return focus == panel_.Handle() || IsChild(panel_.Handle(), focus);
+}
+
+void CVelmFrame::OnInitMenu(HMENU menu) const {
+    const int count = GetMenuItemCount(menu);
+    for (int i = 0; i < count; ++i) {
+        const UINT id = GetMenuItemID(menu, i);
+        if (id <= 0xFFFF && FindCommand(static_cast<WORD>(id)) != nullptr) {
+            const bool on = IsCommandEnabled(*this, static_cast<WORD>(id));
+            EnableMenuItem(menu, id, static_cast<UINT>(MF_BYCOMMAND) | (on ? MF_ENABLED : MF_GRAYED));
+        }
+    }
+}
+
+void CVelmFrame::OnActivate(bool active) {
+    if (!active) {
+        lastFocus_ = GetFocus();
+    } else if (!IsIconic(Handle())) {
+        const bool back = IsChild(Handle(), lastFocus_) && IsWindowVisible(lastFocus_) && IsWindowEnabled(lastFocus_);
+        SetFocus(back ? lastFocus_ : list_.Handle());
+    }
+}
+
+bool CVelmFrame::OnSysCommand(WPARAM command, LPARAM key) {
+    constexpr WPARAM COMMAND_BITS = 0xFFF0;
+    if ((command & COMMAND_BITS) != SC_KEYMENU || key == VK_SPACE) {
+        return false;
+    }
+    return CommandBar_OpenMenu(commandBar_, static_cast<wchar_t>(key));
+}
+
+void CVelmFrame::OnEndSession() {
+    if (document_ != nullptr && document_->IsModified()) {
+        document_->Save(catalog_.Folder());  // no time is left to tell of a failure
+    }
+    SaveOpenFileList(program_.settings, catalog_);
+    SaveSettings(program_.settings, program_.options);
+}
+
+void CVelmFrame::OnDestroy() {
+    SaveDocument();
+    SaveOpenFileList(program_.settings, catalog_);
+    PostQuitMessage(0);
+}
+
+}  // namespace velm

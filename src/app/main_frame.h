@@ -1,0 +1,111 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <string>
+
+#include "app/command_table.h"
+#include "app/drawn_button.h"
+#include "app/gdi.h"
+#include "app/program.h"
+#include "app/value_panel.h"
+#include "app/window_class.h"
+#include "dialogs/html_viewer.h"
+#include "listview/item_list.h"
+#include "model/catalog.h"
+#include "model/reference_list.h"
+
+namespace velm {
+
+/// The window class of the main frame, by which a second start finds the first.
+inline constexpr const wchar_t* FRAME_CLASS = L"VelmoraFrame";
+
+/// The main window: header with the current file's title, item list, value entry panel and command bar.
+class CVelmFrame : public CVelmWindow {
+public:
+    explicit CVelmFrame(const CVelmProgram& program);
+
+    /// Makes the window with everything in it, opens the start-up file and shows it. False when a part cannot be made.
+    bool CreateFrame(int showCommand);
+
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+    /// To be called for every message before it is dispatched. True when it was used up.
+    bool PreTranslate(MSG& message);
+
+    /// Makes a document of the catalogue, or none, the current one and shows it.
+    void SelectFile(CVelmDocument* document);
+
+    /// Shows the current document's title again.
+    void RefreshTitle();
+
+    /// Shows another text in the title's place, until RefreshTitle.
+    void ShowTitle(const CVelmString& text);
+
+    /// While the frame is busy the pen shows as the wait cursor.
+    void SetBusy(bool busy) { busy_ = busy; }
+
+    /// Brings the toolbar's buttons up to date; for when nothing else is to do.
+    void UpdateCommands();
+
+    /// Writes the current document to its file when it has edits. When that fails the user is told and it is false.
+    bool SaveDocument();
+
+    const CVelmProgram& Program() const { return program_; }
+    CVelmCatalog& Catalog() { return catalog_; }
+    CVelmDocument* Document() const { return document_; }
+
+    /// The text references, listed when they are first asked for, and the control that shows them.
+    CVelmReferenceList& References() { return references_; }
+    CVelmHtmlLibrary& HtmlLibrary() { return htmlLibrary_; }
+    CVelmItemList& List() { return list_; }
+    CVelmValuePanel& Panel() { return panel_; }
+    HWND CommandBar() const { return commandBar_; }
+
+    /// The icon of a kind of document.
+    HICON IconOf(std::int32_t kind) const;
+    const CVelmDrawnButton& TitleButton() const { return titleButton_; }
+    const CVelmDrawnButton& ShowUnitsButton() const { return showUnitsButton_; }
+
+private:
+    static constexpr std::size_t TOOL_TIPS = 8;
+
+    bool OnCreate();
+    bool CreateCommandBar();
+    void CreateHeader(const RECT& area);
+    void OpenStartupFile();
+    void Layout();
+    void Paint();
+    bool OnKeyDown(const MSG& message);
+    void MoveFocus();
+    bool IsEditingText() const;
+    void OnInitMenu(HMENU menu) const;
+    void OnActivate(bool active);
+    bool OnSysCommand(WPARAM command, LPARAM key);
+    void OnEndSession();
+    void OnDestroy();
+
+    CVelmProgram program_;
+    HWND commandBar_ = nullptr;
+    CVelmValuePanel panel_;
+    CVelmItemList list_;
+    std::array<std::wstring, TOOL_TIPS> toolTips_;
+    CVelmDrawnButton titleButton_;
+    CVelmDrawnButton showUnitsButton_;
+    CVelmCatalog catalog_;
+    CVelmReferenceList references_;
+    CVelmHtmlLibrary htmlLibrary_;
+    CVelmDocument* document_ = nullptr;  ///< one of the catalogue's, or null
+    CVelmFont titleFont_;
+    CVelmIcon conversionIcon_;
+    CVelmIcon calculationIcon_;
+    CVelmIcon showUnitsIcon_;
+    CVelmButtonRouter router_;
+    CVelmAccelerators keys_;
+    CVelmAccelerators keysOutsideText_;
+    bool busy_ = false;
+    HWND lastFocus_ = nullptr;  ///< the child that had the focus when the frame was left
+};
+
+}  // namespace velm

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <windows.h>
+
+#include <span>
+
+namespace velm {
+
+/// How a press button looks. A disabled one never reacts to the pen.
+constexpr int BUTTON_NORMAL = 0;
+constexpr int BUTTON_PRESSED = 1;
+constexpr int BUTTON_DISABLED = 3;
+
+/// The timer of the owner window that measures a long press, and the high half of the command that reports one.
+constexpr UINT_PTR BUTTON_TIMER = 100;
+constexpr UINT BUTTON_LONG_PRESS_MS = 600;
+constexpr WORD BUTTON_LONG_PRESS = 1;
+
+/// A button without a window: a rectangle of its owner window that tracks the pen and posts a command to the owner
+/// when the pen is released over it, or, when asked to, after the pen was held on it.
+class CVelmPressButton {
+public:
+    virtual ~CVelmPressButton() = default;
+
+    /// The rectangle is in the owner's client coordinates; the command's second parameter is `parameter`.
+    void Init(const RECT& rectangle, HWND owner, WORD id, bool longPress = false, LPARAM parameter = 0);
+
+    /// Each is true when the button handled the event.
+    bool PenDown(int x, int y);
+    bool PenMove(int x, int y);
+    bool PenUp(int x, int y);
+
+    /// To be called for the owner's BUTTON_TIMER. True when it measures this button's press.
+    bool Timer();
+
+    /// Ends a press without a command, as when another window took the pen.
+    void CancelPress();
+
+    /// False when disabled.
+    bool HitTest(int x, int y) const;
+
+    bool IsTracking() const { return tracking_; }
+    int State() const { return state_; }
+    void Enable(bool on);
+
+    const RECT& Rectangle() const { return rectangle_; }
+    void Move(const RECT& rectangle);
+    void Redraw() const;
+
+    WORD Id() const { return id_; }
+    HWND Owner() const { return owner_; }
+
+private:
+    bool Contains(int x, int y) const;
+    void SetPressed(bool pressed);
+    void StopTimer();
+    void EndPress();
+
+    bool tracking_ = false;
+    int state_ = BUTTON_NORMAL;
+    HWND owner_ = nullptr;
+    WORD id_ = 0;
+    int longPressCounter_ = 0;
+    RECT rectangle_{};
+    bool longPress_ = false;
+    LPARAM parameter_ = 0;
+};
+
+/// Takes an owner window's pen events to its buttons: a pen that goes down on one belongs to it until it is lifted.
+class CVelmButtonRouter {
+public:
+    /// True when a button took the message. The buttons are asked in their order and are not owned; a pressed one
+    /// must not be destroyed before Forget.
+    bool Route(std::span<CVelmPressButton* const> buttons, UINT message, WPARAM wParam, LPARAM lParam);
+
+    CVelmPressButton* Pressed() const { return pressed_; }
+
+    /// Ends a press without a command.
+    void Forget();
+
+private:
+    bool PenDown(std::span<CVelmPressButton* const> buttons, int x, int y);
+
+    CVelmPressButton* pressed_ = nullptr;
+};
+
+}  // namespace velm

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "formula/formula_context.h"
+#include "platform/services.h"
+#include "platform/text.h"
+
+namespace velm {
+
+class CVelmBitmap;
+class CVelmOptionsStore;
+struct CVelmSettings;
+
+/// What lives for a whole run and the windows share. Nothing here is owned.
+struct CVelmProgram {
+    CVelmServices services;
+    FormulaContext& context;
+    CVelmSettings& settings;
+    CVelmOptionsStore& options;
+    CVelmString programFolder;  ///< ends with a backslash
+    CVelmBitmap& formatIcons;   ///< the item list's images, tinted with the base colour
+};
+
+}  // namespace velm

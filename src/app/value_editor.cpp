@@ -1,0 +1,301 @@
+#include "app/value_editor.h"
+
+#include <commctrl.h>
+
+#include <cmath>
+#include <optional>
+
+#include "app/display_scale.h"
+#include "datetime/date_time.h"
+#include "formats/decimal_format.h"
+#include "model/item.h"
+#include "resource.h"
+
+namespace velm {
+namespace {
+
+constexpr int FONT_HEIGHT = 14;
+constexpr int PICKER_WIDTH = 94;
+constexpr int TIME_LEFT = 98;
+constexpr int COMPOUND_LEFT = 2;
+constexpr int LAST_HOUR = 23;
+
+/// The years that a picker can show.
+constexpr int FIRST_PICKER_YEAR = 1753;
+constexpr int LAST_PICKER_YEAR = 9999;
+
+/// How a number base is typed and how the formula language marks it.
+struct BaseSuffix {
+    std::uint32_t code;
+    char16_t suffix;
+};
+constexpr BaseSuffix BASE_SUFFIXES[] = {{FMT_HEX, u'h'}, {FMT_OCTAL, u'o'}, {FMT_BINARY, u'b'}};
+
+/// Says for its lifetime that the controls change without the user.
+class CVelmLoading {
+public:
+    explicit CVelmLoading(bool& loading) : loading_(loading) { loading_ = true; }
+    ~CVelmLoading() { loading_ = false; }
+    CVelmLoading(const CVelmLoading&) = delete;
+    CVelmLoading& operator=(const CVelmLoading&) = delete;
+
+private:
+    bool& loading_;
+};
+
+HWND CreatePicker(HWND panel, DWORD style, HFONT font) {
+    const HWND picker = CreateWindowExW(0, DATETIMEPICK_CLASSW, L"", WS_CHILD | WS_TABSTOP | DTS_SHOWNONE | style, 0, 0,
+                                        0, 0, panel, nullptr, GetModuleHandleW(nullptr), nullptr);
+    SendMessageW(picker, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    return picker;
+}
+
+void SetPicker(HWND picker, const std::optional<SYSTEMTIME>& time) {
+    SendMessageW(picker, DTM_SETSYSTEMTIME, time ? GDT_VALID : GDT_NONE,
+                 reinterpret_cast<LPARAM>(time ? &*time : nullptr));
+}
+
+std::optional<SYSTEMTIME> ReadPicker(HWND picker) {
+    SYSTEMTIME time{};
+    const LRESULT status = SendMessageW(picker, DTM_GETSYSTEMTIME, 0, reinterpret_cast<LPARAM>(&time));
+    return status == GDT_VALID ? std::optional(time) : std::nullopt;
+}
+
+/// Nothing for a value whose year a picker cannot show.
+std::optional<SYSTEMTIME> ToPickerTime(double value) {
+    DateTime date = DateTime::FromValue(value);
+    if (date.hour > LAST_HOUR) {
+        date = DateTime::FromValue(std::floor(value) + 1.0);  // a breath before midnight
+    }
+    if (date.year < FIRST_PICKER_YEAR || date.year > LAST_PICKER_YEAR) {
+        return std::nullopt;
+    }
+    SYSTEMTIME time{};
+    time.wYear = static_cast<WORD>(date.year);
+    time.wMonth = static_cast<WORD>(date.month);
+    time.wDayOfWeek = static_cast<WORD>(date.weekday - 1);
+    time.wDay = static_cast<WORD>(date.day);
+    time.wHour = static_cast<WORD>(date.hour);
+    time.wMinute = static_cast<WORD>(date.minute);
+    time.wSecond = static_cast<WORD>(date.second);
+    return time;
+}
+
+CVelmString Describe(const std::optional<SYSTEMTIME>& time) {
+    CVelmString text;
+    if (time) {
+        for (const WORD field : {time->wYear, time->wMonth, time->wDay, time->wHour, time->wMinute, time->wSecond}) {
+            text += static_cast<char16_t>(field + 1);
+        }
+    }
+    return text;
+}
+
+}  // namespace
+
+bool CVelmValueBox::OnKeyDown(WPARAM key) {
+    if (key != VK_RETURN) {
+        return false;
+    }
+    SendMessageW(GetParent(Handle()), WM_COMMAND, MAKEWPARAM(IDC_ACCEPT, 0), 0);
+    return true;
+}
+
+bool CVelmValueBox::OnChar(wchar_t unit) {
+    return unit == L'\r';  // the key was used up already
+}
+
+bool CVelmValueBox::OnPaste(const CVelmString& text) {
+    const std::optional<CVelmString> number = UngroupNumber(text);
+    if (number) {
+        ReplaceSelection(*number);
+    }
+    return number.has_value();
+}
+
+CVelmValueEditor::CVelmValueEditor(const CVelmProgram& program)
+    : program_(program), font_(CreateProgramFont(FONT_HEIGHT, false)), code_(FMT_DECIMAL) {}
+
+bool CVelmValueEditor::Create(HWND panel) {
+    panel_ = panel;
+    if (!box_.Create(panel, IDC_VALUE_EDIT, font_.get())) {
+        return false;
+    }
+    date_ = CreatePicker(panel, DTS_SHORTDATEFORMAT, font_.get());
+    time_ = CreatePicker(panel, DTS_TIMEFORMAT, font_.get());
+    return date_ != nullptr && time_ != nullptr &&
+           compound_.Create(WS_CHILD | WS_CLIPCHILDREN, 0, 0, 0, 0, panel, 0, L"") != nullptr;
+}
+
+void CVelmValueEditor::Move(const RECT& area) {
+    const int left = static_cast<int>(area.left);
+    const int top = static_cast<int>(area.top);
+    const int height = Height(area);
+    MoveWindow(box_.Handle(), left, top, Width(area), height, TRUE);
+    MoveWindow(date_, left, top, Scaled(PICKER_WIDTH), height, TRUE);
+    MoveWindow(time_, left + Scaled(TIME_LEFT), top, Scaled(PICKER_WIDTH), height, TRUE);
+    MoveWindow(compound_.Handle(), left + Scaled(COMPOUND_LEFT), top, Width(area) - Scaled(COMPOUND_LEFT), height,
+               TRUE);
+}
+
+void CVelmValueEditor::AttachItem(CVelmItem* item, std::uint32_t code) {
+    item_ = item;
+    code_ = code;
+    if (item != nullptr && code == FMT_COMPOUND) {
+        compound_.SetParts(item->format);
+    }
+    Clear();
+    ShowControls();
+}
+
+void CVelmValueEditor::SetFormat(std::uint32_t code, double value) {
+    AttachItem(item_, code);
+    LoadValue(value, true);
+    Focus();
+}
+
+bool CVelmValueEditor::UsesPickers() const {
+    return code_ == FMT_DATE || code_ == FMT_DATETIME;
+}
+
+HWND CVelmValueEditor::Control() const {
+    if (UsesPickers()) {
+        return date_;
+    }
+    return code_ == FMT_COMPOUND ? compound_.Handle() : box_.Handle();
+}
+
+void CVelmValueEditor::ShowControls() {
+    const HWND shown = Control();
+    for (const HWND control : {box_.Handle(), date_, time_, compound_.Handle()}) {
+        const bool on = control == shown || (control == time_ && code_ == FMT_DATETIME);
+        ShowWindow(control, on ? SW_SHOWNA : SW_HIDE);
+    }
+}
+
+void CVelmValueEditor::Focus() {
+    SetFocus(Control());
+}
+
+void CVelmValueEditor::SelectAll() {
+    if (Control() == box_.Handle()) {
+        box_.SelectAll();
+    }
+}
+
+bool CVelmValueEditor::MoveWithin(bool forward) {
+    if (code_ == FMT_COMPOUND) {
+        return compound_.MoveWithin(forward);
+    }
+    if (code_ != FMT_DATETIME || GetFocus() != (forward ? date_ : time_)) {
+        return false;
+    }
+    SetFocus(forward ? time_ : date_);
+    return true;
+}
+
+void CVelmValueEditor::LoadValue(double value, bool notify) {
+    {
+        const CVelmLoading loading(loading_);
+        if (UsesPickers()) {
+            LoadPickers(value);
+        } else if (code_ == FMT_COMPOUND && item_ != nullptr) {
+            compound_.SetValue(item_->format, value);
+        } else {
+            box_.SetText(InputText(value));
+            box_.SelectAll();
+        }
+    }
+    SetTextParses(true);
+    loadedValue_ = value;
+    loadedContent_ = Content();
+    if (notify) {
+        SendMessageW(panel_, WM_COMMAND, MAKEWPARAM(IDC_VALUE_EDIT, EN_CHANGE),
+                     reinterpret_cast<LPARAM>(box_.Handle()));
+    }
+}
+
+void CVelmValueEditor::Clear() {
+    LoadValue(NO_VALUE, false);
+}
+
+void CVelmValueEditor::LoadPickers(double value) {
+    const std::optional<SYSTEMTIME> time = std::isnan(value) ? std::nullopt : ToPickerTime(value);
+    SetPicker(date_, time);
+    SetPicker(time_, time);
+}
+
+CVelmString CVelmValueEditor::InputText(double value) const {
+    if (item_ == nullptr || std::isnan(value)) {
+        return {};
+    }
+    // The format shown may be another than the item's own, which the item's set of formats need not hold.
+    CVelmValueFormat format(item_->format);
+    format.inputFormat = code_;
+    return format.FormatValueForInput(value);
+}
+
+bool CVelmValueEditor::ParseValue(double& value) {
+    if (item_ == nullptr) {
+        return false;
+    }
+    if (IsEmpty()) {
+        SetTextParses(true);
+        return false;
+    }
+    if (IsUnchanged()) {
+        value = loadedValue_;
+        return true;
+    }
+    return UsesPickers() ? ParsePickers(value) : ParseText(value);
+}
+
+bool CVelmValueEditor::IsUnchanged() const {
+    return !std::isnan(loadedValue_) && Content() == loadedContent_;
+}
+
+bool CVelmValueEditor::IsEmpty() const {
+    return UsesPickers() ? !ReadPicker(date_) : TypedText().empty();
+}
+
+CVelmString CVelmValueEditor::TypedText() const {
+    return code_ == FMT_COMPOUND ? compound_.Text() : box_.Text();
+}
+
+CVelmString CVelmValueEditor::Content() const {
+    return UsesPickers() ? Describe(ReadPicker(date_)) + u'/' + Describe(ReadPicker(time_)) : TypedText();
+}
+
+bool CVelmValueEditor::ParseText(double& value) {
+    CVelmString text = ToLowerAscii(TypedText());
+    for (const BaseSuffix& base : BASE_SUFFIXES) {
+        if (base.code == code_) {
+            const bool letterFirst = base.code == FMT_HEX && text.front() >= u'a' && text.front() <= u'f';
+            text = (letterFirst ? u"0" : u"") + text + base.suffix;
+        }
+    }
+    const bool parses = item_->format.ParseValueText(text, program_.context, value);
+    SetTextParses(parses);
+    return parses;
+}
+
+bool CVelmValueEditor::ParsePickers(double& value) const {
+    const std::optional<SYSTEMTIME> date = ReadPicker(date_);
+    if (!date) {
+        return false;
+    }
+    const std::optional<SYSTEMTIME> time = code_ == FMT_DATETIME ? ReadPicker(time_) : std::nullopt;
+    value = DateTime::FromFields(date->wYear, date->wMonth, date->wDay, time ? time->wHour : 0,
+                                 time ? time->wMinute : 0, time ? time->wSecond : 0)
+                .value;
+    return true;
+}
+
+void CVelmValueEditor::SetTextParses(bool parses) {
+    if (parses != textParses_) {
+        textParses_ = parses;
+        InvalidateRect(box_.Handle(), nullptr, FALSE);
+    }
+}
+
+}  // namespace velm

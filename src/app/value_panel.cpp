@@ -1,0 +1,349 @@
+#include "app/value_panel.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "app/display_scale.h"
+#include "app/wide_text.h"
+#include "listview/bitmap.h"
+#include "model/item.h"
+#include "resource.h"
+
+namespace velm {
+namespace {
+
+constexpr UINT_PTR COMMIT_TIMER = 1;
+constexpr UINT TICK_MS = 100;
+constexpr int TICKS_TO_COMMIT = 4;
+
+// Pixels of an ordinary screen.
+constexpr int MARGIN = 2;
+constexpr int LINE_HEIGHT = 20;
+constexpr int TAB_TOP = 24;
+constexpr int TAB_HEIGHT = 16;
+constexpr int TAB_ROOM = 10;
+constexpr int TAB_FONT = 12;
+constexpr int BUTTON_WIDTH = 20;
+constexpr int IMAGE_SIZE = 16;
+constexpr int EDGE_TINT = 110;
+
+/// A tab stands for the first format of its row that the item allows; the rows are in the order of the tabs.
+struct TabFormats {
+    std::uint32_t first;
+    std::uint32_t second;  ///< 0 for none
+    const char16_t* firstCaption;
+    const char16_t* secondCaption;
+};
+constexpr TabFormats TAB_FORMATS[] = {
+    {FMT_DECIMAL, FMT_CURRENCY, u"numeric/calc", u"numeric/calc"},
+    {FMT_HEX, 0, u"hexadecimal", u""},
+    {FMT_OCTAL, 0, u"octal", u""},
+    {FMT_BINARY, 0, u"binary", u""},
+    {FMT_DATETIME, FMT_DATE, u"date time", u"date"},
+    {FMT_COMPOUND, 0, u"compound", u""},
+};
+
+CVelmIcon LoadButtonIcon(UINT id) {
+    const int size = Scaled(IMAGE_SIZE);
+    return CVelmIcon(static_cast<HICON>(
+        LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
+}
+
+}  // namespace
+
+CVelmValuePanel::CVelmValuePanel(const CVelmProgram& program)
+    : program_(program),
+      editor_(program),
+      tabFont_(CreateProgramFont(TAB_FONT, false)),
+      errorIcon_(LoadButtonIcon(IDI_VALUE_ERROR)),
+      acceptedIcon_(LoadButtonIcon(IDI_VALUE_ACCEPTED)),
+      restoreIcon_(LoadButtonIcon(IDI_RESTORE)) {}
+
+LRESULT CVelmValuePanel::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (RoutePen(message, wParam, lParam)) {
+        return 0;
+    }
+    switch (message) {
+        case WM_CREATE:
+            return OnCreate() ? 0 : -1;
+        case WM_SIZE:
+            Layout();
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;  // Paint does it, off the screen
+        case WM_PAINT:
+            Paint();
+            return 0;
+        case WM_SETFOCUS:
+            editor_.Focus();
+            return 0;
+        case WM_TIMER:
+            if (wParam == COMMIT_TIMER) {
+                OnTimer();
+                return 0;
+            }
+            break;
+        case WM_COMMAND:
+            OnCommand(LOWORD(wParam), HIWORD(wParam));
+            return 0;
+        case WM_NOTIFY:
+            if (reinterpret_cast<const NMHDR*>(lParam)->code == DTN_DATETIMECHANGE) {
+                OnEdited();
+                return 0;
+            }
+            break;
+        case WM_CTLCOLOREDIT:
+            if (reinterpret_cast<HWND>(lParam) == editor_.Box().Handle()) {
+                const HDC dc = reinterpret_cast<HDC>(wParam);
+                SetTextColor(dc, editor_.TextParses() ? RGB(0, 0, 0) : RGB(255, 0, 0));
+                SetBkColor(dc, GetSysColor(COLOR_WINDOW));
+                return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
+            }
+            break;
+        default:
+            break;
+    }
+    return CVelmWindow::WindowProc(message, wParam, lParam);
+}
+
+bool CVelmValuePanel::OnCreate() {
+    if (!editor_.Create(Handle())) {
+        return false;
+    }
+    accept_.Init({}, Handle(), IDC_ACCEPT);
+    accept_.SetIcon(acceptedIcon_.get());
+    restore_.Init({}, Handle(), IDC_RESTORE);
+    restore_.SetIcon(restoreIcon_.get());
+    Layout();
+    return SetTimer(Handle(), COMMIT_TIMER, TICK_MS, nullptr) != 0;
+}
+
+bool CVelmValuePanel::RoutePen(UINT message, WPARAM wParam, LPARAM lParam) {
+    std::array<CVelmPressButton*, MOST_TABS + 2> buttons = {&accept_, &restore_};
+    const auto tabs = static_cast<std::size_t>(tabCount_);
+    for (std::size_t i = 0; i < tabs; ++i) {
+        buttons[i + 2] = &tabs_[i].button;
+    }
+    return router_.Route(std::span(buttons).first(tabs + 2), message, wParam, lParam);
+}
+
+void CVelmValuePanel::AttachItem(CVelmItem* item) {
+    const bool hadFocus = IsChild(Handle(), GetFocus()) != FALSE;
+    router_.Forget();
+    pendingEdits_ = 0;
+    ticks_ = 0;
+    item_ = item;
+    tabCount_ = 0;
+    selectedTab_ = -1;
+    if (item == nullptr || item->IsOutput()) {
+        editor_.AttachItem(nullptr, FMT_DECIMAL);
+        if (hadFocus) {
+            SetFocus(GetParent(Handle()));
+        }
+        Show(false);
+        return;
+    }
+    MakeTabs();
+    Show(true);
+    const bool hasTabs = tabCount_ > 0;
+    editor_.AttachItem(item, hasTabs ? TabFormat(selectedTab_) : FMT_DECIMAL);
+    if (item->state == STATE_VALID) {
+        editor_.LoadValue(item->value, false);
+    }
+    accept_.SetIcon(acceptedIcon_.get());
+    if (hadFocus) {
+        editor_.Focus();
+    }
+}
+
+void CVelmValuePanel::MakeTabs() {
+    for (const TabFormats& formats : TAB_FORMATS) {
+        const bool first = (item_->format.allowedFormats & formats.first) != 0;
+        if ((!first && (item_->format.allowedFormats & formats.second) == 0) || tabCount_ == MOST_TABS) {
+            continue;
+        }
+        Tab& tab = tabs_[static_cast<std::size_t>(tabCount_)];
+        tab.code = first ? formats.first : formats.second;
+        tab.button.Init({}, Handle(), static_cast<WORD>(IDC_FIRST_TAB + tabCount_));
+        tab.button.SetFont(tabFont_.get());
+        tab.button.SetText(first ? formats.firstCaption : formats.secondCaption);
+        tab.button.SetSelected(tab.code == item_->format.inputFormat);
+        if (tab.code == item_->format.inputFormat) {
+            selectedTab_ = tabCount_;
+        }
+        ++tabCount_;
+    }
+    if (selectedTab_ < 0 && tabCount_ > 0) {
+        selectedTab_ = 0;
+        tabs_[0].button.SetSelected(true);
+    }
+    LayoutTabs();
+    InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+double CVelmValuePanel::ValueToShow() const {
+    if (item_->state == STATE_VALID) {
+        return item_->value;
+    }
+    double value = NO_VALUE;
+    item_->format.ParseValueText(item_->valueText, program_.context, value);
+    return value;
+}
+
+void CVelmValuePanel::SelectTab(int tab) {
+    if (item_ == nullptr || tab >= tabCount_ || tab == selectedTab_) {
+        return;
+    }
+    const std::uint32_t code = TabFormat(tab);
+    item_->format.inputFormat = code;
+    editor_.SetFormat(code, ValueToShow());
+    if (selectedTab_ >= 0) {
+        tabs_[static_cast<std::size_t>(selectedTab_)].button.SetSelected(false);
+    }
+    selectedTab_ = tab;
+    tabs_[static_cast<std::size_t>(tab)].button.SetSelected(true);
+    PostMessageW(GetParent(Handle()), WM_COMMAND, ID_SAVE, 0);
+}
+
+void CVelmValuePanel::OnCommand(WORD id, WORD notification) {
+    if (id == IDC_VALUE_EDIT && notification == EN_CHANGE) {
+        OnEdited();
+    } else if (notification != 0) {
+        return;
+    } else if (id == IDC_ACCEPT) {
+        Accept();
+    } else if (id == IDC_RESTORE) {
+        Restore();
+    } else if (id >= IDC_FIRST_TAB && id <= IDC_LAST_TAB) {
+        SelectTab(id - IDC_FIRST_TAB);
+    }
+}
+
+void CVelmValuePanel::OnEdited() {
+    if (!editor_.IsLoading()) {
+        ++pendingEdits_;
+        ticks_ = 0;
+    }
+}
+
+void CVelmValuePanel::OnTimer() {
+    if (pendingEdits_ > 0 && ++ticks_ % TICKS_TO_COMMIT == 0) {
+        ticks_ = 0;
+        CommitValue(false);
+    }
+}
+
+bool CVelmValuePanel::CommitValue(bool force) {
+    if (!force && pendingEdits_ == 0) {
+        return false;
+    }
+    pendingEdits_ = 0;
+    if (item_ == nullptr || item_->IsOutput()) {
+        return false;
+    }
+    double value = NO_VALUE;
+    const bool stored = editor_.ParseValue(value);
+    if (stored) {
+        item_->value = value;
+        item_->state = STATE_VALID;
+        PostMessageW(GetParent(Handle()), WM_COMMAND, ID_CALCULATE, 0);
+    }
+    accept_.SetIcon(stored || editor_.IsEmpty() ? acceptedIcon_.get() : errorIcon_.get());
+    return stored;
+}
+
+void CVelmValuePanel::Accept() {
+    CommitValue(true);
+    if (item_ != nullptr && item_->state == STATE_VALID) {
+        editor_.LoadValue(item_->value, false);
+    }
+}
+
+void CVelmValuePanel::Restore() {
+    double value = NO_VALUE;
+    if (item_ != nullptr && item_->format.ParseValueText(item_->valueText, program_.context, value)) {
+        editor_.LoadValue(value, true);
+    }
+}
+
+bool CVelmValuePanel::HandleTab(bool backward) {
+    return editor_.MoveWithin(!backward);
+}
+
+void CVelmValuePanel::TakeCharacter(wchar_t unit) {
+    if (!IsShown()) {
+        return;
+    }
+    editor_.Focus();
+    editor_.SelectAll();
+    SendMessageW(GetFocus(), WM_CHAR, unit, 1);
+}
+
+void CVelmValuePanel::Paste() {
+    if (!IsShown()) {
+        return;
+    }
+    editor_.Focus();
+    editor_.SelectAll();
+    SendMessageW(GetFocus(), WM_PASTE, 0, 0);
+}
+
+void CVelmValuePanel::Layout() {
+    RECT area{};
+    GetClientRect(Handle(), &area);
+    const LONG margin = Scaled(MARGIN);
+    const LONG bottom = margin + Scaled(LINE_HEIGHT);
+    const LONG button = Scaled(BUTTON_WIDTH);
+    const LONG restoreLeft = area.right - margin - button;
+    const LONG acceptLeft = restoreLeft - margin - button;
+    restore_.Move({restoreLeft, margin, restoreLeft + button, bottom});
+    accept_.Move({acceptLeft, margin, acceptLeft + button, bottom});
+    editor_.Move({margin, margin, std::max(margin, acceptLeft - margin), bottom});
+    LayoutTabs();
+    InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+/// Each tab as wide as its caption; all of them narrower when together they are too wide for the panel.
+void CVelmValuePanel::LayoutTabs() {
+    RECT area{};
+    GetClientRect(Handle(), &area);
+    std::array<int, MOST_TABS> widths{};
+    int sum = 0;
+    const auto count = static_cast<std::size_t>(tabCount_);
+    {
+        const HDC dc = GetDC(Handle());
+        const CVelmSelect font(dc, tabFont_.get());
+        for (std::size_t i = 0; i < count; ++i) {
+            const CVelmString& caption = tabs_[i].button.Text();
+            SIZE size{};
+            GetTextExtentPoint32W(dc, Wide(caption), static_cast<int>(caption.size()), &size);
+            widths[i] = static_cast<int>(size.cx) + Scaled(TAB_ROOM);
+            sum += widths[i];
+        }
+        ReleaseDC(Handle(), dc);
+    }
+    const int room = std::max(0, Width(area) - Scaled(2 * MARGIN));
+    LONG left = Scaled(MARGIN);
+    for (std::size_t i = 0; i < count; ++i) {
+        const LONG width = sum > room ? MulDiv(widths[i], room, sum) : widths[i];
+        tabs_[i].button.Move({left, Scaled(TAB_TOP), left + width, Scaled(TAB_TOP + TAB_HEIGHT)});
+        left += width;
+    }
+}
+
+void CVelmValuePanel::Paint() {
+    const CVelmPainter painter(Handle());
+    RECT edge{};
+    GetClientRect(Handle(), &edge);
+    edge.bottom = edge.top + 1;
+    FillColor(painter.Dc(), painter.UpdateArea(), RGB(255, 255, 255));
+    FillColor(painter.Dc(), edge, MixColor(EDGE_TINT, BaseColor()));
+    accept_.Draw(painter.Dc());
+    restore_.Draw(painter.Dc());
+    for (int i = 0; i < tabCount_; ++i) {
+        TabButton(i).Draw(painter.Dc());
+    }
+}
+
+}  // namespace velm

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <cstdint>
+
+#include "app/drawn_button.h"
+#include "app/gdi.h"
+#include "app/press_button.h"
+#include "app/program.h"
+#include "app/value_editor.h"
+#include "app/window_class.h"
+
+namespace velm {
+
+class CVelmItem;
+
+/// The panel below the item list in which the selected item's value is typed. Hidden without an item to type for.
+/// Posts ID_CALCULATE to its parent after storing a value, and ID_SAVE after changing what the document keeps.
+class CVelmValuePanel : public CVelmWindow {
+public:
+    explicit CVelmValuePanel(const CVelmProgram& program);
+
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+    /// Puts an item, not owned, up for typing; edits not committed yet are dropped. Hides the panel for null and for
+    /// an output.
+    void AttachItem(CVelmItem* item);
+
+    /// Reads the editor and stores its value in the item. True when a value was stored. Without `force` nothing
+    /// happens while no edit is pending.
+    bool CommitValue(bool force);
+
+    CVelmItem* Item() const { return item_; }
+
+    /// The Tab key: moves on within the panel; false when it leaves it.
+    bool HandleTab(bool backward);
+
+    /// Replaces what the editor shows with a character typed elsewhere, or with the clipboard's text.
+    void TakeCharacter(wchar_t unit);
+    void Paste();
+
+    /// Whether something was edited that the timer has not committed yet.
+    bool HasPendingEdits() const { return pendingEdits_ > 0; }
+
+    const CVelmValueEditor& Editor() const { return editor_; }
+    const CVelmDrawnButton& AcceptButton() const { return accept_; }
+    const CVelmDrawnButton& RestoreButton() const { return restore_; }
+    int TabCount() const { return tabCount_; }
+    int SelectedTab() const { return selectedTab_; }
+    const CVelmDrawnButton& TabButton(int tab) const { return tabs_[static_cast<std::size_t>(tab)].button; }
+    std::uint32_t TabFormat(int tab) const { return tabs_[static_cast<std::size_t>(tab)].code; }
+    HICON AcceptedIcon() const { return acceptedIcon_.get(); }
+    HICON ErrorIcon() const { return errorIcon_.get(); }
+
+private:
+    static constexpr int MOST_TABS = 8;
+
+    struct Tab {
+        CVelmDrawnButton button;
+        std::uint32_t code = 0;
+    };
+
+    bool OnCreate();
+    void OnCommand(WORD id, WORD notification);
+    void OnEdited();
+    void OnTimer();
+    void Accept();
+    void Restore();
+    void MakeTabs();
+    void SelectTab(int tab);
+    double ValueToShow() const;
+    void Layout();
+    void LayoutTabs();
+    void Paint();
+    bool RoutePen(UINT message, WPARAM wParam, LPARAM lParam);
+
+    CVelmProgram program_;
+    CVelmItem* item_ = nullptr;
+    CVelmValueEditor editor_;
+    CVelmDrawnButton accept_;
+    CVelmDrawnButton restore_;
+    std::array<Tab, MOST_TABS> tabs_;
+    int tabCount_ = 0;
+    int selectedTab_ = -1;
+    CVelmFont tabFont_;
+    int pendingEdits_ = 0;
+    int ticks_ = 0;
+    CVelmIcon errorIcon_;
+    CVelmIcon acceptedIcon_;
+    CVelmIcon restoreIcon_;
+    CVelmButtonRouter router_;
+};
+
+}  // namespace velm

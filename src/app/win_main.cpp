@@ -1,0 +1,24 @@
+#include <windows.h>
+
+#include "app/application.h"
+#include "app/main_frame.h"
+#include "app/single_instance.h"
+#include "platform/options_store.h"
+#include "platform/program_folder.h"
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int showCommand) {
+    SetProcessDPIAware();
+    const velm::CVelmSingleInstance instance(L"Local\\Corvane.Velmora", velm::FRAME_CLASS);
+    if (!instance.IsFirst()) {
+        instance.ShowFirst();
+        return 0;
+    }
+    const auto options = velm::OpenOptionsStore(velm::DefaultOptionsLocation());
+    velm::CVelmApplication application(velm::SystemServices(), *options, velm::ProgramFolder());
+    if (!application.InitInstance(showCommand)) {
+        return 1;
+    }
+    const int status = application.Run();
+    application.ExitInstance();
+    return status;
+}

@@ -1,0 +1,61 @@
+#include "app/window_class.h"
+
+#include "resource.h"
+
+namespace velm {
+
+bool RegisterWindowClass(HINSTANCE instance) {
+    WNDCLASSW windowClass{};
+    windowClass.style = CS_HREDRAW | CS_VREDRAW;
+    windowClass.lpfnWndProc = CVelmWindow::ClassProc;
+    windowClass.hInstance = instance;
+    windowClass.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(IDI_CONVERSION_FILE));
+    windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
+    windowClass.lpszClassName = WINDOW_CLASS;
+    return RegisterClassW(&windowClass) != 0;
+}
+
+CVelmWindow::~CVelmWindow() {
+    if (handle_ != nullptr) {
+        // The derived part is gone already, so the window's last messages must not come here.
+        SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
+        DestroyWindow(handle_);
+    }
+}
+
+LRESULT CVelmWindow::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    return DefWindowProcW(handle_, message, wParam, lParam);
+}
+
+HWND CVelmWindow::Create(DWORD style, int x, int y, int width, int height, HWND parent, UINT id, const wchar_t* name) {
+    return CreateWindowExW(0, WINDOW_CLASS, name, style, x, y, width, height, parent,
+                           reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), this);
+}
+
+void CVelmWindow::Show(bool on) {
+    ShowWindow(handle_, on ? SW_SHOW : SW_HIDE);
+    EnableWindow(handle_, on);
+}
+
+LRESULT CALLBACK CVelmWindow::ClassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCCREATE) {
+        const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+        auto* object = static_cast<CVelmWindow*>(creation->lpCreateParams);
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(object));
+        if (object != nullptr) {
+            object->handle_ = window;
+        }
+    }
+    auto* object = reinterpret_cast<CVelmWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (object == nullptr) {
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+    const LRESULT result = object->WindowProc(message, wParam, lParam);
+    if (message == WM_DESTROY) {
+        SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+        object->handle_ = nullptr;
+    }
+    return result;
+}
+
+}  // namespace velm

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <windows.h>
+
+namespace velm {
+
+/// The class of the program's own child windows. Registered once, at start-up.
+inline constexpr const wchar_t* WINDOW_CLASS = L"VlWndClass";
+
+/// Registers "VlWndClass". False when the system refuses.
+bool RegisterWindowClass(HINSTANCE instance);
+
+/// An object that owns a window of the program. It may outlive its window; ending the object ends the window.
+class CVelmWindow {
+public:
+    CVelmWindow() = default;
+    virtual ~CVelmWindow();
+    CVelmWindow(const CVelmWindow&) = delete;
+    CVelmWindow& operator=(const CVelmWindow&) = delete;
+
+    /// Every message of the window comes here. The base passes all of them to the system.
+    virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
+
+    /// Makes the window, of class "VlWndClass"; null when the system refuses or the object refuses WM_CREATE.
+    HWND Create(DWORD style, int x, int y, int width, int height, HWND parent, UINT id, const wchar_t* name);
+
+    /// Shows and enables the window, or hides and disables it.
+    void Show(bool on);
+
+    /// Whether the window is enabled.
+    bool IsShown() const { return IsWindowEnabled(handle_) != FALSE; }
+
+    HWND Handle() const { return handle_; }
+
+    /// The window procedure of every class whose windows belong to such objects.
+    static LRESULT CALLBACK ClassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+private:
+    HWND handle_ = nullptr;
+};
+
+}  // namespace velm

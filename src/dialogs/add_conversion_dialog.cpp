@@ -1,0 +1,137 @@
+#include "dialogs/add_conversion_dialog.h"
+
+#include "app/wide_text.h"
+#include "dialogs/conversion_fields.h"
+#include "model/document.h"
+#include "model/entry_check.h"
+#include "pocketpc/shell.h"
+
+namespace velm {
+namespace {
+
+constexpr int HEADING_HEIGHT = 18;
+
+constexpr auto PLACEMENTS = JoinPlacements(
+    std::array{
+        PlaceLabel(IDC_LABEL_1, 0),
+        PlaceField(IDC_UNIT1, 0, DIALOG_LIST_HEIGHT),
+        PlaceLabel(IDC_LABEL_2, 1),
+        PlaceField(IDC_UNIT2, 1, DIALOG_LIST_HEIGHT),
+        CVelmPlacement{IDC_LABEL_3, FromStart(DIALOG_MARGIN), FromStart(DialogRow(2)), FromEnd(DIALOG_MARGIN),
+                       FromStart(DialogRow(2) + HEADING_HEIGHT)},
+    },
+    PlaceConversionFields(FromStart(DialogRow(2) + HEADING_HEIGHT)));
+
+struct FaultText {
+    EntryFault fault;
+    WORD control;
+    const char16_t* text;  ///< what was typed goes before it, in quotes
+};
+
+constexpr std::array FAULT_TEXTS = {
+    FaultText{EntryFault::FactorDoesNotEvaluate, IDC_FACTOR, u" is no factor: it cannot be calculated."},
+    FaultText{EntryFault::OffsetDoesNotEvaluate, IDC_OFFSET, u" is no offset: it cannot be calculated."},
+    FaultText{EntryFault::ForwardFormulaDoesNotParse, IDC_FORWARD, u" is not a formula."},
+    FaultText{EntryFault::ReverseFormulaDoesNotParse, IDC_REVERSE, u" is not a formula."},
+};
+
+class AddConversionDialog : public CVelmDialog {
+public:
+    AddConversionDialog(CVelmConversionDoc& document, FormulaContext& context, bool advanced)
+        : CVelmDialog(IDD_ADD_CONVERSION, IDM_OK_CANCEL), document_(document), context_(context), advanced_(advanced) {}
+
+    std::unique_ptr<CVelmConversion> conversion;
+
+protected:
+    CVelmString Caption() const override { return u"Add Conversion"; }
+    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
+    int LeastHeight() const override { return DialogRow(2) + HEADING_HEIGHT + CONVERSION_FIELDS_HEIGHT; }
+
+    HWND OnInit() override {
+        for (const auto& item : document_.items) {
+            AddUnit(IDC_UNIT1, *item);
+            AddUnit(IDC_UNIT2, *item);
+        }
+        SetText(IDC_FACTOR, u"1");
+        SetText(IDC_OFFSET, u"0");
+        SetText(IDC_FORWARD, {}, FORMULA_TEXT_MAX);
+        SetText(IDC_REVERSE, {}, FORMULA_TEXT_MAX);
+        ShowControls(LINEAR_CONTROLS, !advanced_);
+        ShowControls(FORMULA_CONTROLS, advanced_);
+        SHSipPreference(Handle(), SIP_UP);
+        return nullptr;
+    }
+
+    void OnOk() override {
+        CVelmItem* const unit1 = ChosenUnit(IDC_UNIT1);
+        CVelmItem* const unit2 = ChosenUnit(IDC_UNIT2);
+        if (unit1 == nullptr) {
+            Stop(IDC_UNIT1, u"Please select the first unit");
+        } else if (unit2 == nullptr) {
+            Stop(IDC_UNIT2, u"Please select the second unit");
+        } else if (unit1 == unit2 || document_.FindConversion(unit1, unit2) != nullptr) {
+            // The same words for the same unit twice, deliberately.
+            Stop(IDC_UNIT2, u"The conversion between 2 select units already exists");
+        } else if (TakeFields(unit1, unit2)) {
+            End(IDOK);
+        }
+    }
+
+private:
+    void AddUnit(int box, const CVelmItem& item) const {
+        const LRESULT entry = Send(box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(item.name)));
+        Send(box, CB_SETITEMDATA, static_cast<WPARAM>(entry), entry);
+    }
+
+    CVelmItem* ChosenUnit(int box) const {
+        const LRESULT entry = Send(box, CB_GETCURSEL);
+        if (entry == CB_ERR) {
+            return nullptr;
+        }
+        return document_.GetItem(static_cast<std::size_t>(Send(box, CB_GETITEMDATA, static_cast<WPARAM>(entry))));
+    }
+
+    void Stop(int control, const CVelmString& message) const {
+        Tell(message, MB_ICONSTOP);
+        SendMessageW(Handle(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(control)), TRUE);
+    }
+
+    /// Makes the conversion; false, with the user told, when it could never work.
+    bool TakeFields(CVelmItem* unit1, CVelmItem* unit2) {
+        auto made = std::make_unique<CVelmConversion>(document_);
+        made->unit1 = unit1;
+        made->unit2 = unit2;
+        EntryFault fault = EntryFault::None;
+        if (advanced_) {
+            made->formulaFlag = 1;
+            made->forwardFormula = Text(IDC_FORWARD, FORMULA_TEXT_MAX);
+            made->reverseFormula = Text(IDC_REVERSE, FORMULA_TEXT_MAX);
+            fault = CheckFormulaPair(made->forwardFormula, made->reverseFormula);
+        } else {
+            fault = TakeLinearEntry({Text(IDC_FACTOR), Text(IDC_OFFSET)}, context_, *made);
+        }
+        for (const FaultText& text : FAULT_TEXTS) {
+            if (text.fault == fault) {
+                Stop(text.control, u"\"" + Text(text.control, FORMULA_TEXT_MAX) + u"\"" + text.text);
+                return false;
+            }
+        }
+        conversion = std::move(made);
+        return true;
+    }
+
+    CVelmConversionDoc& document_;
+    FormulaContext& context_;
+    bool advanced_;
+};
+
+}  // namespace
+
+std::unique_ptr<CVelmConversion> ShowAddConversionDialog(HWND parent, CVelmConversionDoc& document,
+                                                         FormulaContext& context, bool advanced) {
+    AddConversionDialog dialog(document, context, advanced);
+    dialog.Show(parent);
+    return std::move(dialog.conversion);
+}
+
+}  // namespace velm

@@ -1,0 +1,313 @@
+#include "dialogs/dialog_frame.h"
+
+#include <algorithm>
+#include <array>
+
+#include "app/display_scale.h"
+#include "app/wide_text.h"
+#include "pocketpc/command_bar.h"
+#include "pocketpc/shell.h"
+
+namespace velm {
+namespace {
+
+// Pixels of an ordinary screen.
+constexpr int CAPTION_HEIGHT = 24;
+constexpr int CAPTION_FONT = 18;
+constexpr int CAPTION_MARGIN = 4;
+constexpr int CONTENT_TOP = CAPTION_HEIGHT + 1;
+constexpr int TEXT_FONT = 13;
+constexpr int SCROLL_STEP = DIALOG_ROW_HEIGHT;
+
+constexpr COLORREF LINE_COLOR = RGB(0, 0, 0);
+
+bool IsOfClass(HWND control, const wchar_t* name) {
+    std::array<wchar_t, 32> text{};
+    GetClassNameW(control, text.data(), static_cast<int>(text.size()));
+    return lstrcmpiW(text.data(), name) == 0;
+}
+
+BOOL CALLBACK GiveFont(HWND control, LPARAM font) {
+    SendMessageW(control, WM_SETFONT, static_cast<WPARAM>(font), FALSE);
+    return TRUE;
+}
+
+int At(const CVelmEdge& edge, int room) {
+    return room * edge.percent / 100 + Scaled(edge.offset);
+}
+
+RECT PlaceInParent(HWND control) {
+    RECT area{};
+    GetWindowRect(control, &area);
+    MapWindowPoints(nullptr, GetParent(control), reinterpret_cast<POINT*>(&area), 2);
+    return area;
+}
+
+/// Lets a control show within the room only, so that what is scrolled away covers neither caption nor menu bar.
+void ClipTo(HWND control, const RECT& room) {
+    const RECT area = PlaceInParent(control);
+    RECT visible{};
+    IntersectRect(&visible, &area, &room);
+    if (EqualRect(&visible, &area)) {
+        SetWindowRgn(control, nullptr, TRUE);
+        return;
+    }
+    OffsetRect(&visible, -area.left, -area.top);
+    SetWindowRgn(control, CreateRectRgnIndirect(&visible), TRUE);
+}
+
+}  // namespace
+
+void PaintDialogCaption(HDC dc, int width, const CVelmString& text) {
+    const CVelmFont font = CreateProgramFont(CAPTION_FONT, true);
+    const CVelmSelect select(dc, font.get());
+    RECT area{Scaled(CAPTION_MARGIN), 0, width, Scaled(CAPTION_HEIGHT)};
+    SetTextColor(dc, BaseColor());
+    SetBkMode(dc, TRANSPARENT);
+    DrawTextW(dc, Wide(text), -1, &area, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
+    FillColor(dc, {0, Scaled(CAPTION_HEIGHT), width, Scaled(CAPTION_HEIGHT) + 1}, LINE_COLOR);
+}
+
+INT_PTR CVelmDialog::Show(HWND parent) {
+    return DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(template_), parent, DialogProc,
+                           reinterpret_cast<LPARAM>(this));
+}
+
+INT_PTR CALLBACK CVelmDialog::DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrW(dialog, DWLP_USER, lParam);
+        reinterpret_cast<CVelmDialog*>(lParam)->handle_ = dialog;
+    }
+    auto* const object = reinterpret_cast<CVelmDialog*>(GetWindowLongPtrW(dialog, DWLP_USER));
+    return object == nullptr ? FALSE : object->Handle(message, wParam, lParam);
+}
+
+INT_PTR CVelmDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_INITDIALOG:
+            return Init();
+        case WM_SIZE:
+            Layout();
+            return TRUE;
+        case WM_PAINT:
+            Paint();
+            return TRUE;
+        case WM_COMMAND:
+            return HandleCommand(wParam, lParam);
+        case WM_NOTIFY:
+            SetWindowLongPtrW(handle_, DWLP_MSGRESULT, OnNotify(*reinterpret_cast<const NMHDR*>(lParam)));
+            return TRUE;
+        case WM_VKEYTOITEM: {
+            constexpr INT_PTR USED_UP = -2;
+            constexpr INT_PTR AS_USUAL = -1;
+            return OnListKey(LOWORD(wParam)) ? USED_UP : AS_USUAL;
+        }
+        case WM_VSCROLL:
+            OnScroll(LOWORD(wParam));
+            return TRUE;
+        case WM_MOUSEWHEEL:
+            OnScroll(GET_WHEEL_DELTA_WPARAM(wParam) > 0 ? SB_LINEUP : SB_LINEDOWN);
+            return TRUE;
+        case WM_SYSCOMMAND:
+            return (wParam & 0xFFF0) == SC_KEYMENU && OpenMenu() ? TRUE : FALSE;
+        case WM_CTLCOLORDLG:
+        case WM_CTLCOLORBTN:
+        case WM_CTLCOLORSTATIC:
+            return ControlColor(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
+        default:
+            return FALSE;
+    }
+}
+
+INT_PTR CVelmDialog::Init() {
+    SHMENUBARINFO bar{sizeof(bar), handle_, menuBar_, GetModuleHandleW(nullptr), nullptr};
+    SHCreateMenuBar(&bar);
+    bar_ = bar.hwndMB;
+    scrollBar_ = CreateWindowExW(0, L"SCROLLBAR", L"", WS_CHILD | SBS_VERT, 0, 0, 0, 0, handle_, nullptr,
+                                 GetModuleHandleW(nullptr), nullptr);
+    SetWindowTextW(handle_, Wide(Caption()));
+    font_ = CreateProgramFont(TEXT_FONT, false);
+    for (const CVelmPlacement& placement : Placements()) {
+        GiveFont(Control(placement.control), reinterpret_cast<LPARAM>(font_.get()));
+    }
+    const HWND focus = OnInit();
+    SHINITDLGINFO info{SHIDIM_FLAGS, handle_, SHIDIF_SIZEDLGFULLSCREEN};
+    SHInitDialog(&info);
+    Layout();
+    if (focus == nullptr) {
+        return TRUE;
+    }
+    SetFocus(focus);
+    return FALSE;
+}
+
+RECT CVelmDialog::Room() const {
+    RECT room = CommandBar_AreaAbove(handle_, bar_);
+    room.top = std::min<LONG>(Scaled(CONTENT_TOP), room.bottom);
+    return room;
+}
+
+void CVelmDialog::Layout() {
+    if (bar_ == nullptr) {
+        return;  // not initialised yet
+    }
+    RECT room = Room();
+    const int needed = Scaled(LeastHeight());
+    const bool scrolls = needed > Height(room);
+    if (scrolls) {
+        const LONG left = room.right - GetSystemMetrics(SM_CXVSCROLL);
+        SetWindowPos(scrollBar_, HWND_TOP, left, room.top, room.right - left, Height(room), SWP_NOACTIVATE);
+        room.right = left;
+    }
+    ShowWindow(scrollBar_, scrolls ? SW_SHOWNA : SW_HIDE);
+    scrollTop_ = std::clamp(scrollTop_, 0, std::max(0, needed - Height(room)));
+    SCROLLINFO info{};
+    info.cbSize = sizeof(info);
+    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
+    info.nMax = std::max(0, needed - 1);
+    info.nPage = static_cast<UINT>(Height(room));
+    info.nPos = scrollTop_;
+    SetScrollInfo(scrollBar_, SB_CTL, &info, TRUE);
+    for (const CVelmPlacement& placement : Placements()) {
+        Place(placement, room, std::max(needed, Height(room)));
+    }
+    OnLayout();
+    InvalidateRect(handle_, nullptr, TRUE);
+}
+
+void CVelmDialog::Place(const CVelmPlacement& placement, const RECT& room, int height) const {
+    const HWND control = Control(placement.control);
+    const int left = At(placement.left, Width(room));
+    const int top = At(placement.top, height);
+    const int origin = static_cast<int>(room.top) - scrollTop_;
+    MoveWindow(control, left, origin + top, std::max(0, At(placement.right, Width(room)) - left),
+               std::max(0, At(placement.bottom, height) - top), TRUE);
+    ClipTo(control, room);
+}
+
+void CVelmDialog::ScrollTo(int top) {
+    if (IsWindowVisible(scrollBar_) && top != scrollTop_) {
+        scrollTop_ = top;
+        Layout();
+    }
+}
+
+void CVelmDialog::OnScroll(int request) {
+    SCROLLINFO info{};
+    info.cbSize = sizeof(info);
+    info.fMask = SIF_ALL;
+    GetScrollInfo(scrollBar_, SB_CTL, &info);
+    const int page = static_cast<int>(info.nPage);
+    switch (request) {
+        case SB_LINEUP:
+            return ScrollTo(scrollTop_ - Scaled(SCROLL_STEP));
+        case SB_LINEDOWN:
+            return ScrollTo(scrollTop_ + Scaled(SCROLL_STEP));
+        case SB_PAGEUP:
+            return ScrollTo(scrollTop_ - page);
+        case SB_PAGEDOWN:
+            return ScrollTo(scrollTop_ + page);
+        case SB_TOP:
+            return ScrollTo(0);
+        case SB_BOTTOM:
+            return ScrollTo(info.nMax);
+        case SB_THUMBTRACK:
+        case SB_THUMBPOSITION:
+            return ScrollTo(info.nTrackPos);
+        default:
+            return;
+    }
+}
+
+void CVelmDialog::BringIntoView(HWND control) {
+    const RECT area = PlaceInParent(control);
+    const RECT room = Room();
+    const int below = static_cast<int>(area.bottom - room.bottom) + Scaled(DIALOG_MARGIN);
+    const int above = static_cast<int>(room.top - area.top) + Scaled(DIALOG_MARGIN);
+    if (above > 0) {
+        ScrollTo(scrollTop_ - above);
+    } else if (below > 0) {
+        ScrollTo(scrollTop_ + below);
+    }
+}
+
+INT_PTR CVelmDialog::HandleCommand(WPARAM wParam, LPARAM lParam) {
+    const auto control = reinterpret_cast<HWND>(lParam);
+    if (control != nullptr && control == GetFocus()) {
+        BringIntoView(control);
+    }
+    switch (LOWORD(wParam)) {
+        case IDOK:
+            OnOk();
+            return TRUE;
+        case IDCANCEL:
+            OnCancel();
+            return TRUE;
+        default:
+            OnCommand(LOWORD(wParam), HIWORD(wParam));
+            return TRUE;
+    }
+}
+
+INT_PTR CVelmDialog::ControlColor(HDC dc, HWND control) const {
+    if (control != handle_ && IsOfClass(control, L"Edit")) {
+        return FALSE;  // a box that is only read keeps the colour that says so
+    }
+    SetBkColor(dc, GetSysColor(COLOR_WINDOW));
+    return reinterpret_cast<INT_PTR>(GetSysColorBrush(COLOR_WINDOW));
+}
+
+bool CVelmDialog::OpenMenu() const {
+    // A bar that begins with a button has no menu to open.
+    return GetSubMenu(CommandBar_GetMenu(bar_), 0) != nullptr && CommandBar_OpenMenu(bar_, 0);
+}
+
+void CVelmDialog::Paint() const {
+    PAINTSTRUCT paint{};
+    const HDC dc = BeginPaint(handle_, &paint);
+    RECT area{};
+    GetClientRect(handle_, &area);
+    PaintDialogCaption(dc, static_cast<int>(area.right), Caption());
+    EndPaint(handle_, &paint);
+}
+
+void CVelmDialog::SetText(int id, const CVelmString& text, std::size_t longest) const {
+    const HWND control = Control(id);
+    const UINT limit = IsOfClass(control, L"ComboBox") ? UINT{CB_LIMITTEXT} : UINT{EM_LIMITTEXT};
+    SendMessageW(control, limit, longest, 0);
+    SetWindowTextW(control, Wide(text));
+}
+
+CVelmString CVelmDialog::Text(int id, std::size_t longest) const {
+    return WindowText(Control(id)).substr(0, longest);
+}
+
+void CVelmDialog::ShowControls(std::span<const WORD> controls, bool on) const {
+    for (const WORD control : controls) {
+        ShowWindow(Control(control), on ? SW_SHOW : SW_HIDE);
+    }
+}
+
+void CVelmDialog::Tell(const CVelmString& message, UINT icon) const {
+    Tell(message, Wide(Caption()), icon);
+}
+
+void CVelmDialog::Tell(const CVelmString& message, const wchar_t* caption, UINT icon) const {
+    MessageBoxW(handle_, Wide(message), caption, MB_OK | icon);
+}
+
+void CVelmDialog::Refuse(int id, const CVelmString& message, const wchar_t* caption) const {
+    if (caption == nullptr) {
+        Tell(message);
+    } else {
+        Tell(message, caption);
+    }
+    SendMessageW(handle_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(id)), TRUE);
+}
+
+void CVelmDialog::InitList(int id, DWORD extendedStyles) const {
+    const DWORD styles = LVS_EX_FULLROWSELECT | extendedStyles;
+    Send(id, LVM_SETEXTENDEDLISTVIEWSTYLE, styles, static_cast<LPARAM>(styles));
+}
+
+}  // namespace velm

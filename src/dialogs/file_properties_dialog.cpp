@@ -1,0 +1,105 @@
+#include "dialogs/file_properties_dialog.h"
+
+#include <array>
+
+#include "app/wide_text.h"
+#include "dialogs/dialog_frame.h"
+#include "model/catalog.h"
+#include "model/file_names.h"
+#include "resource.h"
+
+namespace velm {
+namespace {
+
+constexpr std::array PLACEMENTS = {
+    PlaceLabel(IDC_LABEL_1, 0), PlaceField(IDC_FILE_TITLE, 0),
+    PlaceLabel(IDC_LABEL_2, 1), PlaceField(IDC_CATEGORY, 1, DIALOG_LIST_HEIGHT),
+    PlaceLabel(IDC_LABEL_3, 2), PlaceField(IDC_FILE_NAME, 2),
+    PlaceLabel(IDC_LABEL_4, 3), PlaceField(IDC_FILE_UPDATED, 3),
+};
+
+class FilePropertiesDialog : public CVelmDialog {
+public:
+    FilePropertiesDialog(CVelmDocument& document, const CVelmCatalog& catalog)
+        : CVelmDialog(IDD_FILE_PROPERTIES, IDM_OK_CANCEL),
+          document_(document),
+          catalog_(catalog),
+          isNew_(document.fileName.empty()) {}
+
+protected:
+    CVelmString Caption() const override { return isNew_ ? u"New File" : u"File Properties"; }
+    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
+    int LeastHeight() const override { return DialogRow(4); }
+
+    HWND OnInit() override {
+        FillCategories();
+        SetText(IDC_FILE_TITLE, document_.title);
+        SetText(IDC_CATEGORY, document_.category);
+        SetText(IDC_FILE_NAME, document_.fileName);
+        SetText(IDC_FILE_UPDATED, document_.updatedText);
+        if (isNew_) {
+            Send(IDC_FILE_NAME, EM_SETREADONLY, FALSE);
+        }
+        return nullptr;
+    }
+
+    void OnOk() override {
+        const CVelmString title = Text(IDC_FILE_TITLE);
+        if (title.empty()) {
+            Refuse(IDC_FILE_TITLE, u"Please enter title text", L"File Properties");
+            return;
+        }
+        if (isNew_ && !TakeFileName(title)) {
+            return;
+        }
+        document_.title = title;
+        document_.category = Text(IDC_CATEGORY);
+        End(IDOK);
+    }
+
+private:
+    void FillCategories() const {
+        for (const auto& document : catalog_.documents) {
+            const auto category = reinterpret_cast<LPARAM>(Wide(document->category));
+            // Deliberate: a category that another one of the box begins with is left out.
+            if (!document->category.empty() &&
+                Send(IDC_CATEGORY, CB_FINDSTRING, static_cast<WPARAM>(-1), category) == CB_ERR) {
+                Send(IDC_CATEGORY, CB_ADDSTRING, 0, category);
+            }
+        }
+    }
+
+    /// False, with the user told, when the name cannot be a file's.
+    bool TakeFileName(const CVelmString& title) const {
+        const CVelmString typed = Text(IDC_FILE_NAME);
+        const CVelmString& wanted = typed.empty() ? title : typed;
+        // The name of a device must not get a mark of its own: the system says that such a file exists.
+        const CVelmString name =
+            IsFileNameAllowed(wanted) ? MakeNewFileName(catalog_, document_.GetKind(), wanted) : wanted;
+        if (!IsFileNameAllowed(name)) {
+            Refuse(IDC_FILE_NAME, u"\"" + name +
+                                      u"\" cannot be the name of a file. A file name has none of the characters "
+                                      u"\\ / : * ? \" < > |, does not end with a dot or a space, and is no name of "
+                                      u"a device such as CON.");
+            return false;
+        }
+        if (IsFileNameTaken(catalog_, document_.GetKind(), name)) {
+            Refuse(IDC_FILE_NAME, u"There is a file \"" + name + u"\" already. Please enter another file name.");
+            return false;
+        }
+        document_.fileName = name;
+        return true;
+    }
+
+    CVelmDocument& document_;
+    const CVelmCatalog& catalog_;
+    bool isNew_;
+};
+
+}  // namespace
+
+int ShowFilePropertiesDialog(HWND parent, CVelmDocument& document, const CVelmCatalog& catalog) {
+    return static_cast<int>(FilePropertiesDialog(document, catalog).Show(parent));
+}
+
+}  // namespace velm

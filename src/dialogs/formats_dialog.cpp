@@ -1,0 +1,201 @@
+#include "dialogs/formats_dialog.h"
+
+#include <array>
+
+#include "app/wide_text.h"
+#include "dialogs/dialog_frame.h"
+#include "formats/decimal_format.h"
+#include "formats/value_format.h"
+#include "formula/tokenizer.h"
+#include "resource.h"
+
+namespace velm {
+namespace {
+
+struct FormatBox {
+    WORD control;
+    std::uint32_t code;
+};
+
+constexpr std::array FORMAT_BOXES = {
+    FormatBox{IDC_FORMAT_DECIMAL, FMT_DECIMAL},   FormatBox{IDC_FORMAT_CURRENCY, FMT_CURRENCY},
+    FormatBox{IDC_FORMAT_COMPOUND, FMT_COMPOUND}, FormatBox{IDC_FORMAT_HEX, FMT_HEX},
+    FormatBox{IDC_FORMAT_OCTAL, FMT_OCTAL},       FormatBox{IDC_FORMAT_BINARY, FMT_BINARY},
+    FormatBox{IDC_FORMAT_DATE, FMT_DATE},         FormatBox{IDC_FORMAT_DATETIME, FMT_DATETIME},
+};
+
+struct PartBoxes {
+    WORD factor;
+    WORD label;
+    std::size_t longestLabel;
+};
+
+constexpr std::size_t LABEL_MAX = 8;
+
+// The third label has no limit of its own, deliberately: files with longer ones there keep them.
+constexpr std::array<PartBoxes, COMPOUND_PARTS> PART_BOXES = {
+    PartBoxes{IDC_PART_FACTOR_1, IDC_PART_LABEL_1, LABEL_MAX},
+    PartBoxes{IDC_PART_FACTOR_2, IDC_PART_LABEL_2, LABEL_MAX},
+    PartBoxes{IDC_PART_FACTOR_3, IDC_PART_LABEL_3, DIALOG_TEXT_MAX},
+    PartBoxes{IDC_PART_FACTOR_4, IDC_PART_LABEL_4, LABEL_MAX},
+};
+
+constexpr double FACTOR_MAX = 1e20;
+
+// Places, in pixels of an ordinary screen.
+constexpr int CHECK_HEIGHT = 18;
+constexpr int PART_TOP = 4 * CHECK_HEIGHT;
+constexpr int PART_HEIGHT = 22;
+constexpr int BASES_TOP = PART_TOP + COMPOUND_PARTS * PART_HEIGHT + DIALOG_MARGIN;
+constexpr int OTHERS_TOP = BASES_TOP + 2 * CHECK_HEIGHT;
+constexpr int LEAST_HEIGHT = OTHERS_TOP + 2 * CHECK_HEIGHT;
+constexpr int INDENT = 18;
+
+constexpr CVelmPlacement Line(WORD control, int left, int top) {
+    return {control, FromStart(left), FromStart(top), FromEnd(0), FromStart(top + CHECK_HEIGHT)};
+}
+
+constexpr CVelmPlacement Third(WORD control, int number, int top) {
+    return {control, {number * 30, INDENT}, FromStart(top), {(number + 1) * 30, INDENT}, FromStart(top + CHECK_HEIGHT)};
+}
+
+/// The left or the right half of a line, indented.
+constexpr CVelmPlacement Half(WORD control, bool right, int top, int height) {
+    return {control, right ? CVelmEdge{50, 6} : FromStart(INDENT), FromStart(top),
+            right ? FromEnd(DIALOG_MARGIN) : CVelmEdge{50, 2}, FromStart(top + height)};
+}
+
+constexpr CVelmPlacement PartBox(WORD control, bool right, int part) {
+    return Half(control, right, PART_TOP + part * PART_HEIGHT, PART_HEIGHT - 2);
+}
+
+constexpr std::array PLACEMENTS = {
+    Line(IDC_FORMAT_DECIMAL, DIALOG_MARGIN, 0),
+    Line(IDC_FORMAT_CURRENCY, DIALOG_MARGIN, CHECK_HEIGHT),
+    Line(IDC_FORMAT_COMPOUND, DIALOG_MARGIN, 2 * CHECK_HEIGHT),
+    Half(IDC_LABEL_1, false, 3 * CHECK_HEIGHT + 2, CHECK_HEIGHT - 2),
+    Half(IDC_LABEL_2, true, 3 * CHECK_HEIGHT + 2, CHECK_HEIGHT - 2),
+    PartBox(IDC_PART_FACTOR_1, false, 0),
+    PartBox(IDC_PART_LABEL_1, true, 0),
+    PartBox(IDC_PART_FACTOR_2, false, 1),
+    PartBox(IDC_PART_LABEL_2, true, 1),
+    PartBox(IDC_PART_FACTOR_3, false, 2),
+    PartBox(IDC_PART_LABEL_3, true, 2),
+    PartBox(IDC_PART_FACTOR_4, false, 3),
+    PartBox(IDC_PART_LABEL_4, true, 3),
+    Line(IDC_LABEL_3, DIALOG_MARGIN, BASES_TOP + 2),
+    Third(IDC_FORMAT_HEX, 0, BASES_TOP + CHECK_HEIGHT),
+    Third(IDC_FORMAT_OCTAL, 1, BASES_TOP + CHECK_HEIGHT),
+    Third(IDC_FORMAT_BINARY, 2, BASES_TOP + CHECK_HEIGHT),
+    Line(IDC_LABEL_4, DIALOG_MARGIN, OTHERS_TOP + 2),
+    Third(IDC_FORMAT_DATE, 0, OTHERS_TOP + CHECK_HEIGHT),
+    CVelmPlacement{IDC_FORMAT_DATETIME,
+                   {30, INDENT},
+                   FromStart(OTHERS_TOP + CHECK_HEIGHT),
+                   FromEnd(0),
+                   FromStart(OTHERS_TOP + 2 * CHECK_HEIGHT)},
+};
+
+class FormatsDialog : public CVelmDialog {
+public:
+    explicit FormatsDialog(CVelmValueFormat& format) : CVelmDialog(IDD_FORMATS, IDM_OK_CANCEL), format_(format) {}
+
+protected:
+    CVelmString Caption() const override { return u"Formats"; }
+    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
+    int LeastHeight() const override { return LEAST_HEIGHT; }
+
+    HWND OnInit() override {
+        for (const FormatBox& box : FORMAT_BOXES) {
+            Check(box.control, (format_.allowedFormats & box.code) != 0);
+        }
+        std::size_t used = 0;
+        if (IsChecked(IDC_FORMAT_COMPOUND)) {
+            used = 1;
+            while (used < PART_BOXES.size() && format_.compoundParts[used].factor != 0.0) {
+                ++used;
+            }
+        }
+        for (std::size_t i = 0; i < PART_BOXES.size(); ++i) {
+            const CVelmCompoundPart part = i < used ? format_.compoundParts[i] : CVelmCompoundPart();
+            factors_[i] = i == 0 ? 1.0 : part.factor;
+            factorTexts_[i] = NumberToText(factors_[i]);
+            SetText(PART_BOXES[i].factor, factorTexts_[i]);
+            SetText(PART_BOXES[i].label, part.label, PART_BOXES[i].longestLabel);
+        }
+        return nullptr;
+    }
+
+    void OnCommand(WORD id, WORD notification) override {
+        if (notification == BN_CLICKED && (id == IDC_FORMAT_DATE || id == IDC_FORMAT_DATETIME)) {
+            Check(id == IDC_FORMAT_DATE ? IDC_FORMAT_DATETIME : IDC_FORMAT_DATE, false);
+        }
+    }
+
+    void OnOk() override {
+        for (std::size_t i = 1; i < PART_BOXES.size(); ++i) {
+            if (!ReadFactor(i)) {
+                Refuse(PART_BOXES[i].factor, u"Please enter a number between 0 and 1E20.");
+                return;
+            }
+        }
+        for (const PartBoxes& boxes : PART_BOXES) {
+            if (boxes.longestLabel == LABEL_MAX && Text(boxes.label).size() > LABEL_MAX) {
+                Refuse(boxes.label, u"Please enter no more than 8 characters.");
+                return;
+            }
+        }
+        std::uint32_t mask = 0;
+        for (const FormatBox& box : FORMAT_BOXES) {
+            mask |= IsChecked(box.control) ? box.code : 0;
+        }
+        format_.SetAllowedFormats(mask);
+        if ((mask & FMT_COMPOUND) != 0) {
+            StoreParts();
+        }
+        End(IDOK);
+    }
+
+private:
+    void Check(int control, bool on) const { Send(control, BM_SETCHECK, on ? BST_CHECKED : BST_UNCHECKED); }
+    bool IsChecked(int control) const { return Send(control, BM_GETCHECK) == BST_CHECKED; }
+
+    /// Reads a factor that was changed; one that was not keeps the digits that its box does not show.
+    bool ReadFactor(std::size_t part) {
+        const CVelmString text = Text(PART_BOXES[part].factor);
+        if (text == factorTexts_[part]) {
+            return true;
+        }
+        double factor = 0.0;
+        if (!text.empty() && !(ScanNumber(ToLowerAscii(text), factor) && factor >= 0.0 && factor <= FACTOR_MAX)) {
+            return false;
+        }
+        factors_[part] = factor;
+        factorTexts_[part] = text;
+        return true;
+    }
+
+    void StoreParts() const {
+        CVelmCompoundParts& parts = format_.compoundParts;
+        parts[0] = {Text(PART_BOXES[0].label), 1.0};
+        for (std::size_t i = 1; i < parts.size(); ++i) {
+            parts[i].factor = factors_[i];
+            if (factors_[i] == 0.0) {
+                return;
+            }
+            parts[i].label = Text(PART_BOXES[i].label);
+        }
+    }
+
+    CVelmValueFormat& format_;
+    std::array<double, COMPOUND_PARTS> factors_{};
+    std::array<CVelmString, COMPOUND_PARTS> factorTexts_;
+};
+
+}  // namespace
+
+int ShowFormatsDialog(HWND parent, CVelmValueFormat& format) {
+    return static_cast<int>(FormatsDialog(format).Show(parent));
+}
+
+}  // namespace velm

@@ -1,0 +1,218 @@
+#include "dialogs/open_file_dialog.h"
+
+#include <algorithm>
+#include <array>
+
+#include "app/display_scale.h"
+#include "app/wide_text.h"
+#include "dialogs/dialog_frame.h"
+#include "dialogs/html_viewer.h"
+#include "model/catalog.h"
+#include "model/reference_list.h"
+#include "pocketpc/shell.h"
+#include "resource.h"
+
+namespace velm {
+namespace {
+
+/// What the dialog ends with for the catalogue's first file; the following ones follow.
+constexpr INT_PTR FIRST_FILE_CODE = ID_QUICK_FILE_FIRST;
+
+// What the entries of the category box carry.
+constexpr LPARAM ALL_FILES = 0;
+constexpr LPARAM ONE_CATEGORY = 1;
+constexpr LPARAM REFERENCES = -1;
+
+// Pixels of an ordinary screen.
+constexpr int TITLE_WIDTH = 140;
+constexpr int COUNT_WIDTH = 76;
+constexpr int TITLE_ROOM_LESS = 14;
+constexpr int LIST_BOTTOM_ROOM = 30;
+constexpr int BOX_RIGHT_ROOM = 10;
+constexpr int BOX_TOP = 3;
+constexpr int LIST_TOP = 28;
+constexpr int LEAST_HEIGHT = 84;
+
+constexpr std::array PLACEMENTS = {
+    CVelmPlacement{IDC_LABEL_1, FromStart(DIALOG_MARGIN), FromStart(BOX_TOP + 3), FromStart(DIALOG_LABEL_WIDTH),
+                   FromStart(LIST_TOP)},
+    CVelmPlacement{IDC_CATEGORY, FromStart(DIALOG_LABEL_WIDTH), FromStart(BOX_TOP), FromEnd(BOX_RIGHT_ROOM),
+                   FromEnd(LIST_BOTTOM_ROOM)},
+    CVelmPlacement{IDC_LIST, FromStart(0), FromStart(LIST_TOP), FromEnd(0), FromEnd(0)},
+};
+
+class OpenFileDialog : public CVelmDialog {
+public:
+    OpenFileDialog(CVelmCatalog& catalog, CVelmReferenceList& references, const CVelmString& referenceFolder,
+                   CVelmHtmlLibrary& html)
+        : CVelmDialog(IDD_OPEN_FILE, IDM_OK_CANCEL),
+          catalog_(catalog),
+          references_(references),
+          referenceFolder_(referenceFolder),
+          html_(html) {}
+
+protected:
+    CVelmString Caption() const override { return u"Open File"; }
+    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
+    int LeastHeight() const override { return LEAST_HEIGHT; }
+
+    HWND OnInit() override {
+        InitList(IDC_LIST, 0);
+        AddColumn(0, LVCFMT_LEFT, TITLE_WIDTH);
+        AddColumn(1, LVCFMT_RIGHT, COUNT_WIDTH);
+        FillCategories();
+        ShowFilesOf(catalog_.documents.empty() ? CVelmString() : catalog_.documents.front()->category);
+        SHSipPreference(Handle(), SIP_DOWN);
+        return Control(IDC_LIST);
+    }
+
+    void OnLayout() override {
+        RECT area{};
+        GetWindowRect(Control(IDC_LIST), &area);
+        Send(IDC_LIST, LVM_SETCOLUMNWIDTH, 0, 2 * Width(area) / 3 - Scaled(TITLE_ROOM_LESS));
+        Send(IDC_LIST, LVM_SETCOLUMNWIDTH, 1, Width(area) / 3);
+    }
+
+    void OnCommand(WORD id, WORD notification) override {
+        if (id == IDC_CATEGORY && notification == CBN_SELCHANGE) {
+            OnCategory();
+        }
+    }
+
+    LRESULT OnNotify(const NMHDR& notification) override {
+        const bool tapped = notification.code == NM_CLICK || notification.code == NM_DBLCLK;
+        if (notification.idFrom == IDC_LIST && tapped &&
+            reinterpret_cast<const NMITEMACTIVATE&>(notification).iItem >= 0 && Selected() >= 0) {
+            PostMessageW(Handle(), WM_COMMAND, IDOK, 0);
+        }
+        return 0;
+    }
+
+    void OnOk() override {
+        const int row = Selected();
+        if (row < 0) {
+            Tell(u"Please select a file from the list");
+            return;
+        }
+        LVITEMW item{};
+        item.mask = LVIF_PARAM;
+        item.iItem = row;
+        Send(IDC_LIST, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        if (item.lParam >= 0) {
+            End(FIRST_FILE_CODE + item.lParam);
+        } else {
+            ShowReference(static_cast<std::size_t>(-item.lParam - 1));
+        }
+    }
+
+private:
+    void AddColumn(int index, int format, int width) const {
+        LVCOLUMNW column{};
+        column.mask = LVCF_FMT | LVCF_WIDTH;
+        column.fmt = format;
+        column.cx = Scaled(width);
+        Send(IDC_LIST, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&column));
+    }
+
+    LRESULT AddCategory(const CVelmString& text, LPARAM value) const {
+        const LRESULT entry = Send(IDC_CATEGORY, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(text)));
+        Send(IDC_CATEGORY, CB_SETITEMDATA, static_cast<WPARAM>(entry), value);
+        return entry;
+    }
+
+    void FillCategories() const {
+        LRESULT chosen = AddCategory(u"- All -", ALL_FILES);
+        for (const auto& document : catalog_.documents) {
+            if (document->category.empty()) {
+                continue;
+            }
+            // The box finds an entry that begins with the category, in any letter case: then it stands for both.
+            LRESULT entry = Send(IDC_CATEGORY, CB_FINDSTRING, static_cast<WPARAM>(-1),
+                                 reinterpret_cast<LPARAM>(Wide(document->category)));
+            if (entry == CB_ERR) {
+                entry = AddCategory(document->category, ONE_CATEGORY);
+            }
+            if (document == catalog_.documents.front()) {
+                chosen = entry;
+            }
+        }
+        AddCategory(u"- Other Text References -", REFERENCES);
+        Send(IDC_CATEGORY, CB_SETCURSEL, static_cast<WPARAM>(chosen));
+    }
+
+    void AddRow(const CVelmString& title, LPARAM value, const CVelmString& count) const {
+        LVITEMW item{};
+        item.mask = LVIF_TEXT | LVIF_PARAM;
+        item.iItem = static_cast<int>(Send(IDC_LIST, LVM_GETITEMCOUNT));
+        item.pszText = const_cast<wchar_t*>(Wide(title));
+        item.lParam = value;
+        const LRESULT row = Send(IDC_LIST, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        item.iSubItem = 1;
+        item.pszText = const_cast<wchar_t*>(Wide(count));
+        Send(IDC_LIST, LVM_SETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    }
+
+    /// All files for an empty category.
+    void ShowFilesOf(const CVelmString& category) const {
+        Send(IDC_LIST, LVM_DELETEALLITEMS);
+        Send(IDC_LIST, LVM_SETITEMCOUNT, catalog_.documents.size());
+        for (std::size_t i = 0; i < catalog_.documents.size(); ++i) {
+            CVelmDocument& document = *catalog_.documents[i];
+            if (category.empty() || category == document.category) {
+                AddRow(document.title, static_cast<LPARAM>(i), CVelmCatalog::UnitCountText(document));
+            }
+        }
+    }
+
+    void ShowReferences() const {
+        if (references_.names.empty()) {
+            const CVelmWaitCursor wait;
+            references_.ScanReferences(referenceFolder_);
+        }
+        Send(IDC_LIST, LVM_DELETEALLITEMS);
+        for (std::size_t i = 0; i < references_.names.size(); ++i) {
+            AddRow(references_.names[i], -static_cast<LPARAM>(i) - 1, {});
+        }
+    }
+
+    void OnCategory() const {
+        const LRESULT entry = Send(IDC_CATEGORY, CB_GETCURSEL);
+        const LRESULT kind = Send(IDC_CATEGORY, CB_GETITEMDATA, static_cast<WPARAM>(entry));
+        if (kind == REFERENCES) {
+            ShowReferences();
+        } else {
+            ShowFilesOf(kind == ONE_CATEGORY ? WindowText(Control(IDC_CATEGORY)) : CVelmString());
+        }
+    }
+
+    void ShowReference(std::size_t index) const {
+        CVelmString page;
+        if (references_.ReadReference(index, page)) {
+            ShowHtmlViewer(Handle(), references_.names[index], page, html_);
+        }
+    }
+
+    int Selected() const {
+        return static_cast<int>(Send(IDC_LIST, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+    }
+
+    CVelmCatalog& catalog_;
+    CVelmReferenceList& references_;
+    const CVelmString& referenceFolder_;
+    CVelmHtmlLibrary& html_;
+};
+
+}  // namespace
+
+int ShowOpenFileDialog(HWND parent, CVelmCatalog& catalog, CVelmReferenceList& references,
+                       const CVelmString& referenceFolder, CVelmHtmlLibrary& html) {
+    {
+        const CVelmWaitCursor wait;
+        catalog.ScanFolder();
+    }
+    const INT_PTR code = OpenFileDialog(catalog, references, referenceFolder, html).Show(parent);
+    const INT_PTR index = code - FIRST_FILE_CODE;
+    return index < 0 || index >= static_cast<INT_PTR>(catalog.documents.size()) ? -1 : static_cast<int>(index);
+}
+
+}  // namespace velm

@@ -1,0 +1,55 @@
+#include "dialogs/settings_dialog.h"
+
+#include <array>
+
+#include "dialogs/dialog_frame.h"
+#include "pocketpc/shell.h"
+#include "resource.h"
+#include "settings/settings.h"
+
+namespace velm {
+namespace {
+
+constexpr CVelmPlacement FullWidth(WORD control, int top, int bottom) {
+    return {control, FromStart(DIALOG_MARGIN), FromStart(top), FromEnd(DIALOG_MARGIN), FromStart(bottom)};
+}
+
+constexpr int LEAST_HEIGHT = 124;
+constexpr std::array PLACEMENTS = {
+    FullWidth(IDC_LABEL_1, 5, 19),     FullWidth(IDC_DATA_FOLDER, 20, 41),           FullWidth(IDC_LABEL_2, 47, 61),
+    FullWidth(IDC_UPDATE_URL, 62, 83), FullWidth(IDC_LABEL_3, 89, LEAST_HEIGHT - 3),
+};
+
+class SettingsDialog : public CVelmDialog {
+public:
+    explicit SettingsDialog(CVelmSettings& settings) : CVelmDialog(IDD_SETTINGS, IDM_OK_CANCEL), settings_(settings) {}
+
+protected:
+    CVelmString Caption() const override { return u"Velmora Settings"; }
+    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
+    int LeastHeight() const override { return LEAST_HEIGHT; }
+
+    HWND OnInit() override {
+        SetText(IDC_DATA_FOLDER, settings_.dataFolder);
+        SetText(IDC_UPDATE_URL, settings_.updateUrl);
+        SHSipPreference(Handle(), SIP_UP);
+        return nullptr;
+    }
+
+    void OnOk() override {
+        SetField(settings_.dataFolder, Text(IDC_DATA_FOLDER));
+        SetField(settings_.updateUrl, Text(IDC_UPDATE_URL));
+        End(IDOK);
+    }
+
+private:
+    CVelmSettings& settings_;
+};
+
+}  // namespace
+
+int ShowSettingsDialog(HWND parent, CVelmSettings& settings) {
+    return static_cast<int>(SettingsDialog(settings).Show(parent));
+}
+
+}  // namespace velm

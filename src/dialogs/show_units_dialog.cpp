@@ -1,0 +1,99 @@
+#include "dialogs/show_units_dialog.h"
+
+#include <array>
+
+#include "app/display_scale.h"
+#include "app/wide_text.h"
+#include "dialogs/dialog_frame.h"
+#include "model/document.h"
+#include "pocketpc/shell.h"
+#include "resource.h"
+
+namespace velm {
+namespace {
+
+// Pixels of an ordinary screen.
+constexpr int COLUMN_WIDTH = 180;
+constexpr int COLUMN_ROOM_LESS = 14;
+
+constexpr std::array PLACEMENTS = {
+    CVelmPlacement{IDC_LIST, FromStart(0), FromStart(0), FromEnd(0), FromEnd(0)},
+};
+
+class UnitsDialog : public CVelmDialog {
+public:
+    explicit UnitsDialog(CVelmDocument& document) : CVelmDialog(IDD_SHOW_UNITS, IDM_OK_CANCEL), document_(document) {}
+
+protected:
+    CVelmString Caption() const override { return u"Units/Items"; }
+    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
+
+    HWND OnInit() override {
+        InitList(IDC_LIST, LVS_EX_CHECKBOXES);
+        LVCOLUMNW column{};
+        column.mask = LVCF_FMT | LVCF_WIDTH;
+        column.fmt = LVCFMT_LEFT;
+        column.cx = Scaled(COLUMN_WIDTH);
+        Send(IDC_LIST, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+        Send(IDC_LIST, LVM_SETITEMCOUNT, document_.ItemCount());
+        for (std::size_t i = 0; i < document_.ItemCount(); ++i) {
+            AddRow(static_cast<int>(i), *document_.GetItem(i));
+        }
+        LVITEMW first{};
+        first.stateMask = LVIS_FOCUSED | LVIS_SELECTED;
+        first.state = first.stateMask;
+        Send(IDC_LIST, LVM_SETITEMSTATE, 0, reinterpret_cast<LPARAM>(&first));
+        SHSipPreference(Handle(), SIP_DOWN);
+        return nullptr;
+    }
+
+    void OnLayout() override {
+        RECT list{};
+        GetWindowRect(Control(IDC_LIST), &list);
+        MapWindowPoints(nullptr, Handle(), reinterpret_cast<POINT*>(&list), 2);
+        Send(IDC_LIST, LVM_SETCOLUMNWIDTH, 0, Width(Room()) - list.left - Scaled(COLUMN_ROOM_LESS));
+        const LRESULT focused = Send(IDC_LIST, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED);
+        Send(IDC_LIST, LVM_ENSUREVISIBLE, static_cast<WPARAM>(focused), FALSE);
+    }
+
+    void OnOk() override {
+        const auto rows = static_cast<int>(Send(IDC_LIST, LVM_GETITEMCOUNT));
+        for (int row = 0; row < rows; ++row) {
+            LVITEMW item{};
+            item.mask = LVIF_PARAM;
+            item.iItem = row;
+            Send(IDC_LIST, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+            document_.GetItem(static_cast<std::size_t>(item.lParam))->shown = IsTicked(row) ? 1 : 0;
+        }
+        End(IDOK);
+    }
+
+private:
+    void AddRow(int index, const CVelmItem& item) const {
+        LVITEMW row{};
+        row.mask = LVIF_TEXT | LVIF_PARAM;
+        row.iItem = index;
+        row.pszText = const_cast<wchar_t*>(Wide(item.name));
+        row.lParam = index;
+        Send(IDC_LIST, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&row));
+        row.stateMask = LVIS_STATEIMAGEMASK;
+        row.state = INDEXTOSTATEIMAGEMASK(item.shown != 0 ? 2U : 1U);
+        Send(IDC_LIST, LVM_SETITEMSTATE, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&row));
+    }
+
+    bool IsTicked(int row) const {
+        const LRESULT state =
+            Send(IDC_LIST, LVM_GETITEMSTATE, static_cast<WPARAM>(row), static_cast<LPARAM>(LVIS_STATEIMAGEMASK));
+        return static_cast<UINT>(state) == INDEXTOSTATEIMAGEMASK(2U);
+    }
+
+    CVelmDocument& document_;
+};
+
+}  // namespace
+
+int ShowUnitsDialog(HWND parent, CVelmDocument& document) {
+    return static_cast<int>(UnitsDialog(document).Show(parent));
+}
+
+}  // namespace velm

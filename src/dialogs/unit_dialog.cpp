@@ -1,0 +1,115 @@
+#include "dialogs/unit_dialog.h"
+
+#include <array>
+
+#include "app/wide_text.h"
+#include "dialogs/dialog_frame.h"
+#include "model/document.h"
+#include "model/entry_check.h"
+#include "resource.h"
+
+namespace velm {
+namespace {
+
+constexpr std::array PLACEMENTS = {
+    PlaceLabel(IDC_LABEL_1, 0),         PlaceField(IDC_ITEM_NAME, 0),
+    PlaceLabel(IDC_LABEL_2, 1),         PlaceField(IDC_ITEM_IDENTIFIER, 1),
+    PlaceLabel(IDC_LABEL_3, 2),         PlaceField(IDC_ITEM_VALUE, 2),
+    PlaceLabel(IDC_ITEM_TYPE_LABEL, 3), PlaceField(IDC_ITEM_TYPE, 3, DIALOG_LIST_HEIGHT),
+};
+
+struct FaultText {
+    EntryFault fault;
+    WORD control;
+    const char16_t* text;  ///< what was typed goes before it, in quotes
+};
+
+constexpr std::array FAULT_TEXTS = {
+    FaultText{EntryFault::IdentifierIsNoName, IDC_ITEM_IDENTIFIER,
+              u" cannot be an identifier: formulas name an item by letters and digits, a letter first."},
+    FaultText{EntryFault::IdentifierIsBuiltIn, IDC_ITEM_IDENTIFIER,
+              u" cannot be an identifier: in formulas it has a meaning of its own."},
+    FaultText{EntryFault::IdentifierIsTaken, IDC_ITEM_IDENTIFIER, u" is the identifier of another item of this file."},
+    FaultText{EntryFault::FormulaDoesNotParse, IDC_ITEM_VALUE, u" is not a formula."},
+};
+
+class UnitDialog : public CVelmDialog {
+public:
+    UnitDialog(CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock)
+        : CVelmDialog(IDD_UNIT_PROPERTIES, IDM_OK_CANCEL),
+          item_(item),
+          document_(document),
+          clock_(clock),
+          isNew_(item.name.empty()) {}
+
+protected:
+    CVelmString Caption() const override { return isNew_ ? u"New Unit" : u"Unit Properties"; }
+    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
+    int LeastHeight() const override { return DialogRow(FormulaItem() != nullptr ? 4 : 3); }
+
+    HWND OnInit() override {
+        SetText(IDC_ITEM_NAME, item_.name);
+        SetText(IDC_ITEM_VALUE, item_.valueText);
+        SetText(IDC_ITEM_IDENTIFIER, item_.identifier);
+        const CVelmFormulaItem* const formula = FormulaItem();
+        if (formula == nullptr) {
+            ShowControls(std::array<WORD, 2>{IDC_ITEM_TYPE, IDC_ITEM_TYPE_LABEL}, false);
+            return nullptr;
+        }
+        for (const wchar_t* const type : {L"Input", L"Output"}) {
+            Send(IDC_ITEM_TYPE, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(type));
+        }
+        Send(IDC_ITEM_TYPE, CB_SETCURSEL, static_cast<WPARAM>(formula->output));
+        return nullptr;
+    }
+
+    void OnOk() override {
+        const CVelmString name = Text(IDC_ITEM_NAME);
+        if (name.empty()) {
+            Refuse(IDC_ITEM_NAME, u"Please enter item name", L"Edit Unit");
+            return;
+        }
+        CVelmFormulaItem* const formula = FormulaItem();
+        const auto output = formula == nullptr ? 0 : static_cast<std::int32_t>(Send(IDC_ITEM_TYPE, CB_GETCURSEL));
+        const CVelmItemEntry entry{Text(IDC_ITEM_IDENTIFIER), Text(IDC_ITEM_VALUE), output == 1};
+        if (RefuseFault(entry)) {
+            return;
+        }
+        item_.name = name;
+        item_.valueText = entry.valueText;
+        item_.identifier = entry.identifier;
+        if (formula != nullptr) {
+            formula->output = output;
+        }
+        End(IDOK);
+    }
+
+private:
+    CVelmFormulaItem* FormulaItem() const {
+        return item_.GetType() == ITEM_FORMULA ? static_cast<CVelmFormulaItem*>(&item_) : nullptr;
+    }
+
+    bool RefuseFault(const CVelmItemEntry& entry) const {
+        const EntryFault fault = CheckItemEntry(document_, item_, entry, clock_);
+        for (const FaultText& text : FAULT_TEXTS) {
+            if (text.fault == fault) {
+                Refuse(text.control, u"\"" + Text(text.control) + u"\"" + text.text);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    CVelmItem& item_;
+    const CVelmDocument& document_;
+    const CVelmClock& clock_;
+    bool isNew_;
+};
+
+}  // namespace
+
+int ShowUnitDialog(HWND parent, CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock) {
+    return static_cast<int>(UnitDialog(item, document, clock).Show(parent));
+}
+
+}  // namespace velm

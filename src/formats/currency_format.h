@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/text.h"
+
+namespace velm {
+
+/// Two decimals. Grouped text has "," every three digits and a negative value in parentheses, ungrouped text a "-".
+/// Beyond 1e18 and for what is not a number it is FormatDecimal's.
+CVelmString FormatCurrency(double value, bool grouped);
+
+}  // namespace velm

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <windows.h>
+
+#include "app/gdi.h"
+
+namespace velm {
+
+/// A light shade of a colour: each channel k becomes 255 - ((255 - k) x (255 - amount)) / 256, `amount` from 0 to 255.
+/// Deliberate: the division by 256 lifts black to (1, 1, 1) even for amount 0.
+COLORREF MixColor(int amount, COLORREF color);
+
+/// How much the rows of the item list are lightened.
+constexpr int MIX_ROW = 140;
+
+/// One channel-wise recolouring of a colour table entry: greys stay, every other colour takes the tint's hue at its
+/// own brightness.
+COLORREF TintColor(COLORREF color, COLORREF tint);
+
+/// A bitmap of the program's resources, tinted when it has a colour table.
+class CVelmBitmap {
+public:
+    /// With `followScale` the bitmap is drawn at twice its size on a screen whose scale is 2.
+    CVelmBitmap(UINT resource, bool followScale);
+    CVelmBitmap(UINT resource, COLORREF tint, bool followScale);
+    virtual ~CVelmBitmap() = default;
+    CVelmBitmap(const CVelmBitmap&) = delete;
+    CVelmBitmap& operator=(const CVelmBitmap&) = delete;
+
+    /// Loads again with another tint. False, with the old bitmap kept, unless both a bitmap and a palette were made:
+    /// so always for a bitmap without a colour table.
+    bool Reload(UINT resource, COLORREF tint);
+
+    /// Stretched to the drawn size.
+    void Draw(HDC dc, int x, int y) const;
+
+    /// One square image of a strip of them, stretched as Draw does.
+    void DrawImage(HDC dc, int index, int x, int y) const;
+
+    /// The part at a source offset, as large as `target`, unscaled.
+    void DrawPart(HDC dc, const RECT& target, int sourceX, int sourceY) const;
+
+    /// The whole bitmap at the origin, unscaled.
+    void DrawAtOrigin(HDC dc) const;
+
+    /// A bare bitmap at a point, unscaled.
+    static void DrawHandle(HDC dc, HBITMAP bitmap, int x, int y);
+
+    /// Fills a rectangle of a window with rows of `background`, in place on the screen rather than in the window;
+    /// with white where `background` is null or has no bitmap. The bitmap is as wide as the screen.
+    static void PaintBackground(const CVelmBitmap* background, HWND window, HDC dc, RECT area);
+
+    HBITMAP Handle() const { return bitmap_.get(); }
+
+    /// Pixels of the bitmap itself; 0 when nothing was loaded.
+    int PixelWidth() const { return width_; }
+    int PixelHeight() const { return height_; }
+    bool IsDoubled() const { return doubled_; }
+    int DrawnWidth() const { return doubled_ ? width_ * 2 : width_; }
+    int DrawnHeight() const { return doubled_ ? height_ * 2 : height_; }
+
+private:
+    void TakeSize();
+    void Stretch(HDC dc, const RECT& target, int sourceX, int sourceY, int sourceWidth, int sourceHeight) const;
+
+    CVelmBitmapHandle bitmap_;
+    CVelmPaletteHandle palette_;
+    int width_ = 0;
+    int height_ = 0;
+    bool doubled_ = false;
+};
+
+}  // namespace velm

@@ -1,0 +1,58 @@
+#include "listview/label.h"
+
+#include <algorithm>
+
+#include "app/display_scale.h"
+#include "app/gdi.h"
+#include "app/wide_text.h"
+
+namespace velm {
+namespace {
+
+constexpr int LABEL_MARGIN = 2;
+constexpr int LABEL_SLACK = 3;  // so much wider than its room a text may be
+constexpr COLORREF TEXT_COLOR = RGB(0, 0, 0);
+
+int TextWidth(HDC dc, const CVelmString& text) {
+    SIZE size{};
+    GetTextExtentPoint32W(dc, Wide(text), static_cast<int>(text.size()), &size);
+    return static_cast<int>(size.cx);
+}
+
+}  // namespace
+
+CVelmString ShortenText(HDC dc, const CVelmString& text, int room) {
+    const int allowed = std::max(0, room) + Scaled(LABEL_SLACK);
+    // What lies far beyond the room is cut in one go, so that a very long text is not measured again and again.
+    int fits = 0;
+    SIZE size{};
+    GetTextExtentExPointW(dc, Wide(text), static_cast<int>(text.size()), allowed, &fits, nullptr, &size);
+    constexpr std::size_t BEYOND = 4;
+    CVelmString shortened = text.substr(0, static_cast<std::size_t>(fits) + BEYOND);
+    if (shortened.size() < text.size()) {
+        shortened.back() = u'~';
+    }
+    while (!shortened.empty() && TextWidth(dc, shortened) > allowed) {
+        shortened.pop_back();
+        if (shortened.size() > 1) {
+            shortened.back() = u'~';
+        }
+    }
+    return shortened;
+}
+
+void CVelmLabel::Draw(HDC dc, UINT format) const {
+    RECT inside = area;
+    InflateRect(&inside, -Scaled(LABEL_MARGIN), 0);
+    if (text.empty() || inside.left >= inside.right) {
+        return;
+    }
+    const CVelmSelect selectedFont(dc, font);
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, TEXT_COLOR);
+    const CVelmString shown = ShortenText(dc, text, Width(inside));
+    DrawTextW(dc, Wide(shown), static_cast<int>(shown.size()), &inside,
+              DT_SINGLELINE | DT_NOPREFIX | DT_VCENTER | DT_NOCLIP | format);
+}
+
+}  // namespace velm

@@ -1,0 +1,117 @@
+#include "model/file_format.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace velm {
+
+namespace {
+
+constexpr std::uint32_t SIZE_POSITION = 4;
+
+/// Stands for the size until all of the file is written.
+constexpr std::int32_t SIZE_PLACEHOLDER = 4;
+
+LoadStatus ReadCount(CVelmFileStream& stream, std::int32_t& count) {
+    if (!stream.ReadInt(count)) {
+        return LoadStatus::Truncated;
+    }
+    return count < 0 ? LoadStatus::NegativeCount : LoadStatus::Ok;
+}
+
+LoadStatus ReadOlderHeader(CVelmFileStream& stream, CVelmFileHeader& header) {
+    header.isOlder = true;
+    if (stream.ReadString(header.title) <= 0) {
+        return LoadStatus::Truncated;
+    }
+    return ReadCount(stream, header.itemCount);
+}
+
+LoadStatus ReadCurrentHeader(CVelmFileStream& stream, CVelmFileHeader& header) {
+    std::int32_t size = 0;
+    if (!stream.ReadInt(size)) {
+        return LoadStatus::Truncated;
+    }
+    if (static_cast<std::uint32_t>(size) != stream.GetSize()) {
+        return LoadStatus::SizeMismatch;
+    }
+    if (stream.ReadString(header.updatedText) <= 0 || stream.ReadString(header.title) <= 0 ||
+        stream.ReadString(header.category) <= 0) {
+        return LoadStatus::Truncated;
+    }
+    return ReadCount(stream, header.itemCount);
+}
+
+/// Three words each; only the second counts: the index of an item that is shown.
+LoadStatus ReadListEntries(CVelmFileStream& stream, CVelmFileItems& items) {
+    std::int32_t count = 0;
+    if (const LoadStatus status = ReadCount(stream, count); status != LoadStatus::Ok) {
+        return status;
+    }
+    for (std::int32_t i = 0; i < count; ++i) {
+        std::int32_t ignored = 0;
+        std::int32_t index = 0;
+        if (!stream.ReadInt(ignored) || !stream.ReadInt(index) || !stream.ReadInt(ignored)) {
+            return LoadStatus::Truncated;
+        }
+        if (index >= 0 && static_cast<std::size_t>(index) < items.size() && items[static_cast<std::size_t>(index)]) {
+            items[static_cast<std::size_t>(index)]->shown = 1;
+        }
+    }
+    return LoadStatus::Ok;
+}
+
+}  // namespace
+
+LoadStatus ReadHeader(CVelmFileStream& stream, CVelmFileHeader& header) {
+    std::int32_t magic = 0;
+    if (!stream.ReadInt(magic)) {
+        return LoadStatus::Truncated;
+    }
+    CVelmCalendarTime time;
+    if (stream.GetTime(time)) {
+        header.time = time;
+    }
+    switch (static_cast<std::uint32_t>(magic)) {
+        case FILE_MAGIC:
+            return ReadCurrentHeader(stream, header);
+        case FILE_MAGIC_OLDER:
+            return ReadOlderHeader(stream, header);
+        default:
+            return LoadStatus::UnknownFormat;
+    }
+}
+
+LoadStatus ReadItems(CVelmFileStream& stream, const CVelmFileHeader& header, CVelmFileItems& items) {
+    for (std::int32_t i = 0; i < header.itemCount; ++i) {
+        std::int32_t type = 0;
+        if (!stream.ReadInt(type)) {
+            return LoadStatus::Truncated;
+        }
+        std::unique_ptr<CVelmItem> item = CreateItem(type);
+        if (item == nullptr) {
+            return LoadStatus::UnknownItemType;
+        }
+        const std::int32_t bytes = header.isOlder ? item->ReadOld(stream) : item->Read(stream);
+        items.push_back(bytes > 0 ? std::move(item) : nullptr);
+    }
+    return header.isOlder ? ReadListEntries(stream, items) : LoadStatus::Ok;
+}
+
+bool WriteDocument(CVelmFileStream& stream, const CVelmDocument& document) {
+    std::int32_t size = std::max(stream.WriteInt(static_cast<std::int32_t>(FILE_MAGIC)), 0);
+    size += std::max(stream.WriteInt(SIZE_PLACEHOLDER), 0);
+    size += stream.WriteString(document.updatedText);
+    size += stream.WriteString(document.title);
+    size += stream.WriteString(document.category);
+    size += std::max(stream.WriteInt(static_cast<std::int32_t>(document.ItemCount())), 0);
+    for (const auto& item : document.items) {
+        size += std::max(stream.WriteInt(item->GetType()), 0);
+        size += item->Write(stream);
+    }
+    size += document.WriteTail(stream);
+    stream.WriteAt(SIZE_POSITION, &size, sizeof size);
+    return stream.Flush();
+}
+
+}  // namespace velm

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "platform/clock.h"
+#include "platform/file.h"
+#include "platform/text.h"
+
+namespace velm {
+
+/// The one reader and writer of data files, update lists and update files. Integers are 32-bit little-endian,
+/// doubles IEEE 754 64-bit little-endian.
+class CVelmFileStream {
+public:
+    /// Longest counted string, in UTF-16 units.
+    static constexpr std::int32_t MAX_STRING = 65535;
+
+    /// The services are not owned and outlive the stream.
+    CVelmFileStream(CVelmFileSystem& files, const CVelmClock& clock);
+    ~CVelmFileStream();
+    CVelmFileStream(const CVelmFileStream&) = delete;
+    CVelmFileStream& operator=(const CVelmFileStream&) = delete;
+
+    /// Any failure to open sets the error flag. An empty path fails without touching the file system.
+    bool OpenRead(const CVelmString& path);
+    bool OpenWrite(const CVelmString& path);
+    bool OpenAppend(const CVelmString& path);
+
+    /// As OpenWrite, but fails when a file of that name exists.
+    bool OpenNew(const CVelmString& path);
+    bool HasError() const { return openFailed_; }
+
+    /// Bytes moved, or -1 when the system refuses. Calls may be buffered: Flush and Close report what was held back.
+    std::int32_t Read(std::size_t count, void* buffer);
+    std::int32_t Write(const void* buffer, std::size_t count);
+    std::int32_t ReadAt(std::uint32_t position, std::size_t count, void* buffer);
+    std::int32_t WriteAt(std::uint32_t position, const void* buffer, std::size_t count);
+
+    /// Reads single bytes up to, not including, a byte 10 or 13, widening each to a character. Returns the bytes
+    /// read, the line end included: 0 at the end of the file, -1 when the system refuses.
+    std::int32_t ReadLine(CVelmString& text);
+
+    /// Reads a whole value; false when it is short.
+    bool ReadInt(std::int32_t& value);
+    bool ReadDouble(double& value);
+    std::int32_t WriteInt(std::int32_t value);
+    std::int32_t WriteDouble(double value);
+
+    /// A counted string: signed length, then that many UTF-16LE units. Returns its bytes, 0 on failure. A text too
+    /// long to be read again counts as a failed write. Without an open file, WriteString only returns the bytes.
+    std::int32_t ReadString(CVelmString& text);
+    std::int32_t WriteString(CVelmStringView text);
+
+    /// Length of the file in bytes, 0 when the system does not tell; a length beyond 32 bits is cut to the largest.
+    std::uint32_t GetSize();
+
+    /// Bytes between the current position and the end of a file open for reading.
+    std::uint64_t Remaining();
+
+    /// The later of last write and last access, comparing only the low halves of the two file times, unsigned;
+    /// the last access wins a tie. Deliberate: files are stamped this way.
+    bool GetTime(CVelmCalendarTime& time);
+
+    /// Hands everything to the disk. False when any write since opening failed.
+    bool Flush();
+
+    /// Closes and forgets the path. False when any write since opening failed.
+    bool Close();
+
+private:
+    bool Open(const CVelmString& path, FileMode mode);
+    bool Reopen();
+    bool IsWriting() const { return file_ != nullptr && mode_ != FileMode::Read; }
+
+    /// Fills the empty buffer from the file. Bytes read, or -1.
+    std::int64_t FillBuffer();
+    bool WriteBuffer();
+    bool MoveTo(std::uint32_t position);
+    void SkipToEnd();
+
+    CVelmFileSystem& files_;
+    const CVelmClock& clock_;
+    std::unique_ptr<CVelmFile> file_;
+    CVelmString path_;
+    FileMode mode_ = FileMode::Read;
+    std::vector<std::uint8_t> buffer_;  ///< bytes read ahead, or not yet written
+    std::size_t bufferPosition_ = 0;    ///< first byte of the buffer that is not yet read
+    std::uint64_t filePosition_ = 0;    ///< where the system reads next; known only while reading
+    std::uint64_t size_ = 0;            ///< length when opened for reading
+    bool openFailed_ = false;
+    bool writeFailed_ = false;
+};
+
+}  // namespace velm

@@ -1,0 +1,73 @@
+#include "model/reference_list.h"
+
+#include <array>
+#include <string_view>
+
+#include "model/folder_names.h"
+
+namespace velm {
+namespace {
+
+constexpr CVelmStringView EXTENSION = u".htm";
+constexpr std::size_t LARGEST_PAGE = 16 << 20;
+constexpr std::string_view UTF8_MARK = "\xEF\xBB\xBF";
+
+std::string ReadWhole(CVelmFile& file) {
+    std::string bytes;
+    std::array<char, 65536> part;
+    while (bytes.size() < LARGEST_PAGE) {
+        const std::int64_t count = file.Read(part.data(), part.size());
+        if (count <= 0) {
+            break;
+        }
+        bytes.append(part.data(), static_cast<std::size_t>(count));
+    }
+    return bytes;
+}
+
+CVelmString Decode(std::string_view bytes) {
+    if (bytes.starts_with(UTF8_MARK)) {
+        return FromUtf8(bytes.substr(UTF8_MARK.size()));
+    }
+    CVelmString text = FromUtf8(bytes);
+    if (text.find(u'\uFFFD') == CVelmString::npos) {
+        return text;
+    }
+    // Pages made on older handhelds are in the system's 8-bit characters.
+    text.clear();
+    for (const char byte : bytes) {
+        text += static_cast<char16_t>(static_cast<unsigned char>(byte));
+    }
+    return text;
+}
+
+}  // namespace
+
+void CVelmReferenceList::ScanReferences(const CVelmString& folder) {
+    folder_ = WithSeparator(folder);
+    const auto entries = services_.files.List(folder_);
+    if (!entries) {
+        return;
+    }
+    for (const CVelmFolderEntry& entry : *entries) {
+        if (!entry.isFolder && entry.name.size() > EXTENSION.size() && EndsWithNoCase(entry.name, EXTENSION)) {
+            names.push_back(entry.name.substr(0, entry.name.size() - EXTENSION.size()));
+        }
+    }
+}
+
+bool CVelmReferenceList::ReadReference(std::size_t index, CVelmString& text) const {
+    if (index >= names.size()) {
+        return false;
+    }
+    const auto name = FindInFolder(services_.files, folder_, names[index] + CVelmString(EXTENSION));
+    const auto file = name ? services_.files.Open(folder_ + *name, FileMode::Read) : nullptr;
+    const std::string bytes = file ? ReadWhole(*file) : std::string();
+    if (bytes.empty()) {
+        return false;
+    }
+    text = Decode(bytes);
+    return true;
+}
+
+}  // namespace velm

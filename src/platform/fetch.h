@@ -1,0 +1,47 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "platform/text.h"
+
+namespace velm {
+
+/// How every address that may be fetched begins, in any letter case.
+constexpr CVelmStringView HTTP_SCHEME = u"http://";
+
+/// When a fetch gives up.
+struct CVelmFetchLimits {
+    std::uint64_t maxBytes = 16 << 20;          ///< a larger file fails
+    std::chrono::milliseconds connect{15'000};  ///< until the server is reached
+    std::chrono::milliseconds stall{30'000};    ///< each span of this length brings at least stallBytes
+    std::uint64_t stallBytes = 256;
+};
+
+enum class FetchStatus { Ok, Failed, Stopped };
+
+/// Told how many bytes of the file have come, when some have and several times a second while waiting.
+/// False stops the fetch.
+using CVelmFetchProgress = std::function<bool(std::uint64_t bytes)>;
+
+struct CVelmFetched {
+    FetchStatus status = FetchStatus::Failed;
+    CVelmString cacheFile;  ///< path of the local copy when the status is Ok; whoever asked for it removes it
+};
+
+/// Brings a file from an HTTP server. Tests and other transports put their own in its place.
+class CVelmFetcher {
+public:
+    virtual ~CVelmFetcher() = default;
+
+    /// Fetches afresh: never answered from what an earlier fetch left behind. Anything but a whole file from an
+    /// "http://" address, redirections included, is Failed, and then nothing stays on the disk.
+    virtual CVelmFetched Fetch(const CVelmString& url, const CVelmFetchProgress& progress) = 0;
+};
+
+/// The system's own facility.
+std::unique_ptr<CVelmFetcher> CreateHttpFetcher(const CVelmFetchLimits& limits = {});
+
+}  // namespace velm

@@ -1,0 +1,185 @@
+#include <curl/curl.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <type_traits>
+
+#include "platform/fetch.h"
+#include "platform/transfer_watch.h"
+
+namespace velm {
+namespace {
+
+constexpr long MOST_REDIRECTIONS = 10;
+
+/// The local copy while it is written; removed unless it is kept.
+class CVelmCacheFile {
+public:
+    CVelmCacheFile() {
+        const char* folder = std::getenv("TMPDIR");
+        path_ = std::string(folder == nullptr || *folder == 0 ? "/tmp" : folder) + "/velmora-XXXXXX";
+        descriptor_ = mkostemp(path_.data(), O_CLOEXEC);
+    }
+    ~CVelmCacheFile() {
+        Close();
+        if (!kept_ && !path_.empty()) {
+            unlink(path_.c_str());
+        }
+    }
+    CVelmCacheFile(const CVelmCacheFile&) = delete;
+    CVelmCacheFile& operator=(const CVelmCacheFile&) = delete;
+
+    bool IsOpen() const { return descriptor_ >= 0; }
+
+    bool Append(const char* bytes, std::size_t count) {
+        while (count > 0) {
+            const ssize_t written = write(descriptor_, bytes, count);
+            if (written <= 0) {
+                return false;
+            }
+            bytes += written;
+            count -= static_cast<std::size_t>(written);
+        }
+        return true;
+    }
+
+    /// Leaves the file on the disk and gives its path.
+    CVelmString Keep() {
+        kept_ = true;
+        return FromUtf8(path_);
+    }
+
+private:
+    void Close() {
+        if (descriptor_ >= 0) {
+            close(descriptor_);
+        }
+    }
+
+    std::string path_;
+    int descriptor_ = -1;
+    bool kept_ = false;
+};
+
+/// What the library's callbacks work on.
+struct Transfer {
+    CVelmCacheFile file;
+    CVelmTransferWatch watch;
+    bool connected = false;
+    std::uint64_t bytes = 0;
+};
+
+/// Called when a connection is ready for the request.
+int OnRequest(void* context, char*, char*, int, int) {
+    static_cast<Transfer*>(context)->connected = true;
+    return CURL_PREREQFUNC_OK;
+}
+
+std::size_t OnData(char* data, std::size_t size, std::size_t count, void* context) {
+    auto& transfer = *static_cast<Transfer*>(context);
+    const std::size_t bytes = size * count;
+    transfer.bytes += bytes;
+    // Anything but the number of bytes given ends the transfer.
+    return transfer.watch.GoesOn(true, transfer.bytes) && transfer.file.Append(data, bytes) ? bytes : 0;
+}
+
+int OnProgress(void* context, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
+    auto& transfer = *static_cast<Transfer*>(context);
+    return transfer.watch.GoesOn(transfer.connected, transfer.bytes) ? 0 : 1;
+}
+
+/// The library with its calls, loaded when the first file is fetched: it brings some thirty others with it, which a
+/// command that fetches nothing must not wait for. It stays loaded.
+struct CurlLibrary {
+    CurlLibrary() {
+        void* library = dlopen("libcurl.so.4", RTLD_NOW | RTLD_LOCAL);
+        if (library == nullptr) {
+            return;
+        }
+        const auto find = [library](auto& call, const char* name) {
+            call = reinterpret_cast<std::remove_reference_t<decltype(call)>>(dlsym(library, name));
+            return call != nullptr;
+        };
+        decltype(&curl_global_init) start = nullptr;
+        const bool complete = find(start, "curl_global_init") && find(open, "curl_easy_init") &&
+                              find(set, "curl_easy_setopt") && find(perform, "curl_easy_perform") &&
+                              find(close, "curl_easy_cleanup");
+        ready = complete && start(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+    }
+
+    decltype(&curl_easy_init) open = nullptr;
+    decltype(&curl_easy_setopt) set = nullptr;
+    decltype(&curl_easy_perform) perform = nullptr;
+    decltype(&curl_easy_cleanup) close = nullptr;
+    bool ready = false;
+};
+
+const CurlLibrary& Curl() {
+    static const CurlLibrary library;
+    return library;
+}
+
+struct HandleCloser {
+    void operator()(CURL* handle) const { Curl().close(handle); }
+};
+
+class CVelmCurlFetcher : public CVelmFetcher {
+public:
+    explicit CVelmCurlFetcher(const CVelmFetchLimits& limits) : limits_(limits) {}
+
+    CVelmFetched Fetch(const CVelmString& url, const CVelmFetchProgress& progress) override {
+        const bool fetchable = StartsWithNoCase(url, HTTP_SCHEME) && url.find(u'\0') == CVelmString::npos;
+        if (!fetchable || !Curl().ready) {
+            return {};
+        }
+        Transfer transfer{{}, {limits_, progress}};
+        const std::unique_ptr<CURL, HandleCloser> handle(Curl().open());
+        if (!handle || !transfer.file.IsOpen()) {
+            return {};
+        }
+        if (!Prepare(handle.get(), ToUtf8(url), transfer) || Curl().perform(handle.get()) != CURLE_OK) {
+            return {transfer.watch.Status(), {}};
+        }
+        return {FetchStatus::Ok, transfer.file.Keep()};
+    }
+
+private:
+    bool Prepare(CURL* handle, const std::string& url, Transfer& transfer) const {
+        bool ok = true;
+        const auto set = [&](CURLoption option, auto value) {
+            ok = Curl().set(handle, option, value) == CURLE_OK && ok;
+        };
+        set(CURLOPT_URL, url.c_str());
+        set(CURLOPT_PROTOCOLS_STR, "http");
+        set(CURLOPT_REDIR_PROTOCOLS_STR, "http");
+        set(CURLOPT_FOLLOWLOCATION, 1L);
+        set(CURLOPT_MAXREDIRS, MOST_REDIRECTIONS);
+        set(CURLOPT_FAILONERROR, 1L);
+        set(CURLOPT_NOSIGNAL, 1L);
+        set(CURLOPT_USERAGENT, "Velmora");
+        set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(limits_.connect.count()));
+        set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(limits_.maxBytes));
+        set(CURLOPT_NOPROGRESS, 0L);
+        set(CURLOPT_XFERINFOFUNCTION, &OnProgress);
+        set(CURLOPT_XFERINFODATA, &transfer);
+        set(CURLOPT_WRITEFUNCTION, &OnData);
+        set(CURLOPT_WRITEDATA, &transfer);
+        set(CURLOPT_PREREQFUNCTION, &OnRequest);
+        set(CURLOPT_PREREQDATA, &transfer);
+        return ok;
+    }
+
+    CVelmFetchLimits limits_;
+};
+
+}  // namespace
+
+std::unique_ptr<CVelmFetcher> CreateHttpFetcher(const CVelmFetchLimits& limits) {
+    return std::make_unique<CVelmCurlFetcher>(limits);
+}
+
+}  // namespace velm

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/text.h"
+
+namespace velm {
+
+/// The two times of a file that its system keeps, as ticks of 100 ns since 1601-01-01 00:00 UTC.
+struct CVelmFileTimes {
+    std::uint64_t lastWrite = 0;
+    std::uint64_t lastAccess = 0;
+};
+
+/// An open file. Destroying it closes it.
+class CVelmFile {
+public:
+    virtual ~CVelmFile() = default;
+
+    /// Bytes moved, fewer than `count` at the end of the file (read) or on a full disk (write); -1 on failure.
+    virtual std::int64_t Read(void* buffer, std::size_t count) = 0;
+    virtual std::int64_t Write(const void* buffer, std::size_t count) = 0;
+
+    /// Moves to an absolute position from the start of the file.
+    virtual bool Seek(std::uint64_t position) = 0;
+    virtual bool SeekToEnd() = 0;
+    virtual std::optional<std::uint64_t> Size() = 0;
+    virtual std::optional<CVelmFileTimes> Times() = 0;
+
+    /// Hands everything written to the disk itself, so that it survives a power cut.
+    virtual bool Flush() = 0;
+};
+
+enum class FileMode {
+    Read,       ///< an existing file, shared for reading
+    Write,      ///< created, or emptied when it exists; not shared
+    Append,     ///< an existing file for writing, positioned at its end; not shared
+    CreateNew,  ///< created; fails when a file of that name exists; not shared
+};
+
+struct CVelmFolderEntry {
+    CVelmString name;  ///< without folder, with extension
+    bool isFolder = false;
+};
+
+/// The file system. Paths use FolderSeparator. Tests put one that fails at a chosen call in its place.
+class CVelmFileSystem {
+public:
+    virtual ~CVelmFileSystem() = default;
+
+    /// Null when the file cannot be opened that way.
+    virtual std::unique_ptr<CVelmFile> Open(const CVelmString& path, FileMode mode) = 0;
+
+    /// Puts `from` in the place of `to` in one step: whoever opens `to` finds the old file or the new one, whole.
+    virtual bool Replace(const CVelmString& from, const CVelmString& to) = 0;
+    virtual bool Remove(const CVelmString& path) = 0;
+
+    /// The file that a path leads to through symbolic links; the path itself when it is no link or leads nowhere.
+    virtual CVelmString ResolveLinks(const CVelmString& path) { return path; }
+    virtual bool Exists(const CVelmString& path) = 0;
+
+    /// The entries of a folder by name, letter case set aside, "." and ".." left out; nothing when it cannot be read.
+    virtual std::optional<std::vector<CVelmFolderEntry>> List(const CVelmString& folder) = 0;
+};
+
+/// "\" on Windows, "/" elsewhere.
+extern const char16_t FolderSeparator;
+
+/// The folder with FolderSeparator behind it unless it ends with one. An empty folder becomes the separator alone.
+CVelmString WithSeparator(CVelmString folder);
+
+/// The file system of this machine; lives as long as the process.
+CVelmFileSystem& SystemFiles();
+
+}  // namespace velm

@@ -1,0 +1,75 @@
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+
+#include "platform/file.h"
+#include "platform/options_store.h"
+
+namespace velm {
+namespace {
+
+class CVelmOptionsFile : public CVelmOptionsStore {
+public:
+    explicit CVelmOptionsFile(const CVelmString& path) : path_(path) {}
+
+    std::optional<std::vector<std::byte>> Read(std::size_t limit) override {
+        const auto file = path_.empty() ? nullptr : SystemFiles().Open(path_, FileMode::Read);
+        if (!file) {
+            return std::nullopt;
+        }
+        // One byte more than asked for tells a longer file apart.
+        std::vector<std::byte> bytes(limit + 1);
+        const std::int64_t count = file->Read(bytes.data(), bytes.size());
+        if (count < 0 || static_cast<std::size_t>(count) > limit) {
+            return std::nullopt;
+        }
+        bytes.resize(static_cast<std::size_t>(count));
+        return bytes;
+    }
+
+    std::int32_t Write(const void* bytes, std::size_t count) override {
+        if (path_.empty()) {
+            return ENOENT;
+        }
+        std::error_code error;
+        std::filesystem::create_directories(std::filesystem::path(ToUtf8(path_)).parent_path(), error);
+        if (error) {
+            return error.value();
+        }
+        const CVelmString target = SystemFiles().ResolveLinks(path_);
+        const CVelmString draft = target + u".new";
+        if (!WriteDraft(draft, bytes, count) || !SystemFiles().Replace(draft, target)) {
+            const int status = errno != 0 ? errno : EIO;
+            SystemFiles().Remove(draft);
+            return status;
+        }
+        return 0;
+    }
+
+private:
+    static bool WriteDraft(const CVelmString& path, const void* bytes, std::size_t count) {
+        const auto file = SystemFiles().Open(path, FileMode::Write);
+        return file && file->Write(bytes, count) == static_cast<std::int64_t>(count) && file->Flush();
+    }
+
+    CVelmString path_;
+};
+
+}  // namespace
+
+CVelmString DefaultOptionsLocation() {
+    const char* config = std::getenv("XDG_CONFIG_HOME");
+    // A relative path there is to be ignored, as the desktop's rules for that variable say.
+    if (config != nullptr && *config == '/') {
+        return FromUtf8(config) + u"/velmora/options";
+    }
+    const char* home = std::getenv("HOME");
+    return home == nullptr || *home == 0 ? CVelmString() : FromUtf8(home) + u"/.config/velmora/options";
+}
+
+std::unique_ptr<CVelmOptionsStore> OpenOptionsStore(const CVelmString& location) {
+    return std::make_unique<CVelmOptionsFile>(location);
+}
+
+}  // namespace velm

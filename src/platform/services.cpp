@@ -1,0 +1,9 @@
+#include "platform/services.h"
+
+namespace velm {
+
+CVelmServices SystemServices() {
+    return {SystemFiles(), SystemClock(), SystemLocale()};
+}
+
+}  // namespace velm

@@ -1,0 +1,26 @@
+#include <clocale>
+#include <cwctype>
+
+#include "platform/text_case.h"
+
+namespace velm {
+
+namespace {
+
+/// A locale that knows the whole of Unicode whatever the user's own is, so that file names compare the same for all.
+locale_t UnicodeLocale() {
+    static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    return locale;
+}
+
+}  // namespace
+
+char16_t FoldCaseBeyondAscii(char16_t unit) {
+    if (UnicodeLocale() == nullptr) {
+        return unit;
+    }
+    const std::wint_t lower = towlower_l(unit, UnicodeLocale());
+    return lower <= 0xFFFF ? static_cast<char16_t>(lower) : unit;
+}
+
+}  // namespace velm

@@ -1,0 +1,78 @@
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <array>
+
+#include "pocketpc/shell.h"
+#include "pocketpc/shell_classes.h"
+
+namespace {
+
+constexpr const wchar_t* STATE_PROPERTY = L"SipPreference";
+constexpr UINT_PTR FOCUS_SUBCLASS = 1;
+
+bool IsEditBox(HWND control) {
+    std::array<wchar_t, 16> name{};
+    GetClassNameW(control, name.data(), static_cast<int>(name.size()));
+    return lstrcmpiW(name.data(), L"Edit") == 0;
+}
+
+/// The dialog's own procedure with one thing added: the panel follows the focus of its edit boxes.
+LRESULT CALLBACK FollowFocus(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
+    const HWND control = reinterpret_cast<HWND>(lParam);
+    if (message == WM_COMMAND && control != nullptr && IsEditBox(control)) {
+        if (HIWORD(wParam) == EN_SETFOCUS) {
+            SHSipPreference(dialog, SIP_UP);
+        } else if (HIWORD(wParam) == EN_KILLFOCUS) {
+            SHSipPreference(dialog, SIP_DOWN);
+        }
+    } else if (message == WM_NCDESTROY) {
+        RemoveWindowSubclass(dialog, FollowFocus, id);
+    }
+    return DefSubclassProc(dialog, message, wParam, lParam);
+}
+
+LRESULT CALLBACK SipPrefProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_CREATE) {
+        SetWindowSubclass(GetParent(window), FollowFocus, FOCUS_SUBCLASS, 0);
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+/// Keeps the state until the window ends.
+LRESULT CALLBACK DropState(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
+    if (message == WM_NCDESTROY) {
+        RemovePropW(window, STATE_PROPERTY);
+        RemoveWindowSubclass(window, DropState, id);
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
+}
+
+}  // namespace
+
+BOOL SHSipPreference(HWND window, SIPSTATE state) {
+    const HWND top = GetAncestor(window, GA_ROOT);
+    if (top == nullptr) {
+        return FALSE;
+    }
+    if (state == SIP_UNCHANGED) {
+        return TRUE;
+    }
+    // A property of 0 is that of a window that was never asked for, so the state is kept one higher.
+    SetWindowSubclass(top, DropState, FOCUS_SUBCLASS, 0);
+    return SetPropW(top, STATE_PROPERTY, reinterpret_cast<HANDLE>(static_cast<INT_PTR>(state) + 1));
+}
+
+SIPSTATE SHGetSipPreference(HWND window) {
+    const auto kept = reinterpret_cast<INT_PTR>(GetPropW(GetAncestor(window, GA_ROOT), STATE_PROPERTY));
+    return kept == 0 ? SIP_DOWN : static_cast<SIPSTATE>(kept - 1);
+}
+
+BOOL SHInitExtraControls() {
+    WNDCLASSW windowClass{};
+    windowClass.lpfnWndProc = SipPrefProc;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.lpszClassName = L"SIPPREF";
+    return RegisterShellClass(windowClass) && RegisterCommandBarClass();
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/text.h"
+
+namespace velm {
+
+class CVelmCatalog;
+class CVelmOptionsStore;
+
+/// The options record, kept byte for byte: 900 bytes, text as UTF-16LE, unused bytes zero.
+struct CVelmSettings {
+    char16_t openFiles[192] = {};   ///< names of at most six files, each ended by a NUL, the list by one more
+    char16_t dataFolder[128] = {};  ///< ends with a folder separator
+    char16_t updateUrl[128] = {};
+    std::uint32_t twoLineRows = 0;
+};
+static_assert(sizeof(CVelmSettings) == 900);
+
+/// The address of the update list until the user names another. Its host never resolves.
+constexpr CVelmStringView DEFAULT_UPDATE_URL = u"http://updates.corvane.example/velm/convupd.txt";
+
+/// Takes over the stored record when it is 900 bytes of the right type, then gives every empty field but
+/// `twoLineRows` its default. `programFolder` ends with a folder separator; a default data folder that is too long
+/// for its field is left out (DataFolder finds it still). Every text is ended by a NUL afterwards.
+void LoadSettings(CVelmSettings& settings, CVelmOptionsStore& store, const CVelmString& programFolder);
+
+/// The same without the defaults: what is stored, or the record as it was.
+void ReadStoredSettings(CVelmSettings& settings, CVelmOptionsStore& store);
+
+/// Stores the record. Returns the system's status, 0 on success.
+std::int32_t SaveSettings(const CVelmSettings& settings, CVelmOptionsStore& store);
+
+/// Fills `openFiles` with the file names of the catalogue's first six documents. A name that no longer fits whole is
+/// left out.
+void SaveOpenFileList(CVelmSettings& settings, const CVelmCatalog& catalog);
+
+/// The list as CVelmCatalog::AddFiles takes it, and its first name (empty when there is none).
+CVelmStringView OpenFileList(const CVelmSettings& settings);
+CVelmStringView FirstOpenFile(const CVelmSettings& settings);
+
+/// The texts up to their NUL; the folder is the default one when the field is empty, with a separator behind it.
+CVelmString DataFolder(const CVelmSettings& settings, const CVelmString& programFolder);
+CVelmString UpdateUrl(const CVelmSettings& settings);
+
+/// Puts a text into a field, cut after 127 units, the rest of the field zero.
+void SetField(char16_t (&field)[128], CVelmStringView text);
+
+}  // namespace velm

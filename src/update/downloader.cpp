@@ -1,0 +1,118 @@
+#include "update/downloader.h"
+
+#include <algorithm>
+#include <array>
+
+#include "model/file_replacement.h"
+#include "model/file_stream.h"
+#include "model/folder_names.h"
+#include "update/update_file.h"
+
+namespace velm {
+namespace {
+
+/// Removes the local copy of a fetched file at the end of its use.
+class CVelmCacheFileRemover {
+public:
+    CVelmCacheFileRemover(CVelmFileSystem& files, const CVelmString& path) : files_(files), path_(path) {}
+    ~CVelmCacheFileRemover() { files_.Remove(path_); }
+    CVelmCacheFileRemover(const CVelmCacheFileRemover&) = delete;
+    CVelmCacheFileRemover& operator=(const CVelmCacheFileRemover&) = delete;
+
+private:
+    CVelmFileSystem& files_;
+    const CVelmString& path_;
+};
+
+/// True when all that is left of `from` has been written.
+bool CopyRest(CVelmFile& from, CVelmFileStream& to) {
+    std::array<char, 65536> part;
+    for (;;) {
+        const std::int64_t count = from.Read(part.data(), part.size());
+        if (count <= 0) {
+            return count == 0;
+        }
+        if (to.Write(part.data(), static_cast<std::size_t>(count)) < 0) {
+            return false;
+        }
+    }
+}
+
+}  // namespace
+
+bool CVelmDownloader::Run(const CVelmDownloadObserver& observer) {
+    downloadedCount_ = 0;
+    errorText_.clear();
+    for (std::size_t index = 0; index < urls_.size(); ++index) {
+        if (!Download(index, observer)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool CVelmDownloader::Fail(const CVelmString& text) {
+    errorText_ = text;
+    return false;
+}
+
+bool CVelmDownloader::Download(std::size_t index, const CVelmDownloadObserver& observer) {
+    // A copy, because the list grows.
+    const CVelmString url = urls_[index];
+    const auto report = [&](std::uint64_t bytes) { return !observer || observer({index + 1, urls_.size(), bytes}); };
+    if (index >= MOST_DOWNLOADS) {
+        return Fail(u"Error downloading HTTP file: " + url);
+    }
+    const CVelmFetched fetched = report(0) ? fetcher_.Fetch(url, report) : CVelmFetched{FetchStatus::Stopped, {}};
+    if (fetched.status == FetchStatus::Stopped) {
+        return Fail(u"stopped");
+    }
+    if (fetched.status != FetchStatus::Ok) {
+        return Fail(u"Error downloading HTTP file: " + url);
+    }
+    return TakePage(fetched.cacheFile);
+}
+
+bool CVelmDownloader::TakePage(const CVelmString& cacheFile) {
+    const CVelmServices& services = catalog_.Services();
+    const CVelmCacheFileRemover remover(services.files, cacheFile);
+    CVelmFileStream stream(services.files, services.clock);
+    if (!stream.OpenRead(cacheFile)) {
+        return Fail(u"Error opening HTTP cache file: " + cacheFile);
+    }
+    // One address more than may be fetched is enough to tell that there are too many.
+    const CVelmUpdatePage page = ReadUpdatePage(stream, MOST_DOWNLOADS + 1 - std::min(urls_.size(), MOST_DOWNLOADS));
+    stream.Close();
+    urls_.insert(urls_.end(), page.urls.begin(), page.urls.end());
+    if (page.kind != UpdatePageKind::Update || !IsUsableFileName(page.fileName)) {
+        return true;
+    }
+    return StoreUpdate(cacheFile, page.fileName);
+}
+
+bool CVelmDownloader::StoreUpdate(const CVelmString& cacheFile, const CVelmString& fileName) {
+    const CVelmServices& services = catalog_.Services();
+    const CVelmString path = catalog_.Folder() + UpdateFileName(fileName);
+    const auto source = services.files.Open(cacheFile, FileMode::Read);
+    const auto copy = [&source](CVelmFileStream& target) { return CopyRest(*source, target); };
+    if (!source || !ReplaceFile(services, path, copy)) {
+        return Fail(u"Error writing update file: " + path);
+    }
+    ++downloadedCount_;
+    return true;
+}
+
+/// Spelled like the update file that is already there, otherwise like its document, so that letter case never
+/// parts the two.
+CVelmString CVelmDownloader::UpdateFileName(const CVelmString& fileName) const {
+    const CVelmString name = fileName + CVelmString(UPDATE_EXTENSION);
+    if (auto existing = FindInFolder(catalog_.Services().files, catalog_.Folder(), name)) {
+        return *existing;
+    }
+    const int document = catalog_.FindDocument(fileName + CVelmString(ExtensionOfKind(KIND_CONVERSION)));
+    return document < 0
+               ? name
+               : catalog_.documents[static_cast<std::size_t>(document)]->fileName + CVelmString(UPDATE_EXTENSION);
+}
+
+}  // namespace velm

@@ -1,0 +1,85 @@
+#include "update/update_file.h"
+
+#include <algorithm>
+
+#include "model/file_names.h"
+#include "model/file_stream.h"
+#include "platform/fetch.h"
+
+namespace velm {
+namespace {
+
+/// With four more for the extension and two bytes for a character, the longest file name of any system.
+constexpr std::size_t LONGEST_NAME = 120;
+
+CVelmString NameBehind(CVelmStringView line) {
+    line.remove_prefix(FILE_NAME_LINE.size());
+    line.remove_prefix(std::min(line.find_first_not_of(u" \t"), line.size()));
+    return CVelmString(line);
+}
+
+}  // namespace
+
+bool ReadFilledLine(CVelmFileStream& stream, CVelmString& line, std::uint64_t& bytes) {
+    for (;;) {
+        const std::int32_t count = stream.ReadLine(line);
+        const bool hasEnd = static_cast<std::size_t>(std::max(count, 0)) > line.size();
+        // A line without an end that is not the last one was broken off by a failing read.
+        if (count <= 0 || (!hasEnd && stream.Remaining() > 0)) {
+            return false;
+        }
+        bytes += static_cast<std::uint64_t>(count);
+        if (!line.empty()) {
+            return true;
+        }
+    }
+}
+
+CVelmUpdatePage ReadUpdatePage(CVelmFileStream& stream, std::size_t mostUrls) {
+    CVelmUpdatePage page;
+    CVelmString line;
+    std::uint64_t bytes = 0;
+    if (!ReadFilledLine(stream, line, bytes)) {
+        return page;
+    }
+    if (line.starts_with(UPDATE_MAGIC)) {
+        page.kind = UpdatePageKind::Update;
+        while (ReadFilledLine(stream, line, bytes)) {
+            if (StartsWithNoCase(line, FILE_NAME_LINE)) {
+                page.fileName = NameBehind(line);
+                break;
+            }
+        }
+    } else if (line.starts_with(LIST_MAGIC)) {
+        page.kind = UpdatePageKind::List;
+        while (page.urls.size() < mostUrls && ReadFilledLine(stream, line, bytes)) {
+            if (StartsWithNoCase(line, HTTP_SCHEME)) {
+                page.urls.push_back(line);
+            }
+        }
+    }
+    return page;
+}
+
+std::optional<CVelmRateLine> SplitRateLine(CVelmStringView line) {
+    if (line.starts_with(COMMENT_LINE)) {
+        return std::nullopt;
+    }
+    const std::size_t first = line.find(u'\t');
+    const std::size_t second = first == CVelmStringView::npos ? first : line.find(u'\t', first + 1);
+    if (second == CVelmStringView::npos) {
+        return std::nullopt;
+    }
+    const CVelmRateLine rate{line.substr(0, first), line.substr(first + 1, second - first - 1),
+                             line.substr(second + 1)};
+    if (rate.unit1.empty() || rate.unit2.empty() || rate.factor.empty()) {
+        return std::nullopt;
+    }
+    return rate;
+}
+
+bool IsUsableFileName(CVelmStringView name) {
+    return name.size() <= LONGEST_NAME && name.find(u"..") == CVelmStringView::npos && IsFileNameAllowed(name);
+}
+
+}  // namespace velm

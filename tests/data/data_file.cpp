@@ -1,0 +1,76 @@
+#include "data/data_file.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace velm::test {
+
+CVelmString DataFolder() {
+    return WithSeparator(FromUtf8(VELMORA_DATA_FOLDER));
+}
+
+std::vector<CVelmString> DataFileNames(CVelmStringView extension) {
+    std::vector<CVelmString> names;
+    const auto entries = SystemFiles().List(DataFolder());
+    for (const CVelmFolderEntry& entry : entries.value()) {
+        if (EndsWithNoCase(entry.name, extension)) {
+            names.push_back(entry.name);
+        }
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+DataFile::DataFile(const CVelmString& name) {
+    const std::int32_t kind = KindOfFileName(name);
+    document_ = CreateDocument(kind, services_.Services());
+    if (!document_ ||
+        !document_->Load(DataFolder(), true, name.substr(0, name.size() - ExtensionOfKind(kind).size()))) {
+        throw std::runtime_error("cannot load " + ToUtf8(name));
+    }
+}
+
+CVelmConversionDoc& DataFile::Conversions() {
+    return dynamic_cast<CVelmConversionDoc&>(*document_);
+}
+
+CVelmItem& DataFile::Item(CVelmStringView id) {
+    for (const auto& item : document_->items) {
+        if (item->identifier == id) {
+            return *item;
+        }
+    }
+    throw std::runtime_error(ToUtf8(document_->fileName) + " has no " + ToUtf8(id));
+}
+
+void DataFile::ShowAll() {
+    for (const auto& item : document_->items) {
+        item->shown = 1;
+    }
+}
+
+void DataFile::Enter(CVelmItem& item, double value) {
+    item.value = value;
+    item.state = STATE_VALID;
+    document_->currentItem = &item;
+    document_->Recalculate(context_);
+}
+
+void DataFile::Type(CVelmStringView id, CVelmStringView text) {
+    CVelmItem& item = Item(id);
+    double value = 0.0;
+    if (!item.format.ParseValueText(text, context_, value)) {
+        throw std::runtime_error(ToUtf8(id) + " does not take " + ToUtf8(text));
+    }
+    Enter(item, value);
+}
+
+std::string DataFile::Shown(CVelmStringView id) {
+    const CVelmItem& item = Item(id);
+    if (item.state != STATE_VALID) {
+        return item.state == STATE_ERROR ? "Error" : "";
+    }
+    return ToUtf8(item.format.FormatValue(item.value, services_.locale));
+}
+
+}  // namespace velm::test

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "formula/formula_context.h"
+#include "model/document.h"
+#include "support/test_services.h"
+
+namespace velm::test {
+
+/// The folder of the compiled data files, with a separator behind it.
+CVelmString DataFolder();
+
+/// Names of the data folder's files that end in `extension` (".cnv", ".cal", ".htm"), sorted.
+std::vector<CVelmString> DataFileNames(CVelmStringView extension);
+
+/// A shipped data file in memory, used as a user uses it. Throws where a test names what the file does not hold.
+class DataFile {
+public:
+    /// The name with extension.
+    explicit DataFile(const CVelmString& name);
+
+    CVelmDocument& Document() { return *document_; }
+    bool IsConversion() const { return document_->GetKind() == KIND_CONVERSION; }
+    CVelmConversionDoc& Conversions();
+    CVelmItem& Item(CVelmStringView id);
+
+    /// Makes hidden units targets too.
+    void ShowAll();
+
+    /// Enters a value into an item, as a number or as typed, and computes the others.
+    void Enter(CVelmItem& item, double value);
+    void Type(CVelmStringView id, CVelmStringView text);
+
+    /// What the list shows for an item: "" without a value, "Error" after a failure.
+    std::string Shown(CVelmStringView id);
+
+    FormulaContext& Context() { return context_; }
+
+private:
+    TestServices services_;
+    FormulaContext context_{services_.clock};
+    std::unique_ptr<CVelmDocument> document_;
+};
+
+}  // namespace velm::test

@@ -1,0 +1,98 @@
+#include <cstdio>
+#include <cstdlib>
+
+#include "model/file_stream.h"
+#include "support/memory_files.h"
+#include "support/sample_documents.h"
+#include "support/test_services.h"
+#include "update/downloader.h"
+#include "update/merge.h"
+#include "update/update_file.h"
+
+namespace velm::test {
+namespace {
+
+constexpr int MOST_FETCHES = 8;
+
+void Expect(bool holds, const char* what) {
+    if (!holds) {
+        std::fprintf(stderr, "does not hold: %s\n", what);
+        std::abort();
+    }
+}
+
+/// Answers every address with the input, a few times.
+class InputFetcher : public CVelmFetcher {
+public:
+    InputFetcher(MemoryFiles& files, const Bytes& input) : files_(files), input_(input) {}
+
+    CVelmFetched Fetch(const CVelmString& url, const CVelmFetchProgress&) override {
+        Expect(StartsWithNoCase(url, HTTP_SCHEME), "only pages of the web are fetched");
+        if (++fetches_ > MOST_FETCHES) {
+            return {};
+        }
+        files_.Add(u"cached", input_);
+        return {FetchStatus::Ok, u"cached"};
+    }
+
+private:
+    MemoryFiles& files_;
+    const Bytes& input_;
+    int fetches_ = 0;
+};
+
+CVelmString PathOf(CVelmStringView name) {
+    return WithSeparator(u"data") + CVelmString(name);
+}
+
+/// A run writes update files of the data folder and nothing else.
+void Download(const Bytes& input) {
+    MemoryFiles files;
+    TestServices services(files);
+    CVelmCatalog catalog(services.Services());
+    catalog.SetFolder(u"data");
+    InputFetcher fetcher(files, input);
+    CVelmDownloader downloader(catalog, fetcher, u"http://list");
+    downloader.Run();
+    for (const auto& [path, file] : files.files) {
+        const CVelmStringView name = CVelmStringView(path).substr(PathOf(u"").size());
+        Expect(path.starts_with(PathOf(u"")) && name.ends_with(UPDATE_EXTENSION), "an update file of the folder");
+        Expect(IsUsableFileName(name.substr(0, name.size() - UPDATE_EXTENSION.size())), "a name of the folder");
+        Expect(file->bytes == input, "stored as it came");
+    }
+}
+
+/// A merged document is saved and comes back the same, with rates that are numbers.
+void MergeInto(const Bytes& input) {
+    MemoryFiles files;
+    TestServices services(files);
+    FormulaContext context(services.clock);
+    CVelmCatalog catalog(services.Services());
+    catalog.SetFolder(u"data");
+    const auto document = MakeConversionDoc(services.Services(), u"Currency", {u"USD", u"EUR", u"GBP", u"usd"});
+    Join(*document, 0, 1, 0.5, 3.0);
+    Expect(document->Save(catalog.Folder()), "saved");
+    files.Add(PathOf(u"Currency.upd"), input);
+    if (!Merge(*document, catalog, context)) {
+        Expect(!document->IsModified(), "what is not merged is not changed");
+        return;
+    }
+    Expect(!files.Exists(PathOf(u"Currency.upd")), "a merged update is removed");
+    for (const auto& conversion : document->conversions) {
+        Expect(conversion->factor != 0.0 && conversion->factor - conversion->factor == 0.0, "a rate is a number");
+    }
+    const std::string merged = Conversions(*document);
+    CVelmConversionDoc again(services.Services());
+    Expect(again.Load(catalog.Folder(), true, u"Currency"), "loads after the merge");
+    Expect(Conversions(again) == merged, "the same after the merge");
+}
+
+}  // namespace
+}  // namespace velm::test
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const velm::test::Bytes input(data, data + size);
+    velm::test::Download(input);
+    velm::test::MergeInto(input);
+    return 0;
+}

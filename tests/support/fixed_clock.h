@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/clock.h"
+#include "platform/file_time.h"
+
+namespace velm::test {
+
+/// A clock that stands still. Local time is ahead of UTC by `offsetHours`, which must not carry into another day.
+class FixedClock : public CVelmClock {
+public:
+    /// Friday 2024-07-05 09:05:03, the local time unless a test says otherwise.
+    explicit FixedClock(CVelmCalendarTime local = {2024, 7, 5, 9, 5, 3, 6}, int offsetHours = 0)
+        : now(local), offset(offsetHours) {}
+
+    CVelmCalendarTime LocalTime() const override { return now; }
+
+    CVelmCalendarTime UtcTime() const override {
+        CVelmCalendarTime utc = now;
+        utc.hour -= offset;
+        return utc;
+    }
+
+    std::uint64_t LocalFileTime() const override { return fileTime; }
+
+    /// Days are counted from 1601-01-01 as days of January: enough to tell one file time from another.
+    CVelmCalendarTime ToLocalCalendar(std::uint64_t ticks) const override {
+        const auto seconds = static_cast<std::int64_t>(ticks / TICKS_PER_SECOND) + offset * 3600LL;
+        return {1601,
+                1,
+                static_cast<int>(seconds / 86400) + 1,
+                static_cast<int>(seconds / 3600 % 24),
+                static_cast<int>(seconds / 60 % 60),
+                static_cast<int>(seconds % 60),
+                1};
+    }
+
+    CVelmCalendarTime now;
+    int offset;
+    std::uint64_t fileTime = 0;
+};
+
+}  // namespace velm::test

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <atomic>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "platform/text.h"
+#include "support/sockets.h"
+
+namespace velm::test {
+
+/// An HTTP server on a port of 127.0.0.1, on a thread of its own; it stops at the end. A path that nothing was said
+/// about is answered with 404.
+class HttpServer {
+public:
+    HttpServer();
+    ~HttpServer();
+    HttpServer(const HttpServer&) = delete;
+    HttpServer& operator=(const HttpServer&) = delete;
+
+    /// "http://127.0.0.1:PORT" and the path.
+    std::string Address(std::string_view path) const;
+    CVelmString Url(std::string_view path) const { return FromUtf8(Address(path)); }
+
+    /// Answers with a page.
+    void Serve(const std::string& path, std::string_view body);
+
+    /// Answers with these very bytes and cuts the connection.
+    void ServeRaw(const std::string& path, std::string answer);
+
+    void Redirect(const std::string& path, const std::string& address);
+
+    /// Takes the request and never answers.
+    void KeepSilent(const std::string& path);
+
+    /// How often a path was asked for.
+    int Requests(const std::string& path) const;
+
+private:
+    void Run();
+    void Answer(std::unique_ptr<Socket> connection);
+
+    std::unique_ptr<Listener> listener_;
+    mutable std::mutex mutex_;  ///< guards the two maps
+    std::map<std::string, std::string> answers_;
+    std::map<std::string, int> requests_;
+    std::vector<std::unique_ptr<Socket>> silent_;
+    std::atomic<bool> stopping_ = false;
+    std::thread thread_;
+};
+
+}  // namespace velm::test

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/services.h"
+#include "support/fixed_clock.h"
+#include "support/fixed_locale.h"
+
+namespace velm::test {
+
+/// The services of a test: the file system it names, a clock that stands still and a locale of its own.
+class TestServices {
+public:
+    explicit TestServices(CVelmFileSystem& files = SystemFiles()) : files_(files) {}
+
+    CVelmServices Services() { return {files_, clock, locale}; }
+
+    FixedClock clock;
+    FixedLocale locale;
+
+private:
+    CVelmFileSystem& files_;
+};
+
+}  // namespace velm::test

@@ -1,0 +1,81 @@
+#include "update/update_file.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "model/file_stream.h"
+#include "support/memory_files.h"
+#include "support/test_services.h"
+
+namespace velm::test {
+namespace {
+
+/// "list URL URL", "update NAME" or "neither".
+std::string Read(std::string_view bytes, std::size_t mostUrls = 100) {
+    MemoryFiles memory;
+    TestServices services(memory);
+    memory.Add(u"page", Bytes(bytes.begin(), bytes.end()));
+    CVelmFileStream stream(memory, services.clock);
+    EXPECT_TRUE(stream.OpenRead(u"page"));
+    const CVelmUpdatePage page = ReadUpdatePage(stream, mostUrls);
+    std::string text = page.kind == UpdatePageKind::List ? "list" : "neither";
+    for (const CVelmString& url : page.urls) {
+        text += " " + ToUtf8(url);
+    }
+    return page.kind == UpdatePageKind::Update ? "update " + ToUtf8(page.fileName) : text;
+}
+
+TEST(UpdatePage, ListsAreReadWithEveryKindOfLineEnd) {
+    for (const std::string end : {"\r\n", "\n", "\r", "\n\n\r\n"}) {
+        const std::string list =
+            "VLMLST 1" + end + "http://a/1.txt" + end + "# comment" + end + "HTTP://B/2" + end + "https://c" + end;
+        EXPECT_EQ(Read(list), "list http://a/1.txt HTTP://B/2") << testing::PrintToString(end);
+        EXPECT_EQ(Read(list + "http://last"), "list http://a/1.txt HTTP://B/2 http://last");
+    }
+    EXPECT_EQ(Read("\r\nVLMLST\nhttp://a"), "list http://a") << "empty lines do not count";
+    EXPECT_EQ(Read("VLMLST\nhttp://a\nhttp://b\nhttp://c", 2), "list http://a http://b");
+}
+
+TEST(UpdatePage, UpdatesNameTheirFileInTheFirstSuchLine) {
+    EXPECT_EQ(Read("VLMUPD\r\n--comment\r\n--FILE name:  \tCurrency\r\n--File Name:Other\r\n"), "update Currency");
+    EXPECT_EQ(Read("VLMUPD\n--File Name:"), "update ");
+    EXPECT_EQ(Read("VLMUPD\nUSD\tEUR\t0.9\n"), "update ");
+    EXPECT_EQ(Read("VLMUPD\n--File Name:M\xFCnzen"), "update M\u00FCnzen") << "each byte is one character";
+}
+
+TEST(UpdatePage, OtherPagesAskForNothing) {
+    for (const char* page : {"", "\n\n", "<html>\nhttp://a", "vlmlst\nhttp://a", "VLMLS", " VLMUPD\n--File Name:x"}) {
+        EXPECT_EQ(Read(page), "neither") << page;
+    }
+}
+
+TEST(UpdateRateLine, HasThreeFilledFields) {
+    const auto rate = SplitRateLine(u"USD\tEUR\t1/1.0876\trest");
+    ASSERT_TRUE(rate);
+    EXPECT_EQ(rate->unit1, u"USD");
+    EXPECT_EQ(rate->unit2, u"EUR");
+    EXPECT_EQ(rate->factor, u"1/1.0876\trest") << "the last field is the rest of the line";
+    for (const char16_t* line : {u"", u"USD", u"USD\tEUR", u"USD\tEUR\t", u"\tEUR\t1", u"USD\t\t1", u"--USD\tEUR\t1"}) {
+        EXPECT_FALSE(SplitRateLine(line)) << ToUtf8(line);
+    }
+}
+
+TEST(UpdateFileName, OfTheNetworkMayNotLeaveTheFolderOrNameADevice) {
+    for (const char16_t* name : {u"Currency", u"Shoe sizes", u"M\u00FCnzen", u"a.b", u".hidden", u"Console", u"com",
+                                 u"COM10", u"Common", u"x con", u"lpta"}) {
+        EXPECT_TRUE(IsUsableFileName(name)) << ToUtf8(name);
+    }
+    for (const char16_t* name :
+         {u"",       u"..\\..\\x", u"../x",      u"a/b",    u"a\\b",   u"C:x", u"..",   u"a..b",     u"con",
+          u"CON",    u"con.x",     u"con .x",    u"nul ",   u"Aux",    u"prn", u"COM1", u"lpt9.cnv", u"com\u00B2",
+          u"CONIN$", u"tab\there", u"line\nend", u"\u007F", u"\u0085", u"a*",  u"a?",   u"a|b"}) {
+        EXPECT_FALSE(IsUsableFileName(name)) << ToUtf8(name);
+    }
+    EXPECT_FALSE(IsUsableFileName(CVelmString(u"a\0b", 3)));
+    EXPECT_TRUE(IsUsableFileName(CVelmString(120, u'n')));
+    EXPECT_FALSE(IsUsableFileName(CVelmString(121, u'n')));
+}
+
+}  // namespace
+}  // namespace velm::test

@@ -1,0 +1,177 @@
+#include "listview/bitmap.h"
+
+#include <gtest/gtest.h>
+
+#include "app/display_scale.h"
+#include "resource.h"
+#include "support/picture.h"
+#include "support/test_resource.h"
+#include "support/test_window.h"
+
+namespace velm::test {
+namespace {
+
+constexpr COLORREF WHITE = RGB(255, 255, 255);
+constexpr COLORREF TINT = RGB(0, 100, 200);
+
+/// What drawing puts on a memory bitmap that was blue-green before.
+template <typename Draw>
+Picture Drawn(int width, int height, Draw draw) {
+    const HDC screen = GetDC(nullptr);
+    const CVelmBitmapHandle bitmap(CreateCompatibleBitmap(screen, width, height));
+    const CVelmMemoryDc memory(CreateCompatibleDC(screen));
+    ReleaseDC(nullptr, screen);
+    const CVelmSelect select(memory.get(), bitmap.get());
+    FillColor(memory.get(), {0, 0, width, height}, RGB(0, 77, 77));
+    draw(memory.get());
+    return Picture::OfDc(memory.get(), width, height);
+}
+
+Picture WholePicture(const CVelmBitmap& bitmap) {
+    return Drawn(bitmap.PixelWidth(), bitmap.PixelHeight(), [&bitmap](HDC dc) { bitmap.DrawAtOrigin(dc); });
+}
+
+TEST(MixColor, LightensEachChannelByWholeNumbers) {
+    EXPECT_EQ(MixColor(255, RGB(0, 128, 255)), WHITE);
+    EXPECT_EQ(MixColor(0, RGB(0, 0, 0)), RGB(1, 1, 1));
+    EXPECT_EQ(MixColor(0, WHITE), WHITE);
+    // 255 - 255 x 115 / 256, 255 - 155 x 115 / 256 and 255 - 55 x 115 / 256, each cut to a whole number before the
+    // subtraction.
+    EXPECT_EQ(MixColor(140, TINT), RGB(255 - 114, 255 - 69, 255 - 24));
+}
+
+TEST(Tint, KeepsGreysAndGivesTheRestTheTintAtItsOwnBrightness) {
+    for (const BYTE grey : {BYTE{0}, BYTE{1}, BYTE{128}, BYTE{255}}) {
+        EXPECT_EQ(TintColor(RGB(grey, grey, grey), TINT), RGB(grey, grey, grey));
+    }
+    // Red: brightness sqrt(255 x 255 / 3) = 147, darkness 108.
+    EXPECT_EQ(TintColor(RGB(255, 0, 0), TINT), RGB(255 - 255 * 108 / 256, 255 - 155 * 108 / 256, 255 - 55 * 108 / 256));
+    EXPECT_EQ(TintColor(RGB(0, 0, 1), RGB(0, 0, 0)), RGB(1, 1, 1)) << "the darkest colour that is no grey";
+}
+
+TEST(Bitmap, TakesTheTintPixelForPixel) {
+    const Picture colors = WholePicture(CVelmBitmap(IDB_TEST_FOUR_COLORS, TINT, false));
+    ASSERT_EQ(colors.Width(), 4);
+    EXPECT_EQ(colors.At(0, 0), RGB(0, 0, 0));
+    EXPECT_EQ(colors.At(1, 0), RGB(128, 128, 128));
+    EXPECT_EQ(colors.At(2, 0), TintColor(RGB(255, 0, 0), TINT));
+    EXPECT_EQ(colors.At(3, 0), WHITE);
+
+    const Picture plain = WholePicture(CVelmBitmap(IDB_FORMAT_ICONS, false));
+    const Picture tinted = WholePicture(CVelmBitmap(IDB_FORMAT_ICONS, TINT, false));
+    ASSERT_EQ(plain.Width(), 8 * 16);
+    int recoloured = 0;
+    for (int y = 0; y < plain.Height(); ++y) {
+        for (int x = 0; x < plain.Width(); ++x) {
+            ASSERT_EQ(tinted.At(x, y), TintColor(plain.At(x, y), TINT)) << "at " << x << ", " << y;
+            recoloured += tinted.At(x, y) != plain.At(x, y) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(recoloured, 0) << "the format icons have no colour to tint";
+}
+
+TEST(Bitmap, FormatIconsTellEightFormatsApart) {
+    const CVelmBitmap icons(IDB_FORMAT_ICONS, false);
+    std::vector<Picture> pictures;
+    for (int i = 0; i < 8; ++i) {
+        const Picture picture = Drawn(16, 16, [&](HDC dc) { icons.DrawPart(dc, {0, 0, 16, 16}, i * 16, 0); });
+        for (std::size_t other = 0; other < pictures.size(); ++other) {
+            EXPECT_NE(pictures[other], picture) << "icons " << other << " and " << i;
+        }
+        pictures.push_back(picture);
+    }
+}
+
+TEST(Bitmap, WithoutAColourTableIsNotTintedAndNotReloaded) {
+    CVelmBitmap bitmap(IDB_TEST_TRUE_COLOR, TINT, false);
+    const Picture before = WholePicture(bitmap);
+    EXPECT_EQ(before.At(0, 0), RGB(255, 0, 0));
+    EXPECT_EQ(before.At(1, 0), RGB(0, 255, 0));
+    EXPECT_EQ(before.At(0, 1), RGB(0, 0, 255));
+    EXPECT_EQ(before.At(1, 1), WHITE);
+
+    const HBITMAP handle = bitmap.Handle();
+    EXPECT_FALSE(bitmap.Reload(IDB_TEST_TRUE_COLOR, RGB(9, 9, 9)));
+    EXPECT_EQ(bitmap.Handle(), handle);
+    EXPECT_FALSE(bitmap.Reload(12345, TINT));
+    EXPECT_EQ(WholePicture(bitmap), before);
+    EXPECT_TRUE(bitmap.Reload(IDB_TEST_FOUR_COLORS, RGB(255, 0, 0)));
+    EXPECT_EQ(bitmap.PixelWidth(), 4);
+    EXPECT_EQ(WholePicture(bitmap).At(2, 0), TintColor(RGB(255, 0, 0), RGB(255, 0, 0)));
+}
+
+TEST(Bitmap, ThatIsMissingHasNoSizeAndDrawsNothing) {
+    const CVelmBitmap bitmap(12345, TINT, true);
+    EXPECT_EQ(bitmap.PixelWidth(), 0);
+    EXPECT_EQ(bitmap.PixelHeight(), 0);
+    const Picture untouched = Drawn(4, 4, [](HDC) {});
+    EXPECT_EQ(Drawn(4, 4, [&bitmap](HDC dc) { bitmap.Draw(dc, 0, 0); }), untouched);
+}
+
+TEST(Bitmap, FollowsTheScreensScaleWhenAsked) {
+    const CVelmBitmap following(IDB_TEST_FOUR_COLORS, TINT, true);
+    EXPECT_EQ(following.DrawnWidth(), 4 * DisplayScale());
+    EXPECT_EQ(CVelmBitmap(IDB_TEST_FOUR_COLORS, TINT, false).DrawnWidth(), 4);
+
+    const int scale = DisplayScale();
+    const Picture picture = Drawn(20, 10, [&](HDC dc) { following.Draw(dc, 3, 2); });
+    for (int x = 0; x < 4 * scale; ++x) {
+        EXPECT_EQ(picture.At(3 + x, 2), WholePicture(following).At(x / scale, 0)) << x;
+        EXPECT_EQ(picture.At(3 + x, 1 + scale), picture.At(3 + x, 2)) << x;
+    }
+    EXPECT_EQ(picture.At(2, 2), RGB(0, 77, 77));
+    EXPECT_EQ(picture.At(3 + 4 * scale, 2), RGB(0, 77, 77));
+    EXPECT_EQ(picture.At(3, 2 + scale), RGB(0, 77, 77));
+}
+
+TEST(Bitmap, DrawsABareHandleUnscaled) {
+    const CVelmBitmap bitmap(IDB_TEST_FOUR_COLORS, true);
+    const Picture picture = Drawn(8, 3, [&bitmap](HDC dc) { CVelmBitmap::DrawHandle(dc, bitmap.Handle(), 2, 1); });
+    EXPECT_EQ(picture.At(4, 1), RGB(255, 0, 0));
+    EXPECT_EQ(picture.At(5, 1), WHITE);
+    EXPECT_EQ(picture.At(6, 1), RGB(0, 77, 77));
+    EXPECT_EQ(picture.At(4, 2), RGB(0, 77, 77));
+}
+
+/// The colour of the test background at a point of the screen.
+COLORREF BackgroundAt(int x, int y, int scale) {
+    const int level = ((y / scale) % 5 + 1) * 10 + ((x / scale) % 4 == 0 ? 1 : 0);
+    return RGB(level, level, level);
+}
+
+TEST(Background, StaysInPlaceOnTheScreenWhereverTheWindowLies) {
+    TestWindow window;
+    for (const bool follow : {false, true}) {
+        const CVelmBitmap background(IDB_TEST_BACKGROUND, follow);
+        const int scale = background.IsDoubled() ? 2 : 1;
+        for (const POINT place : {POINT{0, 0}, POINT{1, 1}, POINT{3, 2}, POINT{2, 7}}) {
+            SetWindowPos(window.Handle(), nullptr, place.x, place.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+            const RECT area{3, 1, 20, 24};
+            const Picture picture =
+                Drawn(30, 30, [&](HDC dc) { CVelmBitmap::PaintBackground(&background, window.Handle(), dc, area); });
+            // Doubled rows begin at even places of the screen, so the first pixel may lie one before the rectangle.
+            const int left = scale == 2 ? ((area.left + place.x) / 2) * 2 - place.x : area.left;
+            const int top = scale == 2 ? ((area.top + place.y) / 2) * 2 - place.y : area.top;
+            for (int y = 0; y < 30; ++y) {
+                for (int x = 0; x < 30; ++x) {
+                    const bool inside = x >= left && x < area.right && y >= top && y < area.bottom;
+                    const COLORREF expected = inside ? BackgroundAt(x + place.x, y + place.y, scale) : RGB(0, 77, 77);
+                    ASSERT_EQ(picture.At(x, y), expected)
+                        << "at " << x << ", " << y << " of a window at " << place.x << ", " << place.y;
+                }
+            }
+        }
+    }
+}
+
+TEST(Background, IsWhiteWithoutABitmap) {
+    TestWindow window;
+    const Picture picture = Drawn(20, 20, [&](HDC dc) {
+        CVelmBitmap::PaintBackground(nullptr, window.Handle(), dc, {5, 5, 15, 15});
+    });
+    EXPECT_EQ(picture.Count({0, 0, 20, 20}, WHITE), 100);
+    EXPECT_TRUE(picture.IsAll({5, 5, 15, 15}, WHITE));
+}
+
+}  // namespace
+}  // namespace velm::test

@@ -1,0 +1,252 @@
+#include "support/running_program.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+
+#include "app/wide_text.h"
+#include "platform/services.h"
+#include "resource.h"
+#include "support/waiting.h"
+
+namespace velm::test {
+namespace {
+
+constexpr const wchar_t* HELPER_CLASS = L"VelmoraTestHelper";
+constexpr UINT MESSAGE_CALL = WM_APP + 1;
+constexpr UINT MESSAGE_MARK = WM_APP + 2;
+constexpr UINT CALL_PATIENCE_MS = 20000;
+
+/// Commands that are posted while a message is handled come behind it, and may post again.
+constexpr int SETTLE_ROUNDS = 4;
+
+LRESULT CALLBACK HelperProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == MESSAGE_CALL) {
+        (*reinterpret_cast<const std::function<void()>*>(lParam))();
+        return 1;
+    }
+    if (message == MESSAGE_MARK) {
+        SetEvent(reinterpret_cast<HANDLE>(lParam));
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+HWND CreateHelper() {
+    WNDCLASSW windowClass{};
+    windowClass.lpfnWndProc = HelperProc;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.lpszClassName = HELPER_CLASS;
+    RegisterClassW(&windowClass);
+    return CreateWindowExW(0, HELPER_CLASS, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance, nullptr);
+}
+
+LPARAM Place(int x, int y) {
+    return MAKELPARAM(static_cast<WORD>(x), static_cast<WORD>(y));
+}
+
+}  // namespace
+
+RunningProgram::RunningProgram()
+    : keyPath_(u"Software\\Corvane\\VelmoraTest\\" + FromUtf8(std::to_string(GetCurrentProcessId()))),
+      options_(OpenOptionsStore(keyPath_)) {
+    CreateDirectoryW(Wide(DataFolder()), nullptr);
+    StoreSettings([this](CVelmSettings& settings) { SetField(settings.dataFolder, DataFolder()); });
+}
+
+RunningProgram::~RunningProgram() {
+    Close();
+    RegDeleteTreeW(HKEY_CURRENT_USER, Wide(keyPath_));
+}
+
+CVelmString RunningProgram::ProgramFolder() const {
+    return WithSeparator(folder_.Path());
+}
+
+CVelmString RunningProgram::DataFolder() const {
+    return ProgramFolder() + u"Conversions\\";
+}
+
+void RunningProgram::StoreSettings(const std::function<void(CVelmSettings&)>& change) const {
+    CVelmSettings settings = StoredSettings();
+    change(settings);
+    EXPECT_EQ(SaveSettings(settings, *options_), 0);
+}
+
+CVelmSettings RunningProgram::StoredSettings() const {
+    CVelmSettings settings;
+    ReadStoredSettings(settings, *options_);
+    return settings;
+}
+
+std::vector<std::byte> RunningProgram::StoredBytes() const {
+    return options_->Read(sizeof(CVelmSettings) * 2).value_or(std::vector<std::byte>{});
+}
+
+void RunningProgram::StoreRecentFiles(const std::vector<CVelmString>& names) const {
+    StoreSettings([&names](CVelmSettings& settings) {
+        std::fill(std::begin(settings.openFiles), std::end(settings.openFiles), u'\0');
+        char16_t* next = settings.openFiles;
+        for (const CVelmString& name : names) {
+            next = std::copy(name.begin(), name.end(), next) + 1;
+        }
+    });
+}
+
+bool RunningProgram::Start() {
+    const HANDLE started = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    thread_ = std::thread([this, started] { Run(started); });
+    const bool up = WaitForSingleObject(started, CALL_PATIENCE_MS) == WAIT_OBJECT_0 && frame_ != nullptr;
+    CloseHandle(started);
+    if (up) {
+        Settle();
+    }
+    return up;
+}
+
+void RunningProgram::Run(HANDLE started) {
+    threadId_ = GetCurrentThreadId();
+    helper_ = CreateHelper();
+    CVelmApplication application(SystemServices(), *options_, ProgramFolder());
+    const bool up = application.InitInstance(SW_SHOWNORMAL);
+    if (up) {
+        frame_ = application.Frame();
+        window_ = frame_->Handle();
+    }
+    SetEvent(started);
+    if (up) {
+        exitStatus_ = application.Run();
+        frame_ = nullptr;
+        application.ExitInstance();
+    }
+    DestroyWindow(helper_);
+    UnregisterClassW(WINDOW_CLASS, GetModuleHandleW(nullptr));
+}
+
+bool RunningProgram::Close() {
+    if (!thread_.joinable()) {
+        return true;
+    }
+    PostMessageW(window_, WM_CLOSE, 0, 0);
+    const auto handle = reinterpret_cast<HANDLE>(pthread_gethandle(thread_.native_handle()));
+    if (WaitForSingleObject(handle, CALL_PATIENCE_MS) != WAIT_OBJECT_0) {
+        std::fprintf(stderr, "The program does not end; neither can its test.\n");
+        std::abort();
+    }
+    thread_.join();
+    return exitStatus_ == 0;
+}
+
+HWND RunningProgram::CommandBar() const {
+    return FindWindowExW(window_, nullptr, L"VlCommandBar", nullptr);
+}
+
+void RunningProgram::Call(const std::function<void()>& function) const {
+    DWORD_PTR answered = 0;
+    const LRESULT sent = SendMessageTimeoutW(helper_, MESSAGE_CALL, 0, reinterpret_cast<LPARAM>(&function), SMTO_BLOCK,
+                                             CALL_PATIENCE_MS, &answered);
+    ASSERT_TRUE(sent != 0 && answered == 1) << "the program's thread does not answer";
+}
+
+bool RunningProgram::Eventually(const std::function<bool(CVelmFrame&)>& condition) {
+    return WaitUntil([&] { return Ask(condition); });
+}
+
+void RunningProgram::Settle() {
+    const HANDLE reached = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    for (int round = 0; round < SETTLE_ROUNDS; ++round) {
+        PostMessageW(helper_, MESSAGE_MARK, 0, reinterpret_cast<LPARAM>(reached));
+        EXPECT_EQ(WaitForSingleObject(reached, CALL_PATIENCE_MS), WAIT_OBJECT_0) << "the program hangs";
+    }
+    CloseHandle(reached);
+    Call([this] { RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN); });
+}
+
+void RunningProgram::PenDown(HWND window, int x, int y) const {
+    PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, Place(x, y));
+}
+
+void RunningProgram::PenMove(HWND window, int x, int y) const {
+    PostMessageW(window, WM_MOUSEMOVE, MK_LBUTTON, Place(x, y));
+}
+
+void RunningProgram::PenUp(HWND window, int x, int y) const {
+    PostMessageW(window, WM_LBUTTONUP, 0, Place(x, y));
+}
+
+void RunningProgram::Tap(HWND window, int x, int y) const {
+    PenDown(window, x, y);
+    PenUp(window, x, y);
+}
+
+void RunningProgram::RightClick(HWND window, int x, int y) const {
+    PostMessageW(window, WM_RBUTTONDOWN, MK_RBUTTON, Place(x, y));
+    PostMessageW(window, WM_RBUTTONUP, 0, Place(x, y));
+}
+
+void RunningProgram::Wheel(int distance) const {
+    PostMessageW(Focus(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(distance)), 0);
+}
+
+void RunningProgram::Key(WORD key, WORD held) {
+    const auto hold = [this, held](bool down) {
+        Call([held, down] {
+            std::array<BYTE, 256> keys{};
+            GetKeyboardState(keys.data());
+            keys[held] = down ? 0x80 : 0;
+            SetKeyboardState(keys.data());
+        });
+    };
+    if (held != 0) {
+        hold(true);
+    }
+    const bool alt = held == VK_MENU;
+    const LPARAM context = alt ? LPARAM{1} << 29 : 0;
+    PostMessageW(Focus(), alt ? WM_SYSKEYDOWN : WM_KEYDOWN, key, context | 1);
+    PostMessageW(Focus(), alt ? WM_SYSKEYUP : WM_KEYUP, key, context | static_cast<LPARAM>(0xC0000001));
+    if (held != 0) {
+        if (alt) {
+            WaitUntil([this] { return !ThreadWindows(threadId_, L"#32768").empty(); }, std::chrono::milliseconds(200));
+        } else {
+            Settle();
+        }
+        hold(false);
+    }
+}
+
+void RunningProgram::Type(std::string_view text) const {
+    for (const char16_t unit : FromUtf8(text)) {
+        PostMessageW(Focus(), WM_CHAR, unit, 1);
+    }
+}
+
+void RunningProgram::Command(WORD id) const {
+    PostMessageW(window_, WM_COMMAND, MAKEWPARAM(id, 0), 0);
+}
+
+HWND RunningProgram::Focus() const {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof(info);
+    GetGUIThreadInfo(threadId_, &info);
+    return info.hwndFocus;
+}
+
+void RunningProgram::Resize(int width, int height) {
+    Call([this, width, height] {
+        RECT area{0, 0, width, height};
+        AdjustWindowRectEx(&area, static_cast<DWORD>(GetWindowLongPtrW(window_, GWL_STYLE)), FALSE, 0);
+        SetWindowPos(window_, nullptr, 0, 0, static_cast<int>(area.right - area.left),
+                     static_cast<int>(area.bottom - area.top), SWP_NOZORDER | SWP_NOMOVE | SWP_NOACTIVATE);
+    });
+    Settle();
+}
+
+RECT PlaceOf(HWND window) {
+    RECT area{};
+    GetWindowRect(window, &area);
+    MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&area), 2);
+    return area;
+}
+
+}  // namespace velm::test

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "app/application.h"
+#include "app/main_frame.h"
+#include "platform/options_store.h"
+#include "settings/settings.h"
+#include "support/popups.h"
+#include "support/temporary_folder.h"
+
+namespace velm::test {
+
+/// The program itself, running on a thread of its own with a data folder and a registry key of its own, and a user
+/// on the test's thread who taps, types, chooses and looks.
+class RunningProgram {
+public:
+    /// Makes the folder and the key. The program starts with Start.
+    RunningProgram();
+
+    /// Closes the program and removes the folder and the key.
+    ~RunningProgram();
+    RunningProgram(const RunningProgram&) = delete;
+    RunningProgram& operator=(const RunningProgram&) = delete;
+
+    /// The data folder, with a separator behind it. The program's own folder is the one above it.
+    CVelmString DataFolder() const;
+    CVelmString ProgramFolder() const;
+
+    /// What the next start finds in the registry, and what is there now.
+    void StoreSettings(const std::function<void(CVelmSettings&)>& change) const;
+    CVelmSettings StoredSettings() const;
+    std::vector<std::byte> StoredBytes() const;
+    void StoreRecentFiles(const std::vector<CVelmString>& names) const;
+
+    /// Starts the program. False when it does not come up.
+    bool Start();
+
+    /// Closes the window as its close button does and waits until the program has ended. False when it does not end.
+    bool Close();
+    bool IsRunning() const { return frame_ != nullptr; }
+
+    DWORD Thread() const { return threadId_; }
+    HWND Frame() const { return window_; }
+    HWND List() const { return GetDlgItem(window_, 1021); }
+    HWND Panel() const { return GetDlgItem(window_, 1022); }
+    HWND CommandBar() const;
+
+    /// Runs a function on the program's thread, between its messages, and gives back what it gives back. Modal
+    /// dialogs, menus and message boxes let it through too.
+    template <typename Function>
+    auto Ask(Function function) {
+        using Answer = std::invoke_result_t<Function, CVelmFrame&>;
+        if constexpr (std::is_void_v<Answer>) {
+            Call([&] { function(*frame_); });
+        } else {
+            Answer answer{};
+            Call([&] { answer = function(*frame_); });
+            return answer;
+        }
+    }
+
+    /// Waits until a condition, asked on the program's thread, holds. False when it does not hold in time.
+    bool Eventually(const std::function<bool(CVelmFrame&)>& condition);
+
+    /// Waits until the program has done everything that is in its queue, painting included.
+    void Settle();
+
+    /// The pen, in client coordinates of a window.
+    void PenDown(HWND window, int x, int y) const;
+    void PenMove(HWND window, int x, int y) const;
+    void PenUp(HWND window, int x, int y) const;
+    void Tap(HWND window, int x, int y) const;
+    void RightClick(HWND window, int x, int y) const;
+    void Wheel(int distance) const;
+
+    /// A key pressed and released in the window that has the focus, with VK_CONTROL, VK_SHIFT or VK_MENU held.
+    void Key(WORD key, WORD held = 0);
+    void Type(std::string_view text) const;
+
+    /// A command as a menu sends it.
+    void Command(WORD id) const;
+
+    /// The window that has the focus.
+    HWND Focus() const;
+
+    /// Makes the client area as large as given, the command bar included, and waits for the layout.
+    void Resize(int width, int height);
+
+    std::optional<OpenMenu> WaitForMenu() const { return test::WaitForMenu(threadId_); }
+    std::optional<OpenMessageBox> WaitForMessageBox() const { return test::WaitForMessageBox(threadId_); }
+    HWND WaitForDialog() const { return test::WaitForDialog(threadId_); }
+
+private:
+    void Run(HANDLE started);
+    void Call(const std::function<void()>& function) const;
+
+    TemporaryFolder folder_;
+    CVelmString keyPath_;
+    std::unique_ptr<CVelmOptionsStore> options_;
+    std::thread thread_;
+    DWORD threadId_ = 0;
+    HWND helper_ = nullptr;  ///< a window of the program's thread that runs what the test asks
+    HWND window_ = nullptr;
+    CVelmFrame* frame_ = nullptr;  ///< not owned
+    int exitStatus_ = -1;
+};
+
+/// Where a window lies in its parent's client area.
+RECT PlaceOf(HWND window);
+
+}  // namespace velm::test

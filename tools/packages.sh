@@ -1,0 +1,47 @@
+# Sourced by run.sh and test.sh: which Debian packages each job needs, and how they get here.
+
+BUILD_PACKAGES="g++ cmake ninja-build libcli11-dev libtomlplusplus-dev nlohmann-json3-dev libfmt-dev
+    libcurl4-openssl-dev libpugixml-dev"
+WINDOWS_PACKAGES="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64 fonts-wine"
+TEST_PACKAGES="googletest clang clang-format clang-tidy libclang-rt-14-dev python3 git xvfb imagemagick"
+
+# Installs the packages that are missing. Says nothing and asks no network when none is.
+need_packages() {
+    missing=
+    for package in "$@"; do
+        status=$(dpkg-query -W -f '${Status}' "$package" 2>/dev/null || true)
+        [ "$status" = "install ok installed" ] || missing="$missing $package"
+    done
+    [ -n "$missing" ] || return 0
+
+    echo "Installing:$missing"
+    as_root=
+    [ "$(id -u)" -eq 0 ] || as_root=sudo
+    if [ -n "$as_root" ] && ! command -v sudo >/dev/null; then
+        echo "These packages are missing and only root can install them:$missing" >&2
+        return 1
+    fi
+    log=$(mktemp)
+    # shellcheck disable=SC2086  # a list of words
+    if ! { $as_root apt-get update && DEBIAN_FRONTEND=noninteractive $as_root \
+        apt-get install -y --no-install-recommends $missing; } >"$log" 2>&1 </dev/null; then
+        cat "$log" >&2
+        rm -f "$log"
+        echo "Could not install:$missing" >&2
+        return 1
+    fi
+    rm -f "$log"
+}
+
+# Configures and builds a preset. Quiet unless it fails: then the compiler's own words are shown.
+build_preset() {
+    preset=$1
+    shift
+    mkdir -p build
+    log=build/$preset.log
+    if ! { cmake --preset "$preset" && cmake --build --preset "$preset" "$@"; } >"$log" 2>&1; then
+        grep -vE '^\[[0-9]+/[0-9]+\] (Building|Linking)' "$log" | tail -n 100 >&2
+        echo "Building '$preset' failed; all of it is in $log" >&2
+        return 1
+    fi
+}
