@@ -313,9 +313,14 @@ LRESULT CVelmFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
             program_.formatIcons.Reload(IDB_FORMAT_ICONS, BaseColor());
             RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
             break;
+        case WM_CLOSE:
+            if (!MayClose()) {
+                return 0;
+            }
+            break;
         case WM_ENDSESSION:
             if (wParam != FALSE) {
-                OnEndSession();
+                WriteEverything();
             }
             return 0;
         case WM_DESTROY:
@@ -396,17 +401,21 @@ bool CVelmFrame::OnSysCommand(WPARAM command, LPARAM key) {
     return CommandBar_OpenMenu(commandBar_, static_cast<wchar_t>(key));
 }
 
-void CVelmFrame::OnEndSession() {
+bool CVelmFrame::MayClose() {
+    return SaveDocument() || MessageBoxW(Handle(), L"Do you want to close and lose what was edited?", L"Save",
+                                         MB_YESNO | MB_DEFBUTTON2 | MB_ICONQUESTION) == IDYES;
+}
+
+void CVelmFrame::WriteEverything() {
     if (document_ != nullptr && document_->IsModified()) {
-        document_->Save(catalog_.Folder());  // no time is left to tell of a failure
+        document_->Save(catalog_.Folder());  // nobody is there any more to be told of a failure
     }
     SaveOpenFileList(program_.settings, catalog_);
     SaveSettings(program_.settings, program_.options);
 }
 
 void CVelmFrame::OnDestroy() {
-    SaveDocument();
-    SaveOpenFileList(program_.settings, catalog_);
+    WriteEverything();
     PostQuitMessage(0);
 }
 

@@ -83,7 +83,12 @@ private:
     void OnInitMenu(HMENU menu) const;
     void OnActivate(bool active);
     bool OnSysCommand(WPARAM command, LPARAM key);
-    void OnEndSession();
+
+    /// Whether the edits are written or the user gives them up.
+    bool MayClose();
+
+    /// At the program's end: the document's edits and the settings.
+    void WriteEverything();
     void OnDestroy();
 
     CVelmProgram program_;

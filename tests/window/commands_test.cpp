@@ -116,6 +116,15 @@ TEST_F(CommandsTest, AnEditThatCannotBeSavedIsToldAndKept) {
     EXPECT_EQ(box->Icon(), IDI_ERROR);
     EXPECT_TRUE(box->Press(IDOK));
     EXPECT_EQ(Names(), "kilometers yards ") << "the edit stays";
+    PostMessageW(program.Frame(), WM_CLOSE, 0, 0);
+    const auto again = program.WaitForMessageBox();
+    ASSERT_TRUE(again && again->Press(IDOK));
+    const auto question = program.WaitForMessageBox();
+    ASSERT_TRUE(question);
+    EXPECT_EQ(question->Text(), "Do you want to close and lose what was edited?");
+    EXPECT_TRUE(question->Press(IDNO));
+    program.Settle();
+    EXPECT_TRUE(IsWindow(program.Frame()));
     ASSERT_TRUE(MoveFileW(Wide(away), Wide(folder.substr(0, folder.size() - 1))));
     EXPECT_TRUE(program.Close());
     EXPECT_EQ(LoadFile(program, u"Distances.cnv")->items[0]->shown, 0) << "and reaches the file as soon as it can";
