@@ -54,8 +54,8 @@ protected:
         }
         SetText(IDC_FACTOR, u"1");
         SetText(IDC_OFFSET, u"0");
-        SetText(IDC_FORWARD, {}, FORMULA_TEXT_MAX);
-        SetText(IDC_REVERSE, {}, FORMULA_TEXT_MAX);
+        SetText(IDC_FORWARD, {}, DIALOG_FREE_TEXT_MAX);
+        SetText(IDC_REVERSE, {}, DIALOG_FREE_TEXT_MAX);
         ShowControls(LINEAR_CONTROLS, !advanced_);
         ShowControls(FORMULA_CONTROLS, advanced_);
         SHSipPreference(Handle(), SIP_UP);
@@ -104,15 +104,15 @@ private:
         EntryFault fault = EntryFault::None;
         if (advanced_) {
             made->formulaFlag = 1;
-            made->forwardFormula = Text(IDC_FORWARD, FORMULA_TEXT_MAX);
-            made->reverseFormula = Text(IDC_REVERSE, FORMULA_TEXT_MAX);
+            made->forwardFormula = Text(IDC_FORWARD, DIALOG_FREE_TEXT_MAX);
+            made->reverseFormula = Text(IDC_REVERSE, DIALOG_FREE_TEXT_MAX);
             fault = CheckFormulaPair(made->forwardFormula, made->reverseFormula);
         } else {
             fault = TakeLinearEntry({Text(IDC_FACTOR), Text(IDC_OFFSET)}, context_, *made);
         }
         for (const FaultText& text : FAULT_TEXTS) {
             if (text.fault == fault) {
-                Stop(text.control, u"\"" + Text(text.control, FORMULA_TEXT_MAX) + u"\"" + text.text);
+                Stop(text.control, u"\"" + Text(text.control, DIALOG_FREE_TEXT_MAX) + u"\"" + text.text);
                 return false;
             }
         }

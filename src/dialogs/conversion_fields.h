@@ -14,9 +14,6 @@ constexpr std::array<WORD, 5> LINEAR_CONTROLS = {IDC_UNIT1_LABEL, IDC_UNIT2_LABE
                                                  IDC_OFFSET};
 constexpr std::array<WORD, 4> FORMULA_CONTROLS = {IDC_FORWARD_LABEL, IDC_REVERSE_LABEL, IDC_FORWARD, IDC_REVERSE};
 
-/// What a formula box takes at most, in UTF-16 units; far below what a file takes.
-constexpr std::size_t FORMULA_TEXT_MAX = 32000;
-
 /// Pixels of an ordinary screen that both rows of fields need.
 constexpr int CONVERSION_FIELDS_HEIGHT = 2 * DIALOG_ROW_HEIGHT;
 

@@ -109,8 +109,8 @@ private:
                                   Send(IDC_CONVERSION_LIST, LB_GETITEMDATA, static_cast<WPARAM>(row)));
         const bool formula = selected_ != nullptr && selected_->IsFormula();
         if (formula) {
-            SetText(IDC_FORWARD, selected_->forwardFormula, FORMULA_TEXT_MAX);
-            SetText(IDC_REVERSE, selected_->reverseFormula, FORMULA_TEXT_MAX);
+            SetText(IDC_FORWARD, selected_->forwardFormula, DIALOG_FREE_TEXT_MAX);
+            SetText(IDC_REVERSE, selected_->reverseFormula, DIALOG_FREE_TEXT_MAX);
         } else if (selected_ != nullptr) {
             factorText_ = FormatDecimal(selected_->factor, false);
             offsetText_ = FormatDecimal(selected_->offset, false);
@@ -127,9 +127,9 @@ private:
             return;
         }
         if (box == IDC_FORWARD) {
-            selected_->forwardFormula = Text(box, FORMULA_TEXT_MAX);
+            selected_->forwardFormula = Text(box, DIALOG_FREE_TEXT_MAX);
         } else if (box == IDC_REVERSE) {
-            selected_->reverseFormula = Text(box, FORMULA_TEXT_MAX);
+            selected_->reverseFormula = Text(box, DIALOG_FREE_TEXT_MAX);
         } else if (box == IDC_FACTOR) {
             StoreNumber(box, factorText_, selected_->factor);
         } else {
@@ -175,6 +175,7 @@ private:
         const int row = AddRow(*document_.AddConversion(std::move(conversion)));
         Send(IDC_CONVERSION_LIST, LB_SETCURSEL, static_cast<WPARAM>(row));
         ShowDetails();
+        SetFocus(Control(IDC_CONVERSION_LIST));  // the box that had it may be hidden now
     }
 
     CVelmConversionDoc& document_;

@@ -109,7 +109,8 @@ INT_PTR CVelmDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             OnScroll(GET_WHEEL_DELTA_WPARAM(wParam) > 0 ? SB_LINEUP : SB_LINEDOWN);
             return TRUE;
         case WM_SYSCOMMAND:
-            return (wParam & 0xFFF0) == SC_KEYMENU && OpenMenu() ? TRUE : FALSE;
+            // With Alt or F10 alone; a letter that no label has is left to the system, which beeps.
+            return (wParam & 0xFFF0) == SC_KEYMENU && lParam == 0 && OpenMenu() ? TRUE : FALSE;
         case WM_CTLCOLORDLG:
         case WM_CTLCOLORBTN:
         case WM_CTLCOLORSTATIC:
@@ -233,7 +234,8 @@ void CVelmDialog::BringIntoView(HWND control) {
 
 INT_PTR CVelmDialog::HandleCommand(WPARAM wParam, LPARAM lParam) {
     const auto control = reinterpret_cast<HWND>(lParam);
-    if (control != nullptr && control == GetFocus()) {
+    // A drop-down box that can be typed into gives the focus to the box within it.
+    if (control != nullptr && (control == GetFocus() || IsChild(control, GetFocus()))) {
         BringIntoView(control);
     }
     switch (LOWORD(wParam)) {

@@ -8,12 +8,14 @@
 #include <span>
 
 #include "app/gdi.h"
+#include "model/file_stream.h"
 #include "platform/text.h"
 
 namespace velm {
 
-/// What a box of a dialog takes at most, in UTF-16 units.
+/// What a box of a dialog takes at most, in UTF-16 units; and one whose text is kept as it stands: what a file takes.
 constexpr std::size_t DIALOG_TEXT_MAX = 127;
+constexpr std::size_t DIALOG_FREE_TEXT_MAX = CVelmFileStream::MAX_STRING;
 
 /// Where one edge of a control lies: a share of the room, in percent, and a distance from there in pixels of an
 /// ordinary screen.

@@ -32,11 +32,11 @@ struct PartBoxes {
 
 constexpr std::size_t LABEL_MAX = 8;
 
-// The third label has no limit of its own, deliberately: files with longer ones there keep them.
+// The third label has no limit, deliberately: files with longer ones there keep them.
 constexpr std::array<PartBoxes, COMPOUND_PARTS> PART_BOXES = {
     PartBoxes{IDC_PART_FACTOR_1, IDC_PART_LABEL_1, LABEL_MAX},
     PartBoxes{IDC_PART_FACTOR_2, IDC_PART_LABEL_2, LABEL_MAX},
-    PartBoxes{IDC_PART_FACTOR_3, IDC_PART_LABEL_3, DIALOG_TEXT_MAX},
+    PartBoxes{IDC_PART_FACTOR_3, IDC_PART_LABEL_3, DIALOG_FREE_TEXT_MAX},
     PartBoxes{IDC_PART_FACTOR_4, IDC_PART_LABEL_4, LABEL_MAX},
 };
 
@@ -140,7 +140,7 @@ protected:
             }
         }
         for (const PartBoxes& boxes : PART_BOXES) {
-            if (boxes.longestLabel == LABEL_MAX && Text(boxes.label).size() > LABEL_MAX) {
+            if (LabelText(boxes).size() > boxes.longestLabel) {
                 Refuse(boxes.label, u"Please enter no more than 8 characters.");
                 return;
             }
@@ -159,6 +159,7 @@ protected:
 private:
     void Check(int control, bool on) const { Send(control, BM_SETCHECK, on ? BST_CHECKED : BST_UNCHECKED); }
     bool IsChecked(int control) const { return Send(control, BM_GETCHECK) == BST_CHECKED; }
+    CVelmString LabelText(const PartBoxes& boxes) const { return Text(boxes.label, DIALOG_FREE_TEXT_MAX); }
 
     /// Reads a factor that was changed; one that was not keeps the digits that its box does not show.
     bool ReadFactor(std::size_t part) {
@@ -177,13 +178,13 @@ private:
 
     void StoreParts() const {
         CVelmCompoundParts& parts = format_.compoundParts;
-        parts[0] = {Text(PART_BOXES[0].label), 1.0};
+        parts[0] = {LabelText(PART_BOXES[0]), 1.0};
         for (std::size_t i = 1; i < parts.size(); ++i) {
             parts[i].factor = factors_[i];
             if (factors_[i] == 0.0) {
                 return;
             }
-            parts[i].label = Text(PART_BOXES[i].label);
+            parts[i].label = LabelText(PART_BOXES[i]);
         }
     }
 
