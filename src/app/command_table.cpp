@@ -46,6 +46,7 @@ constexpr std::array COMMANDS = {
     One(ID_PASTE, CanPaste, PasteText, {'V', FCONTROL, OUTSIDE}),
     One(ID_OPEN_CALCULATOR, Always, OpenCalculator, {'K', FCONTROL}),
     One(ID_ROW_SIZE, Always, ToggleRowSize, {'L', FCONTROL}),
+    One(ID_FORMATS, HasCurrentItem, ShowFormats, {'F', FCONTROL}),
     One(ID_HELP, Always, ShowHelp, {VK_F1, 0}),
     WhileBusy(One(ID_SAVE, HasDocument, SaveEdits)),
     CVelmCommand{ID_QUICK_FILE_FIRST, ID_QUICK_FILE_LAST, Always, SelectQuickFile, {}, false},

@@ -131,6 +131,10 @@ void ToggleRowSize(CVelmFrame& frame, WORD) {
     frame.List().ToggleRowSize();
 }
 
+void ShowFormats(CVelmFrame& frame, WORD) {
+    frame.List().ShowSelectedFormats();
+}
+
 void SelectQuickFile(CVelmFrame& frame, WORD id) {
     const std::size_t index = static_cast<std::size_t>(id) - ID_QUICK_FILE_FIRST;
     const auto& documents = frame.Catalog().documents;

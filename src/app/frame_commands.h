@@ -27,6 +27,7 @@ void SaveEdits(CVelmFrame& frame, WORD id);
 void CopyValue(CVelmFrame& frame, WORD id);
 void PasteText(CVelmFrame& frame, WORD id);
 void ToggleRowSize(CVelmFrame& frame, WORD id);
+void ShowFormats(CVelmFrame& frame, WORD id);
 void SelectQuickFile(CVelmFrame& frame, WORD id);
 void ShowQuickFileMenu(CVelmFrame& frame, WORD id);
 

@@ -23,6 +23,7 @@ constexpr int ROW_HEIGHT = 21;
 constexpr int TWO_LINE_ROW_HEIGHT = 38;
 constexpr int LEAST_TWO_LINE_HEIGHT = 76;
 constexpr int ROW_FONT = 14;
+constexpr LPARAM NO_PLACE = -1;    // of a context menu that a key asks for
 constexpr WORD FORMAT_BUTTON = 1;  // the command of every row's format button, posted to the list itself
 
 /// The remainder that is never negative.
@@ -65,6 +66,12 @@ LRESULT CVelmItemList::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_COMMAND:
             if (LOWORD(wParam) == FORMAT_BUTTON) {
                 OnFormatButton(lParam);
+                return 0;
+            }
+            break;
+        case WM_CONTEXTMENU:
+            if (lParam == NO_PLACE) {
+                OnMenuKey();
                 return 0;
             }
             break;
@@ -128,9 +135,10 @@ void CVelmItemList::RemoveRow(int index) {
         selected_ = -1;
         NotifySelection();
     }
-    top_ = std::max(0, std::min(top_, RowCount() - visibleRows_));
+    const int reached = std::max(0, std::min(top_, RowCount() - visibleRows_));
+    const bool scrolled = std::exchange(top_, reached) != reached;
     LayoutRows();
-    InvalidateRect(Handle(), &area, FALSE);
+    InvalidateRect(Handle(), scrolled ? nullptr : &area, FALSE);
     UpdateScrollBar();
 }
 
@@ -385,6 +393,21 @@ void CVelmItemList::OnRightButton(POINT place) {
     }
 }
 
+void CVelmItemList::OnMenuKey() {
+    if (IsRow(selected_)) {
+        BringIntoView(selected_);
+        const RECT& area = Row(selected_).Rectangle();
+        ShowRowMenu(selected_, {area.left, area.bottom});
+    }
+}
+
+void CVelmItemList::ShowSelectedFormats() {
+    if (IsRow(selected_)) {
+        BringIntoView(selected_);
+        OnFormatButton(reinterpret_cast<LPARAM>(&Row(selected_)));
+    }
+}
+
 void CVelmItemList::ShowRowMenu(int index, POINT place) {
     const CVelmMenu menu(CreatePopupMenu());
     if (!Row(index).ValueText().empty()) {
@@ -398,12 +421,17 @@ void CVelmItemList::ShowRowMenu(int index, POINT place) {
                    GetParent(Handle()), nullptr);
 }
 
-bool CVelmItemList::ChooseFormat(POINT place, CVelmValueFormat& format) const {
+bool CVelmItemList::ChooseFormat(POINT place, CVelmValueFormat& format) {
     std::uint32_t code = 0;
     switch (ShowFormatMenu(Handle(), place, format, code)) {
         case FormatChoice::Customize:
-            return ShowFormatsDialog(GetParent(Handle()), format) == IDOK;
+            if (ShowFormatsDialog(GetParent(Handle()), format) != IDOK) {
+                return false;
+            }
+            document_->Touch();
+            return true;
         case FormatChoice::Format:
+            // Another way to look at a value is kept, but is no newer data: the updated text stays.
             return std::exchange(format.displayFormat, code) != code;
         default:
             return false;
@@ -425,7 +453,6 @@ void CVelmItemList::OnFormatButton(LPARAM parameter) {
     if (!ChooseFormat(place, item.format)) {
         return;
     }
-    document_->Touch();
     PostMessageW(GetParent(Handle()), WM_COMMAND, ID_SAVE, 0);
     (*found)->WriteValue(program_.services.locale);
     RepaintRow(index);

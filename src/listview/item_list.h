@@ -46,6 +46,9 @@ public:
     /// Selects a row; -1 for none.
     void SelectRow(int index);
 
+    /// Opens the menu that a tap on the selected row's format button opens.
+    void ShowSelectedFormats();
+
     /// Offers a pressed key. True when it moved the selection.
     bool HandleKey(WPARAM key);
 
@@ -81,10 +84,11 @@ private:
     bool OnPen(UINT message, WPARAM wParam, LPARAM lParam);
     void OnPenDown(POINT place);
     void OnRightButton(POINT place);
+    void OnMenuKey();
     void OnFormatButton(LPARAM row);
 
     /// Lets the user choose a display format, or which there are. True when the format changed.
-    bool ChooseFormat(POINT place, CVelmValueFormat& format) const;
+    bool ChooseFormat(POINT place, CVelmValueFormat& format);
     void ShowRowMenu(int index, POINT place);
 
     CVelmProgram program_;
