@@ -1,8 +1,11 @@
 #include "app/dialog_commands.h"
 
+#include <shlobj.h>
+
 #include <vector>
 
 #include "app/main_frame.h"
+#include "app/wide_text.h"
 #include "dialogs/about_dialog.h"
 #include "dialogs/conversions_dialog.h"
 #include "dialogs/file_properties_dialog.h"
@@ -20,6 +23,23 @@ namespace {
 void KeepEdits(CVelmFrame& frame) {
     frame.Document()->Touch();
     frame.SaveDocument();
+}
+
+/// A new file needs the data folder: one that is missing is made when the user agrees. False when there is none then.
+bool HasDataFolder(const CVelmFrame& frame, const CVelmString& folder) {
+    if (frame.Program().services.files.Exists(folder)) {
+        return true;
+    }
+    const CVelmString name = u"The data folder \"" + folder + u"\" ";
+    const CVelmString question = name + u"does not exist. Do you want to make it?";
+    if (MessageBoxW(frame.Handle(), Wide(question), L"New File", MB_YESNO | MB_ICONQUESTION) != IDYES) {
+        return false;
+    }
+    const bool made = SHCreateDirectoryExW(nullptr, Wide(folder), nullptr) == ERROR_SUCCESS;
+    if (!made) {
+        MessageBoxW(frame.Handle(), Wide(name + u"could not be made."), L"New File", MB_OK | MB_ICONSTOP);
+    }
+    return made;
 }
 
 std::vector<std::int32_t> ShownFlags(const CVelmDocument& document) {
@@ -50,6 +70,9 @@ void OpenDataFile(CVelmFrame& frame, WORD) {
 }
 
 void MakeNewFile(CVelmFrame& frame, WORD id) {
+    if (!HasDataFolder(frame, frame.Catalog().Folder())) {
+        return;
+    }
     const std::int32_t kind = id == ID_NEW_CONVERSION_FILE ? KIND_CONVERSION : KIND_CALCULATION;
     auto document = CreateDocument(kind, frame.Program().services);
     if (ShowFilePropertiesDialog(frame.Handle(), *document, frame.Catalog()) != IDOK) {
