@@ -272,12 +272,16 @@ bool HtmlDisplay::ScrollToAnchor(std::u16string_view name) {
     if (index >= anchors_.size()) {
         return false;
     }
-    CHARRANGE place = {anchors_[index], anchors_[index]};
-    SendMessageW(text_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&place));
-    const auto line = SendMessageW(text_, EM_EXLINEFROMCHAR, 0, anchors_[index]);
+    ScrollTo(anchors_[index]);
+    return true;
+}
+
+void HtmlDisplay::ScrollTo(LONG place) {
+    CHARRANGE range = {place, place};
+    SendMessageW(text_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
+    const auto line = SendMessageW(text_, EM_EXLINEFROMCHAR, 0, place);
     const auto first = SendMessageW(text_, EM_GETFIRSTVISIBLELINE, 0, 0);
     SendMessageW(text_, EM_LINESCROLL, 0, line - first);
-    return true;
 }
 
 void HtmlDisplay::Follow(LONG position) {
@@ -304,7 +308,10 @@ void HtmlDisplay::Follow(LONG position) {
 void HtmlDisplay::Resize(int width, int height) {
     MoveWindow(text_, 0, 0, width, height, TRUE);
     if (shown_ && shrink_ && RoomInTwips() != laidOutWidth_) {
+        const auto top = SendMessageW(text_, EM_GETFIRSTVISIBLELINE, 0, 0);
+        const auto place = static_cast<LONG>(SendMessageW(text_, EM_LINEINDEX, static_cast<WPARAM>(top), 0));
         ShowPage();
+        ScrollTo(place);
     }
 }
 

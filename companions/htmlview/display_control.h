@@ -31,6 +31,7 @@ private:
     void AddText(std::u16string text, bool plain);
     void Clear();
     void ShowPage();
+    void ScrollTo(LONG place);
     void PlaceMarks();
     bool TakeMark(char16_t mark, LONG from, LONG& at);
     bool ScrollToAnchor(std::u16string_view name);

@@ -25,19 +25,19 @@ constexpr std::array COLOURS = {
 
 int HexDigit(char16_t unit) {
     constexpr std::u16string_view DIGITS = u"0123456789abcdef";
-    const char16_t lower = unit >= u'A' && unit <= u'F' ? static_cast<char16_t>(unit + 32) : unit;
-    const std::size_t found = DIGITS.find(lower);
+    const std::size_t found = DIGITS.find(unit);
     return found == std::u16string_view::npos ? -1 : static_cast<int>(found);
 }
 
-/// "#rrggbb" or a colour's name; -1 for anything else.
+/// "#rrggbb", "#rgb" or a colour's name, in lower case; -1 for anything else.
 std::int32_t ParseColour(std::u16string_view text) {
     for (const NamedColour& named : COLOURS) {
         if (named.name == text) {
             return named.colour;
         }
     }
-    if (text.size() != 7 || text[0] != u'#') {
+    const bool isShort = text.size() == 4;
+    if ((text.size() != 7 && !isShort) || text[0] != u'#') {
         return -1;
     }
     std::int32_t colour = 0;
@@ -46,26 +46,36 @@ std::int32_t ParseColour(std::u16string_view text) {
         if (digit < 0) {
             return -1;
         }
-        colour = colour * 16 + digit;
+        colour = isShort ? colour * 256 + digit * 17 : colour * 16 + digit;
     }
     return colour;
+}
+
+std::u16string_view Trim(std::u16string_view text) {
+    constexpr std::u16string_view BLANKS = u" \t\r\n";
+    const std::size_t first = std::min(text.find_first_not_of(BLANKS), text.size());
+    return text.substr(first, text.find_last_not_of(BLANKS) + 1 - first);
+}
+
+/// What a style declares for "color"; other names may end so.
+std::u16string_view StyleColour(std::u16string_view style) {
+    while (!style.empty()) {
+        const std::u16string_view declaration = style.substr(0, style.find(u';'));
+        style.remove_prefix(std::min(declaration.size() + 1, style.size()));
+        const std::size_t colon = declaration.find(u':');
+        if (colon != std::u16string_view::npos && Trim(declaration.substr(0, colon)) == u"color") {
+            return declaration.substr(colon + 1);
+        }
+    }
+    return {};
 }
 
 }  // namespace
 
 std::int32_t ColourOf(const HtmlToken& token) {
-    std::u16string_view text = token.Attribute(u"color");
-    if (text.empty()) {
-        const std::u16string_view style = token.Attribute(u"style");
-        const std::size_t found = style.find(u"color:");
-        if (found == std::u16string_view::npos || (found > 0 && style[found - 1] == u'-')) {
-            return -1;
-        }
-        text = style.substr(found + 6);
-        text.remove_prefix(std::min(text.find_first_not_of(u' '), text.size()));
-        text = text.substr(0, std::min(text.find(u';'), text.size()));
-    }
-    return ParseColour(text);
+    const std::u16string attribute = ToLowerText(token.Attribute(u"color"));
+    const std::u16string style = ToLowerText(token.Attribute(u"style"));
+    return ParseColour(Trim(attribute.empty() ? StyleColour(style) : attribute));
 }
 
 }  // namespace velm

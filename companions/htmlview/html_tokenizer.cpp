@@ -18,13 +18,13 @@ char16_t ToLower(char16_t unit) {
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
 }
 
+}  // namespace
+
 std::u16string ToLowerText(std::u16string_view text) {
     std::u16string lower(text);
     std::transform(lower.begin(), lower.end(), lower.begin(), ToLower);
     return lower;
 }
-
-}  // namespace
 
 std::u16string_view HtmlToken::Attribute(std::u16string_view attributeName) const {
     for (const auto& [key, value] : attributes) {

@@ -1,5 +1,7 @@
 #include "dialogs/html_viewer.h"
 
+#include <shellapi.h>
+
 #include "app/display_scale.h"
 #include "app/wide_text.h"
 #include "dialogs/dialog_frame.h"
@@ -13,6 +15,13 @@ constexpr const char16_t* LIBRARY_FILE = u"htmlview.dll";
 
 /// Pixels of an ordinary screen, until the first layout.
 constexpr int FIRST_LEFT = 5;
+
+bool IsWebAddress(const CVelmString& target) {
+    return StartsWithNoCase(target, u"http://") || StartsWithNoCase(target, u"https://");
+}
+
+/// What ShellExecuteW gives at most when it fails.
+constexpr INT_PTR LAST_SHELL_ERROR = 32;
 
 class HtmlViewer : public CVelmDialog {
 public:
@@ -41,11 +50,42 @@ protected:
         MoveWindow(control_, 0, static_cast<int>(room.top), Width(room), Height(room), TRUE);
     }
 
+    LRESULT OnNotify(const NMHDR& notification) override {
+        if (notification.code == NM_HOTSPOT) {
+            target_ = FromWide(reinterpret_cast<const HtmlHotspot&>(notification).target);
+            PostMessageW(Handle(), WM_COMMAND, IDC_HTML, 0);  // the control is still busy with the tap
+        }
+        return 0;
+    }
+
+    void OnCommand(WORD id, WORD /*notification*/) override {
+        if (id == IDC_HTML) {
+            FollowOut();
+        }
+    }
+
 private:
+    /// The web is the system's browser's, when the user agrees. Nothing else that a page names is started.
+    void FollowOut() const {
+        if (!IsWebAddress(target_)) {
+            Tell(u"The link leads to \"" + target_ + u"\", which is not in this page.");
+            return;
+        }
+        const CVelmString question = u"Do you want to open " + target_ + u" in the web browser?";
+        if (MessageBoxW(Handle(), Wide(question), Wide(caption_), MB_YESNO | MB_ICONQUESTION) != IDYES) {
+            return;
+        }
+        const HINSTANCE shown = ShellExecuteW(Handle(), L"open", Wide(target_), nullptr, nullptr, SW_SHOWNORMAL);
+        if (reinterpret_cast<INT_PTR>(shown) <= LAST_SHELL_ERROR) {
+            Tell(u"The web browser could not be started.", MB_ICONSTOP);
+        }
+    }
+
     const CVelmString& caption_;
     const CVelmString& page_;
     CVelmHtmlLibrary& library_;
     HWND control_ = nullptr;
+    CVelmString target_;  ///< of the link tapped last
 };
 
 }  // namespace

@@ -92,6 +92,8 @@ TEST(RtfWriter, EscapesAndColours) {
     const std::string rtf = WriteRtf(ReadHtml(u"a\\{b} \u03c0 <font color=red>r</font>"), {});
     EXPECT_NE(rtf.find("a\\\\\\{b\\} \\u960?"), std::string::npos) << rtf;
     EXPECT_NE(rtf.find("\\red255\\green0\\blue0;"), std::string::npos) << rtf;
+    const std::string styled = WriteRtf(ReadHtml(u"<span style='Background-Color: white; COLOR : #F0a'>r</span>"), {});
+    EXPECT_NE(styled.find("\\red255\\green0\\blue170;"), std::string::npos) << styled;
 }
 
 }  // namespace
