@@ -58,10 +58,6 @@ constexpr std::array<WORD, 8> TOOLBAR = {ID_COPY,        ID_PASTE,    0, ID_EDIT
 
 }  // namespace
 
-std::span<const CVelmCommand> Commands() {
-    return COMMANDS;
-}
-
 std::span<const WORD> ToolbarCommands() {
     return TOOLBAR;
 }
@@ -77,7 +73,7 @@ const CVelmCommand* FindCommand(WORD id) {
 
 bool IsCommandEnabled(const CVelmFrame& frame, WORD id) {
     const CVelmCommand* const command = FindCommand(id);
-    return command != nullptr && command->run != nullptr && command->enabled(frame);
+    return command != nullptr && command->enabled(frame);
 }
 
 bool RunCommand(CVelmFrame& frame, WORD id) {

@@ -25,13 +25,10 @@ struct CVelmCommand {
     WORD first;  ///< the identifiers from `first` to `last` are one command
     WORD last;
     bool (*enabled)(const CVelmFrame& frame);
-    void (*run)(CVelmFrame& frame, WORD id);  ///< null while the program cannot do it: disabled everywhere
+    void (*run)(CVelmFrame& frame, WORD id);
     CVelmCommandKey key;
     bool whileBusy;  ///< runs also while a dialog or message box is open over the frame
 };
-
-/// Every command.
-std::span<const CVelmCommand> Commands();
 
 /// The commands of the toolbar from the left; 0 is a separator.
 std::span<const WORD> ToolbarCommands();

@@ -217,17 +217,11 @@ void CVelmCompoundEditor::Layout() {
     std::array<int, COMPOUND_PARTS> labelWidths{};
     int boxesWidth = Width(area) - Scaled(SIGN_WIDTH);
     const int mostForLabel = count_ == 0 ? 0 : boxesWidth / count_ - Scaled(LEAST_BOX_WIDTH);
-    {
-        const HDC dc = GetDC(Handle());
-        const CVelmSelect font(dc, font_.get());
-        for (std::size_t i = 0; i < static_cast<std::size_t>(count_); ++i) {
-            SIZE size{};
-            GetTextExtentPoint32W(dc, Wide(labels_[i]), static_cast<int>(labels_[i].size()), &size);
-            const int width = static_cast<int>(size.cx) + Scaled(2 * LABEL_MARGIN);
-            labelWidths[i] = std::max(Scaled(LABEL_MARGIN), std::min(width, mostForLabel));
-            boxesWidth -= labelWidths[i];
-        }
-        ReleaseDC(Handle(), dc);
+    const CVelmTextMeasure measure(Handle(), font_.get());
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count_); ++i) {
+        const int width = TextWidth(measure.Dc(), labels_[i]) + Scaled(2 * LABEL_MARGIN);
+        labelWidths[i] = std::max(Scaled(LABEL_MARGIN), std::min(width, mostForLabel));
+        boxesWidth -= labelWidths[i];
     }
     int left = Scaled(SIGN_WIDTH);
     for (std::size_t i = 0; i < parts_.size(); ++i) {

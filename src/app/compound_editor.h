@@ -51,7 +51,6 @@ public:
 
     /// Turns the sign of the whole value.
     void FlipSign();
-    bool IsNegative() const { return negative_; }
 
     /// Puts the caret into a part, everything in it selected. False when there is no such part.
     bool EnterPart(int position);
@@ -62,7 +61,6 @@ public:
 
     /// The part with the focus; -1 when none has it.
     int FocusedPart() const;
-    int PartCount() const { return count_; }
     const CVelmPartBox& Part(int position) const { return parts_[static_cast<std::size_t>(position)]; }
     void SetNegative(bool negative);
 

@@ -41,6 +41,11 @@ CVelmFont CreateProgramFont(int height, bool bold) {
                                  DEFAULT_PITCH | FF_DONTCARE, L"Tahoma"));
 }
 
+CVelmIcon LoadProgramIcon(UINT id, int size) {
+    return CVelmIcon(static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON,
+                                                   Scaled(size), Scaled(size), LR_DEFAULTCOLOR)));
+}
+
 bool SetClipboardText(HWND owner, CVelmStringView text) {
     if (!OpenClipboard(owner)) {
         return false;

@@ -20,6 +20,9 @@ inline int Scaled(int length) {
 /// "Tahoma", `height` pixels of an ordinary screen from the top of the cell to its bottom, normal or bold.
 CVelmFont CreateProgramFont(int height, bool bold);
 
+/// An icon of the program's resources, `size` pixels of an ordinary screen square; null when there is none.
+CVelmIcon LoadProgramIcon(UINT id, int size);
+
 /// Shows the wait cursor for its lifetime, then the arrow.
 class CVelmWaitCursor {
 public:

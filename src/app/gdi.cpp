@@ -1,6 +1,14 @@
 #include "app/gdi.h"
 
+#include "app/wide_text.h"
+
 namespace velm {
+
+int TextWidth(HDC dc, const CVelmString& text) {
+    SIZE size{};
+    GetTextExtentPoint32W(dc, Wide(text), static_cast<int>(text.size()), &size);
+    return static_cast<int>(size.cx);
+}
 
 CVelmPainter::CVelmPainter(HWND window) : window_(window) {
     const HDC dc = BeginPaint(window, &paint_);

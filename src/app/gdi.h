@@ -5,6 +5,8 @@
 #include <memory>
 #include <type_traits>
 
+#include "platform/text.h"
+
 namespace velm {
 
 /// Deletes a GDI object with the handle that owns it.
@@ -12,8 +14,6 @@ struct CVelmGdiDeleter {
     void operator()(HGDIOBJ object) const { DeleteObject(object); }
 };
 using CVelmFont = std::unique_ptr<std::remove_pointer_t<HFONT>, CVelmGdiDeleter>;
-using CVelmBrush = std::unique_ptr<std::remove_pointer_t<HBRUSH>, CVelmGdiDeleter>;
-using CVelmPen = std::unique_ptr<std::remove_pointer_t<HPEN>, CVelmGdiDeleter>;
 using CVelmBitmapHandle = std::unique_ptr<std::remove_pointer_t<HBITMAP>, CVelmGdiDeleter>;
 using CVelmPaletteHandle = std::unique_ptr<std::remove_pointer_t<HPALETTE>, CVelmGdiDeleter>;
 
@@ -44,6 +44,28 @@ private:
     HDC dc_;
     HGDIOBJ old_;
 };
+
+/// A window's device context for measuring text in a font.
+class CVelmTextMeasure {
+public:
+    CVelmTextMeasure(HWND window, HFONT font) : window_(window), dc_(GetDC(window)), old_(SelectObject(dc_, font)) {}
+    ~CVelmTextMeasure() {
+        SelectObject(dc_, old_);
+        ReleaseDC(window_, dc_);
+    }
+    CVelmTextMeasure(const CVelmTextMeasure&) = delete;
+    CVelmTextMeasure& operator=(const CVelmTextMeasure&) = delete;
+
+    HDC Dc() const { return dc_; }
+
+private:
+    HWND window_;
+    HDC dc_;
+    HGDIOBJ old_;
+};
+
+/// Width of one line of text in the font selected.
+int TextWidth(HDC dc, const CVelmString& text);
 
 /// Fills a rectangle with one colour, without a brush to look after.
 inline void FillColor(HDC dc, const RECT& area, COLORREF color) {

@@ -55,11 +55,6 @@ SIZE WindowSize(int clientWidth, int clientHeight, DWORD style) {
     return {area.right - area.left, area.bottom - area.top};
 }
 
-CVelmIcon LoadImageIcon(UINT id, int size) {
-    return CVelmIcon(static_cast<HICON>(
-        LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
-}
-
 bool RegisterFrameClass() {
     WNDCLASSEXW windowClass{};
     windowClass.cbSize = sizeof(windowClass);
@@ -87,9 +82,9 @@ CVelmFrame::CVelmFrame(const CVelmProgram& program)
       references_(program.services),
       htmlLibrary_(program.programFolder),
       titleFont_(CreateProgramFont(TITLE_FONT, true)),
-      conversionIcon_(LoadImageIcon(IDI_CONVERSION_FILE, Scaled(IMAGE_SIZE))),
-      calculationIcon_(LoadImageIcon(IDI_CALCULATION_FILE, Scaled(IMAGE_SIZE))),
-      showUnitsIcon_(LoadImageIcon(IDI_SHOW_UNITS, Scaled(IMAGE_SIZE))),
+      conversionIcon_(LoadProgramIcon(IDI_CONVERSION_FILE, IMAGE_SIZE)),
+      calculationIcon_(LoadProgramIcon(IDI_CALCULATION_FILE, IMAGE_SIZE)),
+      showUnitsIcon_(LoadProgramIcon(IDI_SHOW_UNITS, IMAGE_SIZE)),
       keys_(MakeAccelerators(KeyPlace::Anywhere)),
       keysOutsideText_(MakeAccelerators(KeyPlace::OutsideText)) {}
 

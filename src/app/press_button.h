@@ -47,9 +47,6 @@ public:
     void Move(const RECT& rectangle);
     void Redraw() const;
 
-    WORD Id() const { return id_; }
-    HWND Owner() const { return owner_; }
-
 private:
     bool Contains(int x, int y) const;
     void SetPressed(bool pressed);

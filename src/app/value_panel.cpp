@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "app/display_scale.h"
-#include "app/wide_text.h"
 #include "listview/bitmap.h"
 #include "model/item.h"
 #include "resource.h"
@@ -44,21 +43,15 @@ constexpr TabFormats TAB_FORMATS[] = {
     {FMT_COMPOUND, 0, u"compound", u""},
 };
 
-CVelmIcon LoadButtonIcon(UINT id) {
-    const int size = Scaled(IMAGE_SIZE);
-    return CVelmIcon(static_cast<HICON>(
-        LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
-}
-
 }  // namespace
 
 CVelmValuePanel::CVelmValuePanel(const CVelmProgram& program)
     : program_(program),
       editor_(program),
       tabFont_(CreateProgramFont(TAB_FONT, false)),
-      errorIcon_(LoadButtonIcon(IDI_VALUE_ERROR)),
-      acceptedIcon_(LoadButtonIcon(IDI_VALUE_ACCEPTED)),
-      restoreIcon_(LoadButtonIcon(IDI_RESTORE)) {}
+      errorIcon_(LoadProgramIcon(IDI_VALUE_ERROR, IMAGE_SIZE)),
+      acceptedIcon_(LoadProgramIcon(IDI_VALUE_ACCEPTED, IMAGE_SIZE)),
+      restoreIcon_(LoadProgramIcon(IDI_RESTORE, IMAGE_SIZE)) {}
 
 LRESULT CVelmValuePanel::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     if (RoutePen(message, wParam, lParam)) {
@@ -311,17 +304,10 @@ void CVelmValuePanel::LayoutTabs() {
     std::array<int, MOST_TABS> widths{};
     int sum = 0;
     const auto count = static_cast<std::size_t>(tabCount_);
-    {
-        const HDC dc = GetDC(Handle());
-        const CVelmSelect font(dc, tabFont_.get());
-        for (std::size_t i = 0; i < count; ++i) {
-            const CVelmString& caption = tabs_[i].button.Text();
-            SIZE size{};
-            GetTextExtentPoint32W(dc, Wide(caption), static_cast<int>(caption.size()), &size);
-            widths[i] = static_cast<int>(size.cx) + Scaled(TAB_ROOM);
-            sum += widths[i];
-        }
-        ReleaseDC(Handle(), dc);
+    const CVelmTextMeasure measure(Handle(), tabFont_.get());
+    for (std::size_t i = 0; i < count; ++i) {
+        widths[i] = TextWidth(measure.Dc(), tabs_[i].button.Text()) + Scaled(TAB_ROOM);
+        sum += widths[i];
     }
     const int room = std::max(0, Width(area) - Scaled(2 * MARGIN));
     LONG left = Scaled(MARGIN);

@@ -39,8 +39,7 @@ public:
     explicit AboutDialog(const CVelmString& updateAddress)
         : CVelmDialog(IDD_ABOUT, IDM_DONE),
           updateAddress_(updateAddress),
-          picture_(static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_CONVERSION_FILE),
-                                                 IMAGE_ICON, Scaled(PICTURE_SIZE), Scaled(PICTURE_SIZE), 0))),
+          picture_(LoadProgramIcon(IDI_CONVERSION_FILE, PICTURE_SIZE)),
           titleFont_(CreateProgramFont(TITLE_FONT, true)) {}
 
 protected:

@@ -13,12 +13,6 @@ constexpr int LABEL_MARGIN = 2;
 constexpr int LABEL_SLACK = 3;  // so much wider than its room a text may be
 constexpr COLORREF TEXT_COLOR = RGB(0, 0, 0);
 
-int TextWidth(HDC dc, const CVelmString& text) {
-    SIZE size{};
-    GetTextExtentPoint32W(dc, Wide(text), static_cast<int>(text.size()), &size);
-    return static_cast<int>(size.cx);
-}
-
 }  // namespace
 
 CVelmString ShortenText(HDC dc, const CVelmString& text, int room) {
