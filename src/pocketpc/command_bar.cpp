@@ -23,9 +23,9 @@ constexpr COLORREF TRANSPARENT_COLOR = RGB(255, 0, 255);
 /// Commands of menu titles whose menu gives them none.
 constexpr UINT FIRST_TITLE = 0xF800;
 
-struct MenuDeleter {
-    void operator()(HMENU menu) const { DestroyMenu(menu); }
-};
+/// The bar's own message: opens the menu of the title whose command is the first parameter.
+constexpr UINT DROP_MENU = WM_APP;
+
 struct ImageListDeleter {
     void operator()(HIMAGELIST images) const { ImageList_Destroy(images); }
 };
@@ -36,7 +36,7 @@ struct Bar {
     HWND window = nullptr;
     HWND titles = nullptr;
     HWND tools = nullptr;
-    std::unique_ptr<std::remove_pointer_t<HMENU>, MenuDeleter> menu;
+    velm::CVelmMenu menu;
     std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageListDeleter> images;
     velm::CVelmFont font;
     std::vector<const wchar_t*> toolTips;  ///< not owned
@@ -104,14 +104,15 @@ void DropMenu(const Bar& bar, int command) {
     if (menu == nullptr) {
         return;
     }
+    const HWND titles = bar.titles;
     TPMPARAMS keepFree{sizeof(keepFree), {}};
-    SendMessageW(bar.titles, TB_GETITEMRECT, static_cast<WPARAM>(position),
-                 reinterpret_cast<LPARAM>(&keepFree.rcExclude));
-    MapWindowPoints(bar.titles, nullptr, reinterpret_cast<POINT*>(&keepFree.rcExclude), 2);
-    SendMessageW(bar.titles, TB_PRESSBUTTON, static_cast<WPARAM>(command), MAKELPARAM(TRUE, 0));
+    SendMessageW(titles, TB_GETITEMRECT, static_cast<WPARAM>(position), reinterpret_cast<LPARAM>(&keepFree.rcExclude));
+    MapWindowPoints(titles, nullptr, reinterpret_cast<POINT*>(&keepFree.rcExclude), 2);
+    SendMessageW(titles, TB_PRESSBUTTON, static_cast<WPARAM>(command), MAKELPARAM(TRUE, 0));
     TrackPopupMenuEx(menu, TPM_LEFTALIGN | TPM_BOTTOMALIGN | TPM_VERTICAL, keepFree.rcExclude.left,
                      keepFree.rcExclude.top, GetParent(bar.window), &keepFree);
-    SendMessageW(bar.titles, TB_PRESSBUTTON, static_cast<WPARAM>(command), MAKELPARAM(FALSE, 0));
+    // The bar is gone here when the window was closed under the open menu.
+    SendMessageW(titles, TB_PRESSBUTTON, static_cast<WPARAM>(command), MAKELPARAM(FALSE, 0));
 }
 
 /// The commands of all buttons from the left, separators left out.
@@ -142,7 +143,8 @@ void GiveToolTip(const Bar& bar, NMTTDISPINFOW& asked) {
 LRESULT HandleNotify(const Bar& bar, LPARAM lParam) {
     const auto* header = reinterpret_cast<const NMHDR*>(lParam);
     if (header->code == TBN_DROPDOWN) {
-        DropMenu(bar, reinterpret_cast<const NMTOOLBARW*>(lParam)->iItem);
+        // Later, since the toolbar goes on after this and would not survive that its window is closed under the menu.
+        PostMessageW(bar.window, DROP_MENU, static_cast<WPARAM>(reinterpret_cast<const NMTOOLBARW*>(lParam)->iItem), 0);
         return TBDDRET_DEFAULT;
     }
     if (header->code == TTN_GETDISPINFOW) {
@@ -173,6 +175,9 @@ LRESULT CALLBACK BarProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam
         case WM_COMMAND:
             return SendMessageW(GetParent(window), WM_COMMAND, MAKEWPARAM(LOWORD(wParam), 0),
                                 reinterpret_cast<LPARAM>(window));
+        case DROP_MENU:
+            DropMenu(*bar, static_cast<int>(wParam));
+            return 0;
         case WM_SIZE:
             PlaceToolbars(*bar);
             return 0;
