@@ -50,9 +50,20 @@ HWND CreatePicker(HWND panel, DWORD style, HFONT font) {
     return picker;
 }
 
+SYSTEMTIME Today() {
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    return {now.wYear, now.wMonth, now.wDayOfWeek, now.wDay, 0, 0, 0, 0};
+}
+
 void SetPicker(HWND picker, const std::optional<SYSTEMTIME>& time) {
-    SendMessageW(picker, DTM_SETSYSTEMTIME, time ? GDT_VALID : GDT_NONE,
-                 reinterpret_cast<LPARAM>(time ? &*time : nullptr));
+    // What stood there before comes back when the user ticks a picker that shows nothing: then it is to be today.
+    const SYSTEMTIME shown = time.value_or(Today());
+    SendMessageW(picker, DTM_SETSYSTEMTIME, GDT_VALID, reinterpret_cast<LPARAM>(&shown));
+    if (!time) {
+        SendMessageW(picker, DTM_SETSYSTEMTIME, GDT_NONE,
+                     reinterpret_cast<LPARAM>(&shown));  // not every system takes 0
+    }
 }
 
 std::optional<SYSTEMTIME> ReadPicker(HWND picker) {
@@ -284,10 +295,9 @@ bool CVelmValueEditor::ParsePickers(double& value) const {
     if (!date) {
         return false;
     }
-    const std::optional<SYSTEMTIME> time = code_ == FMT_DATETIME ? ReadPicker(time_) : std::nullopt;
-    value = DateTime::FromFields(date->wYear, date->wMonth, date->wDay, time ? time->wHour : 0,
-                                 time ? time->wMinute : 0, time ? time->wSecond : 0)
-                .value;
+    // A date alone keeps the time of day that its picker was given with the value.
+    const SYSTEMTIME time = code_ == FMT_DATETIME ? ReadPicker(time_).value_or(SYSTEMTIME{}) : *date;
+    value = DateTime::FromFields(date->wYear, date->wMonth, date->wDay, time.wHour, time.wMinute, time.wSecond).value;
     return true;
 }
 
