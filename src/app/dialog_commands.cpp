@@ -57,9 +57,7 @@ void ShowAbout(CVelmFrame& frame, WORD) {
 }
 
 void OpenDataFile(CVelmFrame& frame, WORD) {
-    const CVelmProgram& program = frame.Program();
-    const int index = ShowOpenFileDialog(frame.Handle(), frame.Catalog(), frame.References(),
-                                         DataFolder(program.settings, program.programFolder), frame.HtmlLibrary());
+    const int index = ShowOpenFileDialog(frame.Handle(), frame.Catalog(), frame.References(), frame.HtmlLibrary());
     if (index < 0) {
         return;
     }

@@ -43,13 +43,8 @@ constexpr std::array PLACEMENTS = {
 
 class OpenFileDialog : public CVelmDialog {
 public:
-    OpenFileDialog(CVelmCatalog& catalog, CVelmReferenceList& references, const CVelmString& referenceFolder,
-                   CVelmHtmlLibrary& html)
-        : CVelmDialog(IDD_OPEN_FILE, IDM_OK_CANCEL),
-          catalog_(catalog),
-          references_(references),
-          referenceFolder_(referenceFolder),
-          html_(html) {}
+    OpenFileDialog(CVelmCatalog& catalog, CVelmReferenceList& references, CVelmHtmlLibrary& html)
+        : CVelmDialog(IDD_OPEN_FILE, IDM_OK_CANCEL), catalog_(catalog), references_(references), html_(html) {}
 
 protected:
     CVelmString Caption() const override { return u"Open File"; }
@@ -167,7 +162,7 @@ private:
     void ShowReferences() const {
         if (references_.names.empty()) {
             const CVelmWaitCursor wait;
-            references_.ScanReferences(referenceFolder_);
+            references_.ScanReferences(catalog_.Folder());
         }
         Send(IDC_LIST, LVM_DELETEALLITEMS);
         for (std::size_t i = 0; i < references_.names.size(); ++i) {
@@ -198,19 +193,17 @@ private:
 
     CVelmCatalog& catalog_;
     CVelmReferenceList& references_;
-    const CVelmString& referenceFolder_;
     CVelmHtmlLibrary& html_;
 };
 
 }  // namespace
 
-int ShowOpenFileDialog(HWND parent, CVelmCatalog& catalog, CVelmReferenceList& references,
-                       const CVelmString& referenceFolder, CVelmHtmlLibrary& html) {
+int ShowOpenFileDialog(HWND parent, CVelmCatalog& catalog, CVelmReferenceList& references, CVelmHtmlLibrary& html) {
     {
         const CVelmWaitCursor wait;
         catalog.ScanFolder();
     }
-    const INT_PTR code = OpenFileDialog(catalog, references, referenceFolder, html).Show(parent);
+    const INT_PTR code = OpenFileDialog(catalog, references, html).Show(parent);
     const INT_PTR index = code - FIRST_FILE_CODE;
     return index < 0 || index >= static_cast<INT_PTR>(catalog.documents.size()) ? -1 : static_cast<int>(index);
 }
