@@ -115,7 +115,7 @@ void EditUnit(CVelmFrame& frame, WORD) {
     KeepEdits(frame);
     frame.List().RefreshNames();
     RunCommand(frame, ID_CALCULATE);
-    frame.Panel().AttachItem(item);
+    frame.List().NotifySelection();
 }
 
 void EditConversions(CVelmFrame& frame, WORD) {

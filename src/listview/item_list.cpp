@@ -244,9 +244,6 @@ void CVelmItemList::SelectRow(int index) {
         BringIntoView(selected_);
     }
     NotifySelection();
-    if (selected_ >= 0) {
-        BringIntoView(selected_);  // the panel that came up may have covered it
-    }
 }
 
 void CVelmItemList::NotifySelection() {
@@ -259,6 +256,9 @@ void CVelmItemList::NotifySelection() {
     panel_.AttachItem(item);
     if (panel_.IsShown() != shown) {
         SendMessageW(GetParent(Handle()), WM_SIZE, SIZE_RESTORED, 0);  // the frame lays list and panel out anew
+    }
+    if (selected_ >= 0) {
+        BringIntoView(selected_);  // the panel that came up may have covered it
     }
 }
 

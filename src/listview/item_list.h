@@ -46,6 +46,9 @@ public:
     /// Selects a row; -1 for none.
     void SelectRow(int index);
 
+    /// Tells document and panel of the selected item, and makes room for the panel. For an item that was edited too.
+    void NotifySelection();
+
     /// Opens the menu that a tap on the selected row's format button opens.
     void ShowSelectedFormats();
 
@@ -78,7 +81,6 @@ private:
     void RepaintRow(int index) const;
     void Repaint() const;
     void BringIntoView(int index);
-    void NotifySelection();
     void Paint();
     void OnScroll(int request);
     bool OnPen(UINT message, WPARAM wParam, LPARAM lParam);

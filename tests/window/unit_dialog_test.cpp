@@ -99,6 +99,8 @@ TEST_F(UnitDialogTest, TurnsAnInputIntoAnOutput) {
     EXPECT_TRUE(dialog.Ok());
     program.Ask([](CVelmFrame& frame) {
         EXPECT_FALSE(frame.Panel().IsShown()) << "an output is not typed in";
+        EXPECT_EQ(PlaceOf(frame.List().Handle()).bottom, PlaceOf(frame.Panel().Handle()).bottom)
+            << "the list has its room";
         EXPECT_EQ(frame.List().Row(0).ValueText(), u"100");
         EXPECT_EQ(frame.List().Row(1).ValueText(), u"15");
     });
