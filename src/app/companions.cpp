@@ -70,7 +70,7 @@ void OpenCalculator(CVelmFrame& frame, WORD) {
         }
         window = WaitForCalculator();
     }
-    const CVelmItem* const item = frame.Document() != nullptr ? frame.Document()->currentItem : nullptr;
+    const CVelmItem* const item = frame.CurrentItem();
     if (window != nullptr && item != nullptr && item->state == STATE_VALID) {
         SendValue(frame.Handle(), window, item->value);
     }

@@ -19,12 +19,6 @@
 namespace velm {
 namespace {
 
-/// The current document was edited: it is stamped, and its file written.
-void KeepEdits(CVelmFrame& frame) {
-    frame.Document()->Touch();
-    frame.SaveDocument();
-}
-
 /// A new file needs the data folder: one that is missing is made when the user agrees. False when there is none then.
 bool HasDataFolder(const CVelmFrame& frame, const CVelmString& folder) {
     if (frame.Program().services.files.Exists(folder)) {
@@ -80,13 +74,13 @@ void MakeNewFile(CVelmFrame& frame, WORD id) {
     CVelmDocument* const made = frame.Catalog().documents[static_cast<std::size_t>(index)].get();
     frame.SelectFile(made);
     if (frame.Document() == made) {
-        KeepEdits(frame);
+        frame.KeepEdits();
     }
 }
 
 void EditFileProperties(CVelmFrame& frame, WORD) {
     if (ShowFilePropertiesDialog(frame.Handle(), *frame.Document(), frame.Catalog()) == IDOK) {
-        KeepEdits(frame);
+        frame.KeepEdits();
         frame.RefreshTitle();
     }
 }
@@ -98,7 +92,7 @@ void AddUnit(CVelmFrame& frame, WORD) {
         return;
     }
     document->AddItem(std::move(item));
-    KeepEdits(frame);
+    frame.KeepEdits();
     frame.SelectFile(document);
 }
 
@@ -112,7 +106,7 @@ void EditUnit(CVelmFrame& frame, WORD) {
     if (document->GetKind() == KIND_CALCULATION && item->valueText != oldText) {
         item->state = STATE_NONE;  // an input starts from its new text
     }
-    KeepEdits(frame);
+    frame.KeepEdits();
     frame.List().RefreshNames();
     RunCommand(frame, ID_CALCULATE);
     frame.List().NotifySelection();
@@ -121,7 +115,7 @@ void EditUnit(CVelmFrame& frame, WORD) {
 void EditConversions(CVelmFrame& frame, WORD) {
     auto& document = static_cast<CVelmConversionDoc&>(*frame.Document());
     ShowConversionsDialog(frame.Handle(), document, frame.Program().context);
-    KeepEdits(frame);
+    frame.KeepEdits();
     RunCommand(frame, ID_CALCULATE);
 }
 
@@ -142,7 +136,7 @@ void ChooseShownUnits(CVelmFrame& frame, WORD) {
         return;
     }
     if (ShownFlags(*document) != before) {
-        KeepEdits(frame);
+        frame.KeepEdits();
     }
     frame.SelectFile(document);
 }

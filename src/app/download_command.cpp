@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "app/display_scale.h"
+#include "app/frame_commands.h"
 #include "app/main_frame.h"
 #include "app/wide_text.h"
 #include "platform/fetch.h"
@@ -42,7 +43,7 @@ void Repaint() {
 }
 
 void MergeIntoCurrent(CVelmFrame& frame) {
-    if (frame.Document() == nullptr || frame.Document()->GetKind() != KIND_CONVERSION) {
+    if (!IsConversionFile(frame)) {
         return;
     }
     auto& document = static_cast<CVelmConversionDoc&>(*frame.Document());

@@ -16,10 +16,6 @@ constexpr int QUICK_MENU_TOP = 49;
 /// So many conversions make a unit a bridge between others.
 constexpr std::int32_t BRIDGE_CONVERSIONS = 2;
 
-const CVelmItem* CurrentItem(const CVelmFrame& frame) {
-    return frame.Document() != nullptr ? frame.Document()->currentItem : nullptr;
-}
-
 /// What is asked before an item is deleted.
 CVelmString DeleteQuestion(const CVelmDocument& document, const CVelmItem& item) {
     const CVelmString name = u"\"" + item.name + u"\"";
@@ -54,7 +50,7 @@ bool HasDocument(const CVelmFrame& frame) {
 }
 
 bool HasCurrentItem(const CVelmFrame& frame) {
-    return CurrentItem(frame) != nullptr;
+    return frame.CurrentItem() != nullptr;
 }
 
 bool IsConversionFile(const CVelmFrame& frame) {
@@ -62,12 +58,12 @@ bool IsConversionFile(const CVelmFrame& frame) {
 }
 
 bool CanCopy(const CVelmFrame& frame) {
-    const CVelmItem* const item = CurrentItem(frame);
+    const CVelmItem* const item = frame.CurrentItem();
     return item != nullptr && item->state == STATE_VALID;
 }
 
 bool CanPaste(const CVelmFrame& frame) {
-    const CVelmItem* const item = CurrentItem(frame);
+    const CVelmItem* const item = frame.CurrentItem();
     return item != nullptr && !item->IsOutput() && IsClipboardFormatAvailable(CF_UNICODETEXT);
 }
 
@@ -83,30 +79,26 @@ void Calculate(CVelmFrame& frame, WORD) {
 }
 
 void RemoveFromList(CVelmFrame& frame, WORD) {
-    CVelmDocument* const document = frame.Document();
-    if (document == nullptr || document->currentItem == nullptr) {
-        return;
+    if (CVelmItem* const item = frame.CurrentItem()) {
+        item->shown = 0;
+        frame.SelectFile(frame.Document());
+        frame.KeepEdits();
     }
-    document->currentItem->shown = 0;
-    document->Touch();
-    frame.SelectFile(document);
-    frame.SaveDocument();
 }
 
 void DeleteUnit(CVelmFrame& frame, WORD) {
     CVelmDocument* const document = frame.Document();
-    const CVelmItem* const item = CurrentItem(frame);
+    const CVelmItem* const item = frame.CurrentItem();
     if (item == nullptr ||
         MessageBoxW(frame.Handle(), Wide(DeleteQuestion(*document, *item)), L"Delete", MB_YESNO | MB_ICONQUESTION) !=
             IDYES ||
-        frame.Document() != document || CurrentItem(frame) != item) {
+        frame.Document() != document || frame.CurrentItem() != item) {
         return;
     }
     frame.List().SetDocument(nullptr);  // it shows the item that goes
     document->RemoveItem(item);
-    document->Touch();
     frame.List().SetDocument(document);
-    frame.SaveDocument();
+    frame.KeepEdits();
 }
 
 void SaveEdits(CVelmFrame& frame, WORD) {

@@ -36,6 +36,8 @@ constexpr int LEAST_SIZE = 160;
 
 constexpr COLORREF HEADER_COLOR = RGB(255, 255, 255);
 
+constexpr const wchar_t* SAVE_CAPTION = L"Save";
+
 /// The tooltips from the left: the two menu titles, then the tool buttons.
 constexpr std::array<UINT, 8> TOOL_TIP_TEXTS = {IDS_FILE_MENU, IDS_EDIT_MENU,   IDS_COPY,     IDS_PASTE,
                                                 IDS_EDIT_UNIT, IDS_CONVERSIONS, IDS_ROW_SIZE, IDS_OPEN_CALCULATOR};
@@ -64,6 +66,14 @@ bool RegisterFrameClass() {
     windowClass.hIcon = LoadIconW(windowClass.hInstance, MAKEINTRESOURCEW(IDI_CONVERSION_FILE));
     windowClass.lpszClassName = FRAME_CLASS;
     return RegisterClassExW(&windowClass) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+}
+
+CVelmString SystemMessage(DWORD error) {
+    std::array<wchar_t, 512> text{};
+    // In one line, without the line end that the system puts behind it.
+    constexpr DWORD FLAGS = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
+    FormatMessageW(FLAGS, nullptr, error, 0, text.data(), static_cast<DWORD>(text.size()), nullptr);
+    return FromWide(text.data());
 }
 
 /// The document string's first part, up to the line end, is the window's title.
@@ -173,7 +183,8 @@ void CVelmFrame::OpenStartupFile() {
 
 void CVelmFrame::SelectFile(CVelmDocument* document) {
     if (document != document_) {
-        if (!SaveDocument()) {
+        // Edits of a file that could not be read have nowhere to go, and must not keep the user from the other files.
+        if (!SaveDocument() && document_->loaded) {
             return;
         }
         list_.SetDocument(nullptr);  // the items of the document that is about to be unloaded
@@ -204,17 +215,26 @@ void CVelmFrame::ShowTitle(const CVelmString& text) {
 }
 
 bool CVelmFrame::SaveDocument() {
-    if (document_ == nullptr || !document_->IsModified() || document_->Save(catalog_.Folder())) {
-        return true;
+    const CVelmString problem = WriteBack();
+    if (!problem.empty()) {
+        MessageBoxW(Handle(), Wide(problem), SAVE_CAPTION, MB_OK | MB_ICONSTOP);
     }
-    const DWORD error = GetLastError();
-    std::array<wchar_t, 512> reason{};
-    FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, reason.data(),
-                   static_cast<DWORD>(reason.size()), nullptr);
-    const CVelmString text =
-        document_->PathIn(catalog_.Folder()) + u" could not be written.\n" + FromWide(reason.data());
-    MessageBoxW(Handle(), Wide(text), L"Save", MB_OK | MB_ICONSTOP);
-    return false;
+    return problem.empty();
+}
+
+void CVelmFrame::KeepEdits() {
+    document_->Touch();
+    SaveDocument();
+}
+
+/// Writes the current document when it has edits. Returns which file could not be written and why; empty when there
+/// is nothing to tell.
+CVelmString CVelmFrame::WriteBack() {
+    if (document_ == nullptr || !document_->IsModified() || document_->Save(catalog_.Folder())) {
+        return {};
+    }
+    const CVelmString reason = document_->loaded ? SystemMessage(GetLastError()) : u"What it holds could not be read.";
+    return document_->PathIn(catalog_.Folder()) + u" could not be written.\n" + reason;
 }
 
 void CVelmFrame::UpdateCommands() {
@@ -315,7 +335,7 @@ LRESULT CVelmFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
             break;
         case WM_ENDSESSION:
             if (wParam != FALSE) {
-                WriteEverything();
+                OnEndSession();
             }
             return 0;
         case WM_DESTROY:
@@ -397,20 +417,20 @@ bool CVelmFrame::OnSysCommand(WPARAM command, LPARAM key) {
 }
 
 bool CVelmFrame::MayClose() {
-    return SaveDocument() || MessageBoxW(Handle(), L"Do you want to close and lose what was edited?", L"Save",
+    return SaveDocument() || MessageBoxW(Handle(), L"Do you want to close and lose what was edited?", SAVE_CAPTION,
                                          MB_YESNO | MB_DEFBUTTON2 | MB_ICONQUESTION) == IDYES;
 }
 
-void CVelmFrame::WriteEverything() {
-    if (document_ != nullptr && document_->IsModified()) {
-        document_->Save(catalog_.Folder());  // nobody is there any more to be told of a failure
-    }
+void CVelmFrame::OnEndSession() {
+    WriteBack();  // nobody is there any more to be told of a failure
     SaveOpenFileList(program_.settings, catalog_);
     SaveSettings(program_.settings, program_.options);
 }
 
 void CVelmFrame::OnDestroy() {
-    WriteEverything();
+    WriteBack();
+    // Written by the application at its end: a frame that could not be made comes here too, with no file listed yet.
+    SaveOpenFileList(program_.settings, catalog_);
     PostQuitMessage(0);
 }
 

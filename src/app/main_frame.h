@@ -52,9 +52,13 @@ public:
     /// Writes the current document to its file when it has edits. When that fails the user is told and it is false.
     bool SaveDocument();
 
+    /// The current document, which there is, was edited: it is stamped, and its file written.
+    void KeepEdits();
+
     const CVelmProgram& Program() const { return program_; }
     CVelmCatalog& Catalog() { return catalog_; }
     CVelmDocument* Document() const { return document_; }
+    CVelmItem* CurrentItem() const { return document_ != nullptr ? document_->currentItem : nullptr; }
 
     /// The text references, listed when they are first asked for, and the control that shows them.
     CVelmReferenceList& References() { return references_; }
@@ -83,12 +87,11 @@ private:
     void OnInitMenu(HMENU menu) const;
     void OnActivate(bool active);
     bool OnSysCommand(WPARAM command, LPARAM key);
+    CVelmString WriteBack();
 
     /// Whether the edits are written or the user gives them up.
     bool MayClose();
-
-    /// At the program's end: the document's edits and the settings.
-    void WriteEverything();
+    void OnEndSession();
     void OnDestroy();
 
     CVelmProgram program_;

@@ -113,6 +113,18 @@ OpenParameters ParametersOf(FileMode mode) {
     return {GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING};
 }
 
+/// Leaves the reason of an earlier failure as it was, to be told, when a later call has one of its own.
+class LastErrorKeeper {
+public:
+    LastErrorKeeper() = default;
+    ~LastErrorKeeper() { SetLastError(error_); }
+    LastErrorKeeper(const LastErrorKeeper&) = delete;
+    LastErrorKeeper& operator=(const LastErrorKeeper&) = delete;
+
+private:
+    DWORD error_ = GetLastError();
+};
+
 class SearchHandle {
 public:
     SearchHandle(const std::wstring& pattern, WIN32_FIND_DATAW& entry)
@@ -160,11 +172,13 @@ public:
     }
 
     bool Remove(const CVelmString& path) override {
+        const LastErrorKeeper keeper;
         const auto name = SystemPath(path);
         return name && DeleteFileW(name->c_str());
     }
 
     bool Exists(const CVelmString& path) override {
+        const LastErrorKeeper keeper;
         const auto name = SystemPath(path);
         return name && GetFileAttributesW(name->c_str()) != INVALID_FILE_ATTRIBUTES;
     }
