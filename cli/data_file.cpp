@@ -65,7 +65,8 @@ CVelmString FindInDataFolder(const CommandContext& context, const std::string& f
     if (found.size() > 1) {
         std::string list;
         for (const CVelmString& name : found) {
-            list += (list.empty() ? "" : ", ") + ToUtf8(name);
+            list += list.empty() ? "" : ", ";
+            list += ToUtf8(name);
         }
         Fail(fmt::format("{} can be any of {}", Quoted(file), list));
     }
