@@ -81,8 +81,11 @@ void PrintTables(const Documents& documents, const CVelmReferenceList& reference
 
 int RunFiles(CommandContext& context, const std::vector<std::string>& arguments) {
     bool json = false;
+    bool names = false;
     CVelmArguments declared("files", "List the data files and text references of the data folder");
     declared.AddFlag("--json", json, "Write everything as JSON");
+    declared.AddFlag("--names", names, "Print the names of the data files alone, one to a line");
+    declared.Exclude("--names", "--json");
     if (!declared.Parse(arguments, context.out)) {
         return STATUS_OK;
     }
@@ -97,7 +100,11 @@ int RunFiles(CommandContext& context, const std::vector<std::string>& arguments)
     catalog.ScanFolder();
     CVelmReferenceList references(services);
     references.ScanReferences(context.dataFolder);
-    if (json) {
+    if (names) {
+        for (const auto& document : catalog.documents) {
+            context.out.WriteLine(OneLine(ToUtf8(document->fileName)));
+        }
+    } else if (json) {
         context.out.WriteLine(AsJson(ByCategory(catalog), references));
     } else {
         PrintTables(ByCategory(catalog), references, context.out);

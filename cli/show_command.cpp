@@ -154,19 +154,35 @@ void PrintDocument(const CVelmDocument& document, CVelmOutput& out) {
     PrintTable(conversionRows, out);
 }
 
+/// Every text that an item which takes a value is called by on the command line.
+void PrintNames(const CVelmDocument& document, CVelmOutput& out) {
+    for (const auto& item : document.items) {
+        for (const CVelmString& text : {item->identifier, item->name}) {
+            if (!item->IsOutput() && !text.empty()) {
+                out.WriteLine(OneLine(ToUtf8(text)));
+            }
+        }
+    }
+}
+
 }  // namespace
 
 int RunShow(CommandContext& context, const std::vector<std::string>& arguments) {
     std::string file;
     bool json = false;
+    bool names = false;
     CVelmArguments declared("show", "Print what a data file holds");
     declared.AddPositional("FILE", file, "Data file: a path or a name in the data folder");
     declared.AddFlag("--json", json, "Write everything as JSON");
+    declared.AddFlag("--names", names, "Print the names of the units or inputs alone, one to a line");
+    declared.Exclude("--names", "--json");
     if (!declared.Parse(arguments, context.out)) {
         return STATUS_OK;
     }
     const std::unique_ptr<CVelmDocument> document = OpenDataFile(context, file);
-    if (json) {
+    if (names) {
+        PrintNames(*document, context.out);
+    } else if (json) {
         context.out.WriteLine(DocumentAsJson(*document));
     } else {
         PrintDocument(*document, context.out);
