@@ -279,9 +279,13 @@ bool HtmlDisplay::ScrollToAnchor(std::u16string_view name) {
 void HtmlDisplay::ScrollTo(LONG place) {
     CHARRANGE range = {place, place};
     SendMessageW(text_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
-    const auto line = SendMessageW(text_, EM_EXLINEFROMCHAR, 0, place);
-    const auto first = SendMessageW(text_, EM_GETFIRSTVISIBLELINE, 0, 0);
-    SendMessageW(text_, EM_LINESCROLL, 0, line - first);
+    // In pixels: lines are not all of one height, and a row of a table counts as several.
+    POINTL distance = {};
+    SendMessageW(text_, EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&distance), place);
+    POINT scrolled = {};
+    SendMessageW(text_, EM_GETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled));
+    scrolled.y += distance.y;
+    SendMessageW(text_, EM_SETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled));
 }
 
 void HtmlDisplay::Follow(LONG position) {

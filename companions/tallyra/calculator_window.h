@@ -37,13 +37,14 @@ public:
     HWND Expression() const { return expression_; }
     HWND TapeList() const { return tapeList_; }
     CVelmString Message() const;
-    const CVelmTape& Tape() const { return tape_; }
+
+    /// Every button, each a CVelmDrawnButton: the bases, the angle mode, then the keypad in its order.
+    std::vector<CVelmPressButton*> Buttons();
 
 private:
     bool OnCreate();
     void Layout();
     void Paint();
-    std::vector<CVelmPressButton*> Buttons();
     void OnCommand(WORD id, WORD notification);
     void OnKey(std::size_t index);
     void Compute();

@@ -41,10 +41,6 @@ CVelmString Quote(CVelmStringView text) {
     return u"\"" + CVelmString(text) + u"\"";
 }
 
-CVelmString Digits(std::int32_t number) {
-    return FromUtf8(std::to_string(number));
-}
-
 /// Whether the "(" that the text begins with has its ")".
 bool IsClosed(CVelmStringView text) {
     int open = 0;
@@ -174,8 +170,9 @@ private:
         }
         for (const FunctionRow& row : Functions()) {
             if (row.name == name) {
-                return Fail(token, CVelmString(name) + u" takes " + Digits(row.arity) +
-                                       (row.arity == 1 ? u" argument, not " : u" arguments, not ") + Digits(count));
+                return Fail(token, CVelmString(name) + u" takes " + IntegerText(row.arity) +
+                                       (row.arity == 1 ? u" argument, not " : u" arguments, not ") +
+                                       IntegerText(count));
             }
         }
         return Fail(token, u"There is no function named " + Quote(name));

@@ -1,0 +1,206 @@
+#include "tallyra/calculator_window.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <limits>
+#include <memory>
+#include <random>
+#include <string>
+
+#include "app/wide_text.h"
+#include "platform/services.h"
+#include "support/temporary_folder.h"
+
+namespace velm::test {
+namespace {
+
+class CalculatorWindow : public testing::Test {
+protected:
+    void SetUp() override { Open(); }
+    void TearDown() override { Close(); }
+
+    void Open() {
+        window = std::make_unique<CVelmCalculatorWindow>(SystemServices(), folder.PathOf(u"tape"));
+        ASSERT_TRUE(window->CreateFrame(SW_SHOWNORMAL));
+        Pump();
+    }
+
+    void Close() {
+        SendMessageW(window->Handle(), WM_CLOSE, 0, 0);
+        Pump();
+    }
+
+    /// Does what is in the queue now, as the program's own loop does.
+    void Pump() const {
+        MSG message{};
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            if (!window->PreTranslate(message)) {
+                DispatchMessageW(&message);
+            }
+        }
+    }
+
+    void TapAt(int x, int y) const {
+        const LPARAM place = MAKELPARAM(static_cast<WORD>(x), static_cast<WORD>(y));
+        PostMessageW(window->Handle(), WM_LBUTTONDOWN, MK_LBUTTON, place);
+        PostMessageW(window->Handle(), WM_LBUTTONUP, 0, place);
+        Pump();
+    }
+
+    const CVelmDrawnButton& Button(CVelmStringView caption) const {
+        for (const CVelmPressButton* const button : window->Buttons()) {
+            const auto* const drawn = static_cast<const CVelmDrawnButton*>(button);
+            if (drawn->Text() == caption) {
+                return *drawn;
+            }
+        }
+        ADD_FAILURE() << "there is no button " << ToUtf8(caption);
+        return static_cast<const CVelmDrawnButton&>(*window->Buttons().front());
+    }
+
+    void Tap(CVelmStringView caption) const {
+        const RECT area = Button(caption).Rectangle();
+        TapAt(static_cast<int>(area.left + area.right) / 2, static_cast<int>(area.top + area.bottom) / 2);
+    }
+
+    void Key(WORD key) const {
+        PostMessageW(GetFocus(), WM_KEYDOWN, key, 1);
+        Pump();
+    }
+
+    /// Types over what is selected and presses Enter.
+    std::string Compute(CVelmStringView text) const {
+        for (const char16_t unit : text) {
+            PostMessageW(window->Expression(), WM_CHAR, unit, 1);
+        }
+        Key(VK_RETURN);
+        return ToUtf8(window->Message());
+    }
+
+    std::string Expression() const { return ToUtf8(WindowText(window->Expression())); }
+
+    std::string TapeLine(WPARAM line) const {
+        std::array<wchar_t, 2 * CVelmTape::LONGEST_TEXT + 10> text{};
+        SendMessageW(window->TapeList(), LB_GETTEXT, line, reinterpret_cast<LPARAM>(text.data()));
+        return ToUtf8(FromWide(text.data()));
+    }
+    LRESULT TapeLength() const { return SendMessageW(window->TapeList(), LB_GETCOUNT, 0, 0); }
+
+    bool Hand(ULONG_PTR code, double value, DWORD size = sizeof(double)) const {
+        std::array<double, 2> values{value, value};
+        COPYDATASTRUCT data{code, size, values.data()};
+        return SendMessageW(window->Handle(), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data)) != 0;
+    }
+
+    TemporaryFolder folder;
+    std::unique_ptr<CVelmCalculatorWindow> window;
+};
+
+TEST_F(CalculatorWindow, TakesAValueOfCodeOneAndEightBytesAlone) {
+    EXPECT_TRUE(Hand(1, -26.2));
+    EXPECT_EQ(Expression(), "-26.2");
+    EXPECT_FALSE(Hand(2, 5));
+    EXPECT_FALSE(Hand(1, 5, 7));
+    EXPECT_FALSE(Hand(1, 5, 16));
+    EXPECT_FALSE(Hand(1, std::numeric_limits<double>::infinity()));
+    EXPECT_EQ(Expression(), "-26.2");
+    Key(VK_RETURN);
+    EXPECT_EQ(ToUtf8(window->Message()), "-26.2");
+}
+
+TEST_F(CalculatorWindow, ComputesByPenInEveryBaseAndAngleMode) {
+    for (const char16_t* caption : {u"4", u"2", u"*", u"sqrt", u"3", u"6", u")", u"Del", u")", u"="}) {
+        Tap(caption);
+    }
+    EXPECT_EQ(ToUtf8(window->Message()), "252");
+    EXPECT_EQ(TapeLine(0), "42*sqrt(36) = 252");
+    for (const auto& [base, shown] :
+         {std::pair{u"Hex", "00FC"}, {u"Oct", "0374"}, {u"Bin", "1111 1100"}, {u"Dec", "252"}}) {
+        Tap(base);
+        EXPECT_EQ(ToUtf8(window->Message()), shown);
+        EXPECT_TRUE(Button(base).IsSelected());
+    }
+    for (const auto& [mode, quarter] : {std::pair{u"Rad", u"sin(pi/2)"}, {u"Deg", u"sin(90)"}, {u"Gra", u"sin(100)"}}) {
+        EXPECT_EQ(Compute(quarter), "1") << ToUtf8(mode);
+        Tap(mode);
+    }
+    EXPECT_EQ(Button(u"Rad").Text(), u"Rad") << "the modes go round";
+    Tap(u"C");
+    EXPECT_EQ(Expression() + ToUtf8(window->Message()), "");
+}
+
+TEST_F(CalculatorWindow, SaysInWordsWhatIsWrongAndSelectsIt) {
+    EXPECT_EQ(Compute(u"2+1/0"), "Division by zero");
+    DWORD start = 0;
+    DWORD end = 0;
+    SendMessageW(window->Expression(), EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+    EXPECT_EQ(std::make_pair(start, end), std::make_pair(DWORD{3}, DWORD{4}));
+    EXPECT_EQ(TapeLength(), 0);
+    Key(VK_ESCAPE);
+    EXPECT_EQ(Expression(), "");
+}
+
+TEST_F(CalculatorWindow, KeepsItsTapeFromRunToRunAndFiveHundredLinesOfIt) {
+    Close();
+    std::string lines;
+    for (int i = 1; i <= 500; ++i) {
+        lines += std::to_string(i) + "\t" + std::to_string(i) + "\n";
+    }
+    folder.WriteText(u"tape", lines);
+    Open();
+    Compute(u"6*7");
+    Close();
+    Open();
+    EXPECT_EQ(TapeLength(), 500);
+    EXPECT_EQ(TapeLine(0), "2 = 2");
+    EXPECT_EQ(TapeLine(499), "6*7 = 42");
+    Key(VK_TAB);
+    SendMessageW(window->TapeList(), LB_SETCURSEL, 499, 0);
+    Key(VK_RETURN);
+    EXPECT_EQ(Expression(), "6*7") << "Enter on a line of the tape takes it up again";
+}
+
+/// A minute of taps, keys and values; VELMORA_SEED and VELMORA_MONKEY_SECONDS repeat a run or make a longer one.
+TEST_F(CalculatorWindow, StandsAMonkeyForAMinute) {
+    const auto given = [](const char* name, DWORD otherwise) {
+        const char* const text = std::getenv(name);
+        return text != nullptr ? std::stoul(text) : otherwise;
+    };
+    const DWORD seed = given("VELMORA_SEED", GetTickCount());
+    const DWORD end = GetTickCount() + given("VELMORA_MONKEY_SECONDS", 60) * 1000;
+    std::printf("VELMORA_SEED=%lu\n", seed);
+    std::mt19937 random(seed);
+    const auto below = [&random](std::size_t count) { return static_cast<int>(random() % count); };
+    constexpr CVelmStringView LETTERS = u"0123456789.+-*/\\^!%()[]{},=&|<>~ \u00b2\u00b3abcdefghilnopqrstuvx#?\u20ac";
+    constexpr std::array<WORD, 9> KEYS = {VK_RETURN, VK_ESCAPE, VK_TAB,   VK_UP,    VK_DOWN,
+                                          VK_HOME,   VK_END,    VK_PRIOR, VK_DELETE};
+    const DWORD objects = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+    long actions = 0;
+    for (; GetTickCount() < end; ++actions) {
+        RECT area{};
+        GetClientRect(window->Handle(), &area);
+        const int kind = below(100);
+        if (kind < 60) {
+            TapAt(below(static_cast<std::size_t>(area.right)), below(static_cast<std::size_t>(area.bottom)));
+        } else if (kind < 85) {
+            PostMessageW(window->Expression(), WM_CHAR, LETTERS[static_cast<std::size_t>(below(LETTERS.size()))], 1);
+        } else if (kind < 97) {
+            Key(KEYS[static_cast<std::size_t>(below(KEYS.size()))]);
+        } else if (kind < 99) {
+            Hand(static_cast<ULONG_PTR>(below(3)), std::ldexp(1.0 + below(1000), below(2000) - 1000));
+        } else {
+            SetWindowPos(window->Handle(), nullptr, 0, 0, 100 + below(700), 100 + below(700), SWP_NOMOVE);
+        }
+    }
+    EXPECT_GT(actions, 100);
+    EXPECT_LE(TapeLength(), 500);
+    EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), objects + 20) << "what it draws with is given back";
+    SetFocus(window->Expression());
+    Key(VK_ESCAPE);
+    Tap(u"Dec");
+    EXPECT_EQ(Compute(u"2+3"), "5");
+}
+
+}  // namespace
+}  // namespace velm::test
