@@ -3,7 +3,8 @@
 BUILD_PACKAGES="g++ cmake ninja-build libcli11-dev libtomlplusplus-dev nlohmann-json3-dev libfmt-dev
     libcurl4-openssl-dev libpugixml-dev"
 WINDOWS_PACKAGES="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64 fonts-wine"
-TEST_PACKAGES="googletest clang clang-format clang-tidy libclang-rt-14-dev python3 git xvfb imagemagick"
+TEST_PACKAGES="googletest clang clang-format clang-tidy libclang-rt-14-dev python3 git xvfb imagemagick
+    lintian man-db unzip dpkg-dev"
 
 # Installs the packages that are missing. Says nothing and asks no network when none is.
 need_packages() {

@@ -1,0 +1,161 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cwchar>
+#include <memory>
+
+#include "app/main_frame.h"
+#include "app/wide_text.h"
+#include "peghelp/help_window.h"
+#include "platform/options_store.h"
+#include "settings/settings.h"
+#include "support/waiting.h"
+#include "tallyra/calculator_window.h"
+
+namespace velm::test {
+namespace {
+
+/// A program is given this long to come up on a busy machine.
+constexpr std::chrono::milliseconds START_PATIENCE{30000};
+
+/// The programs of the folder that VELMORA_PACKAGE names, started as a user starts them, and a user at the keyboard.
+class UnpackedPrograms : public testing::Test {
+protected:
+    void SetUp() override {
+        const char* const folder = std::getenv("VELMORA_PACKAGE");
+        ASSERT_NE(folder, nullptr);
+        folder_ = WithSeparator(FromUtf8(folder));
+        // What an earlier run has stored names another folder.
+        CVelmSettings settings;
+        std::copy_n(u"Length.cnv", 10, settings.openFiles);
+        ASSERT_EQ(SaveSettings(settings, *OpenOptionsStore(DefaultOptionsLocation())), 0);
+    }
+
+    void TearDown() override {
+        for (const wchar_t* name : {CALCULATOR_CLASS, HELP_CLASS, FRAME_CLASS}) {
+            Close(FindWindowW(name, nullptr));
+        }
+    }
+
+    using Process = std::unique_ptr<void, decltype(&CloseHandle)>;
+    Process Start(const CVelmString& program, const CVelmString& arguments = {}) const {
+        std::wstring line = ToWide(u"\"" + folder_ + program + u"\" " + arguments);
+        STARTUPINFOW startup{};
+        PROCESS_INFORMATION process{};
+        EXPECT_TRUE(
+            CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process));
+        CloseHandle(process.hThread);
+        return {process.hProcess, CloseHandle};
+    }
+
+    static HWND WaitForWindow(const wchar_t* className) {
+        HWND window = nullptr;
+        EXPECT_TRUE(WaitUntil(
+            [&] {
+                window = FindWindowW(className, nullptr);
+                return window != nullptr && IsWindowVisible(window);
+            },
+            START_PATIENCE));
+        return window;
+    }
+
+    static void Close(HWND window) {
+        PostMessageW(window, WM_CLOSE, 0, 0);
+        EXPECT_TRUE(WaitUntil([window] { return !IsWindow(window); })) << "a program does not end";
+    }
+
+    static void Press(WORD key, WORD held = 0) {
+        for (const DWORD flags : {DWORD{0}, DWORD{KEYEVENTF_KEYUP}}) {
+            for (const WORD code : {held, key}) {
+                keybd_event(static_cast<BYTE>(code), 0, flags, 0);
+            }
+        }
+    }
+
+    static std::string Text(HWND window) {
+        std::array<wchar_t, 100> text{};
+        SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+        return ToUtf8(FromWide(text.data()));
+    }
+
+    static std::string ClipboardText() {
+        std::string text;
+        if (OpenClipboard(nullptr)) {
+            if (const HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
+                text = ToUtf8(FromWide(static_cast<const wchar_t*>(GlobalLock(data))));
+                GlobalUnlock(data);
+            }
+            CloseClipboard();
+        }
+        return text;
+    }
+
+    /// What the help viewer shows in its first line.
+    static std::string FirstHelpLine() {
+        HWND page = WaitForWindow(HELP_CLASS);
+        while (const HWND child = GetWindow(page, GW_CHILD)) {
+            page = child;
+        }
+        const LRESULT line = SendMessageW(page, EM_GETFIRSTVISIBLELINE, 0, 0);
+        std::array<wchar_t, 200> text{static_cast<wchar_t>(text.size() - 1)};
+        SendMessageW(page, EM_GETLINE, static_cast<WPARAM>(line), reinterpret_cast<LPARAM>(text.data()));
+        return ToUtf8(FromWide(std::wstring(text.data()).substr(0, std::wcscspn(text.data(), L"\r\n"))));
+    }
+
+    CVelmString folder_;
+};
+
+TEST_F(UnpackedPrograms, ConvertMilesAndHandThemToTheCalculator) {
+    Start(u"Velmora.exe");
+    const HWND frame = WaitForWindow(FRAME_CLASS);
+    ASSERT_NE(frame, nullptr);
+    ASSERT_TRUE(WaitUntil([frame] { return GetForegroundWindow() == frame; }));
+    constexpr int ROWS_FROM_METERS_TO_MILES = 8;
+    for (int i = 0; i < ROWS_FROM_METERS_TO_MILES; ++i) {
+        Press(VK_DOWN);
+    }
+    Press(VK_TAB);
+    for (const char key : std::string("26.2")) {
+        Press(key == '.' ? static_cast<WORD>(VK_OEM_PERIOD) : static_cast<WORD>(key));
+    }
+    Sleep(1500);  // the value is taken a while after the last key
+    Press('K', VK_CONTROL);
+    const HWND calculator = WaitForWindow(CALCULATOR_CLASS);
+    const HWND expression = FindWindowExW(calculator, nullptr, L"EDIT", nullptr);
+    EXPECT_TRUE(WaitUntil([&] { return Text(expression) == "26.2"; })) << Text(expression);
+
+    SetForegroundWindow(frame);
+    ASSERT_TRUE(WaitUntil([frame] { return GetForegroundWindow() == frame; }));
+    Press(VK_TAB);
+    for (int i = 1; i < ROWS_FROM_METERS_TO_MILES; ++i) {
+        Press(VK_UP);
+    }
+    EXPECT_TRUE(WaitUntil([] {
+        Press('C', VK_CONTROL);
+        Sleep(300);
+        return ClipboardText() == "42.1648128";
+    })) << ClipboardText();
+    Press(VK_F1);
+    EXPECT_TRUE(WaitUntil([] { return FirstHelpLine() == "Velmora Help"; }, START_PATIENCE)) << FirstHelpLine();
+}
+
+TEST_F(UnpackedPrograms, HelpOpensAtAnyOfItsPlaces) {
+    for (const auto& [anchor, heading] : {std::pair{u"formulas", "Formulas"}, {u"rates", "Updating exchange rates"}}) {
+        Start(u"peghelp.exe", CVelmString(u"file:velmora.htm#") + anchor);
+        EXPECT_TRUE(WaitUntil([heading = heading] { return FirstHelpLine() == heading; })) << FirstHelpLine();
+        Close(FindWindowW(HELP_CLASS, nullptr));
+    }
+}
+
+TEST_F(UnpackedPrograms, ASecondCalculatorBringsTheFirstToTheFront) {
+    Start(u"Tallyra.exe");
+    const HWND calculator = WaitForWindow(CALCULATOR_CLASS);
+    ShowWindow(calculator, SW_MINIMIZE);
+    EXPECT_EQ(WaitForSingleObject(Start(u"Tallyra.exe").get(), 20000), WAIT_OBJECT_0) << "the second one stays";
+    EXPECT_TRUE(WaitUntil([&] { return !IsIconic(calculator) && GetForegroundWindow() == calculator; }));
+}
+
+}  // namespace
+}  // namespace velm::test

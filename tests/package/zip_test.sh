@@ -1,0 +1,19 @@
+#!/bin/sh
+# The Windows zip, unpacked into an empty folder: zip_test.sh ZIP DRIVER. The driver is the user at the windows.
+set -eu
+zip=$1
+driver=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+fail() {
+    echo "$*" >&2
+    exit 1
+}
+at_most() { [ "$(stat -c %s "$2")" -lt "$1" ] || fail "$2 is larger than $1 bytes"; }
+
+at_most 3000000 "$zip"
+unzip -q "$zip" -d "$work"
+for program in Velmora.exe Tallyra.exe peghelp.exe htmlview.dll; do
+    at_most 2000000 "$work/$program"
+done
+VELMORA_PACKAGE="Z:$work" VELMORA_SCREEN=1024x800 "$(dirname "$0")/../../tools/xvfb-wine" "$driver"
