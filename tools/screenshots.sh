@@ -13,6 +13,16 @@ for scale in 1 2; do
     VELMORA_SCREEN=$((240 * scale))x$((320 * scale)) VELMORA_DPI=$((96 * scale)) \
         VELMORA_PICTURES="Z:$taken/$scale" VELMORA_DATA="Z:${VELMORA_DATA:-$here/build/windows/Conversions}" \
         "$here/tools/xvfb-wine" "$tests" --gtest_filter='Pictures.*' --gtest_also_run_disabled_tests --gtest_brief=1
+
+    # The calculator, with what was computed before.
+    prefix=$here/build/wine-window-$((96 * scale))
+    tape=$prefix/drive_c/users/$(id -un)/AppData/Roaming/Velmora
+    mkdir -p "$tape"
+    printf '%s\t%s\n' '26.2*1.609344' 42.1648128 'r = 3.5' 3.5 'pi*r^2' 38.4845100065 'sqrt(ans)' 6.20358847817 \
+        >"$tape/tallyra tape.txt"
+    VELMORA_SCREEN=$((240 * scale))x$((320 * scale)) VELMORA_DPI=$((96 * scale)) \
+        VELMORA_PICTURE=$taken/$scale/calculator.bmp "$here/tools/xvfb-wine" "$here/build/windows/Tallyra.exe"
+
     for picture in "$taken/$scale"/*.bmp; do
         convert "$picture" -strip "PNG8:$images/$(basename "$picture" .bmp).png"
     done
