@@ -42,7 +42,7 @@ constexpr std::array COMMANDS = {
     One(ID_SHOW_UNITS, Always, ChooseShownUnits, {'U', FCONTROL}),
     WhileBusy(One(ID_CALCULATE, Always, Calculate)),
     One(ID_REMOVE_FROM_LIST, Always, RemoveFromList),
-    One(ID_COPY, CanCopy, CopyValue, {'C', FCONTROL, OUTSIDE}),
+    One(ID_COPY, HasCurrentValue, CopyValue, {'C', FCONTROL, OUTSIDE}),
     One(ID_PASTE, CanPaste, PasteText, {'V', FCONTROL, OUTSIDE}),
     One(ID_OPEN_CALCULATOR, Always, OpenCalculator, {'K', FCONTROL}),
     One(ID_ROW_SIZE, Always, ToggleRowSize, {'L', FCONTROL}),

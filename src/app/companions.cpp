@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "app/frame_commands.h"
 #include "app/main_frame.h"
 #include "app/wide_text.h"
 
@@ -70,9 +71,8 @@ void OpenCalculator(CVelmFrame& frame, WORD) {
         }
         window = WaitForCalculator();
     }
-    const CVelmItem* const item = frame.CurrentItem();
-    if (window != nullptr && item != nullptr && item->state == STATE_VALID) {
-        SendValue(frame.Handle(), window, item->value);
+    if (window != nullptr && HasCurrentValue(frame)) {
+        SendValue(frame.Handle(), window, frame.CurrentItem()->value);
     }
 }
 

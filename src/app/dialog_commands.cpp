@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "app/frame_commands.h"
 #include "app/main_frame.h"
 #include "app/wide_text.h"
 #include "dialogs/about_dialog.h"
@@ -103,12 +104,15 @@ void EditUnit(CVelmFrame& frame, WORD) {
     if (ShowUnitDialog(frame.Handle(), *item, *document, frame.Program().services.clock) != IDOK) {
         return;
     }
-    if (document->GetKind() == KIND_CALCULATION && item->valueText != oldText) {
-        item->state = STATE_NONE;  // an input starts from its new text
-    }
     frame.KeepEdits();
     frame.List().RefreshNames();
-    RunCommand(frame, ID_CALCULATE);
+    // What can be edited here of a unit decides no value.
+    if (document->GetKind() == KIND_CALCULATION) {
+        if (item->valueText != oldText) {
+            item->state = STATE_NONE;  // an input starts from its new text
+        }
+        RunCommand(frame, ID_CALCULATE);
+    }
     frame.List().NotifySelection();
 }
 
@@ -116,7 +120,10 @@ void EditConversions(CVelmFrame& frame, WORD) {
     auto& document = static_cast<CVelmConversionDoc&>(*frame.Document());
     ShowConversionsDialog(frame.Handle(), document, frame.Program().context);
     frame.KeepEdits();
-    RunCommand(frame, ID_CALCULATE);
+    // From a unit without a value every other unit would lose its own.
+    if (HasCurrentValue(frame)) {
+        RunCommand(frame, ID_CALCULATE);
+    }
 }
 
 void EditOptions(CVelmFrame& frame, WORD) {

@@ -57,7 +57,7 @@ bool IsConversionFile(const CVelmFrame& frame) {
     return frame.Document() != nullptr && frame.Document()->GetKind() == KIND_CONVERSION;
 }
 
-bool CanCopy(const CVelmFrame& frame) {
+bool HasCurrentValue(const CVelmFrame& frame) {
     const CVelmItem* const item = frame.CurrentItem();
     return item != nullptr && item->state == STATE_VALID;
 }

@@ -13,7 +13,7 @@ bool HasCurrentItem(const CVelmFrame& frame);
 bool IsConversionFile(const CVelmFrame& frame);
 
 /// The current item holds a valid value.
-bool CanCopy(const CVelmFrame& frame);
+bool HasCurrentValue(const CVelmFrame& frame);
 
 /// The current item is an input, and the clipboard holds text.
 bool CanPaste(const CVelmFrame& frame);

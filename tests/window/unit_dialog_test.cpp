@@ -108,6 +108,18 @@ TEST_F(UnitDialogTest, TurnsAnInputIntoAnOutput) {
     EXPECT_TRUE(document->GetItem(0)->IsOutput());
 }
 
+TEST_F(UnitDialogTest, EditsOfAUnitWithoutValueLeaveTheOthersTheirs) {
+    StartWithUnits();
+    program.Ask([](CVelmFrame& frame) {
+        frame.Document()->GetItem(1)->value = 5.0;
+        frame.Document()->GetItem(1)->state = STATE_VALID;
+    });
+    for (const int command : {ID_EDIT_UNIT, ID_CONVERSIONS}) {
+        EXPECT_TRUE(DialogDriver(program, static_cast<WORD>(command)).Ok());
+        EXPECT_EQ(program.Ask([](CVelmFrame& frame) { return frame.Document()->GetItem(1)->state; }), STATE_VALID);
+    }
+}
+
 TEST_F(UnitDialogTest, RefusesWhatFormulasCouldNeverUse) {
     StartWithCalculation();
     const DialogDriver dialog(program, ID_ADD_UNIT);
