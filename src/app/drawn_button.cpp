@@ -14,8 +14,7 @@ constexpr int ICON_SIZE = 16;
 constexpr int SIGN_HALF_WIDTH = 4;
 constexpr int SIGN_ROOM = 14;
 
-/// How much of the base colour the faces of a button take; 255 is white.
-constexpr int PRESSED_TINT = 110;
+/// How much the face of a chosen button is lightened.
 constexpr int SELECTED_TINT = 170;
 
 constexpr COLORREF TEXT_COLOR = RGB(0, 0, 0);
@@ -67,11 +66,11 @@ void CVelmDrawnButton::Draw(HDC dc) const {
 void CVelmDrawnButton::DrawFrame(HDC dc) const {
     COLORREF face = RGB(255, 255, 255);
     if (State() == BUTTON_PRESSED) {
-        face = MixColor(PRESSED_TINT, BaseColor());
+        face = MixColor(MIX_EDGE, BaseColor());
     } else if (selected_) {
         face = MixColor(SELECTED_TINT, BaseColor());
     }
-    FillColor(dc, Rectangle(), MixColor(PRESSED_TINT, BaseColor()));
+    FillColor(dc, Rectangle(), MixColor(MIX_EDGE, BaseColor()));
     RECT inside = Rectangle();
     InflateRect(&inside, -DisplayScale(), -DisplayScale());
     FillColor(dc, inside, face);

@@ -25,7 +25,6 @@ constexpr int TAB_ROOM = 10;
 constexpr int TAB_FONT = 12;
 constexpr int BUTTON_WIDTH = 20;
 constexpr int IMAGE_SIZE = 16;
-constexpr int EDGE_TINT = 110;
 
 /// A tab stands for the first format of its row that the item allows; the rows are in the order of the tabs.
 struct TabFormats {
@@ -324,7 +323,7 @@ void CVelmValuePanel::Paint() {
     GetClientRect(Handle(), &edge);
     edge.bottom = edge.top + 1;
     FillColor(painter.Dc(), painter.UpdateArea(), RGB(255, 255, 255));
-    FillColor(painter.Dc(), edge, MixColor(EDGE_TINT, BaseColor()));
+    FillColor(painter.Dc(), edge, MixColor(MIX_EDGE, BaseColor()));
     accept_.Draw(painter.Dc());
     restore_.Draw(painter.Dc());
     for (int i = 0; i < tabCount_; ++i) {

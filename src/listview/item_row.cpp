@@ -31,8 +31,6 @@ constexpr int TWO_VALUE_LEFT = 24;
 constexpr int TWO_VALUE_TOP = 20;
 constexpr int TWO_VALUE_ROOM = 30;
 
-constexpr int PRESSED_TINT = 110;
-
 RECT Place(LONG left, LONG top, LONG width, LONG height) {
     return {left, top, left + width, top + height};
 }
@@ -41,7 +39,7 @@ RECT Place(LONG left, LONG top, LONG width, LONG height) {
 
 void CVelmFormatButton::Draw(HDC dc, const CVelmBitmap& icons) const {
     const bool pressed = State() == BUTTON_PRESSED;
-    FillColor(dc, Rectangle(), MixColor(PRESSED_TINT, BaseColor()));
+    FillColor(dc, Rectangle(), MixColor(MIX_EDGE, BaseColor()));
     RECT inside = Rectangle();
     InflateRect(&inside, -DisplayScale() * (pressed ? 2 : 1), -DisplayScale() * (pressed ? 2 : 1));
     FillColor(dc, inside, RGB(255, 255, 255));
