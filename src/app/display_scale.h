@@ -2,10 +2,7 @@
 
 #include <windows.h>
 
-#include <optional>
-
 #include "app/gdi.h"
-#include "platform/text.h"
 
 namespace velm {
 
@@ -22,21 +19,6 @@ CVelmFont CreateProgramFont(int height, bool bold);
 
 /// An icon of the program's resources, `size` pixels of an ordinary screen square; null when there is none.
 CVelmIcon LoadProgramIcon(UINT id, int size);
-
-/// Shows the wait cursor for its lifetime, then the arrow.
-class CVelmWaitCursor {
-public:
-    CVelmWaitCursor() { SetCursor(LoadCursorW(nullptr, IDC_WAIT)); }
-    ~CVelmWaitCursor() { SetCursor(LoadCursorW(nullptr, IDC_ARROW)); }
-    CVelmWaitCursor(const CVelmWaitCursor&) = delete;
-    CVelmWaitCursor& operator=(const CVelmWaitCursor&) = delete;
-};
-
-/// Puts a text on the clipboard as Unicode text. False leaves it unsaid what the clipboard holds.
-bool SetClipboardText(HWND owner, CVelmStringView text);
-
-/// The clipboard's Unicode text, up to its NUL; nothing when it holds none or another program keeps it.
-std::optional<CVelmString> GetClipboardText(HWND owner);
 
 /// The colour that rows and bitmaps take their tint from: the system's active caption.
 COLORREF BaseColor();

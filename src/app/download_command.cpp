@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "app/display_scale.h"
 #include "app/frame_commands.h"
 #include "app/main_frame.h"
+#include "app/wait_cursor.h"
 #include "app/wide_text.h"
 #include "platform/fetch.h"
 #include "settings/settings.h"

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-#include "app/display_scale.h"
+#include "app/clipboard.h"
 #include "app/gdi.h"
 #include "app/wide_text.h"
 #include "pocketpc/shell.h"

@@ -4,6 +4,7 @@
 
 #include "app/display_scale.h"
 #include "app/frame_commands.h"
+#include "app/wait_cursor.h"
 #include "app/wide_text.h"
 #include "listview/bitmap.h"
 #include "pocketpc/command_bar.h"

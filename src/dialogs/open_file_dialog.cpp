@@ -4,6 +4,7 @@
 #include <array>
 
 #include "app/display_scale.h"
+#include "app/wait_cursor.h"
 #include "app/wide_text.h"
 #include "dialogs/dialog_frame.h"
 #include "dialogs/html_viewer.h"

@@ -6,6 +6,7 @@
 #include <array>
 #include <utility>
 
+#include "app/clipboard.h"
 #include "app/display_scale.h"
 #include "app/value_panel.h"
 #include "dialogs/formats_dialog.h"

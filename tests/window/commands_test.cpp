@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "app/clipboard.h"
 #include "app/command_table.h"
 #include "app/display_scale.h"
 #include "app/wide_text.h"

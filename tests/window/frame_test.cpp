@@ -1,3 +1,4 @@
+#include "app/clipboard.h"
 #include "app/main_frame.h"
 
 #include <gtest/gtest.h>
