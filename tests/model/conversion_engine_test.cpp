@@ -1,163 +1,287 @@
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <cmath>
+#include <cstdlib>
+#include <ctime>
+#include <functional>
+#include <iterator>
+#include <random>
+#include <sstream>
 
-#include "model/document.h"
+#include "support/sample_documents.h"
 
-namespace velm {
+namespace velm::test {
 namespace {
 
-/// Units 0 to 3; unit 0 is the one entered, with the value 3.
-class ConversionEngine : public testing::Test {
-protected:
-    ConversionEngine() {
-        for (int i = 0; i < 4; ++i) {
-            document_.AddItem(CreateItem(ITEM_VALUE));
+void AddUnits(CVelmDocument& document, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        document.AddItem(CreateItem(ITEM_VALUE))->name = FromUtf8(std::to_string(i));
+    }
+}
+
+void Enter(CVelmDocument& document, std::size_t unit, double value) {
+    document.currentItem = document.GetItem(unit);
+    document.currentItem->value = value;
+    document.currentItem->state = STATE_VALID;
+}
+
+/// Conversions as they read: "0*1.8+32=1" is unit 1 = unit 0 x 1.8 + 32, "0{x^2|sqrt(x)}1" the same by formulas.
+void AddConversions(CVelmConversionDoc& document, const char* texts) {
+    std::istringstream words(texts);
+    for (std::string word; words >> word;) {
+        const auto unit1 = static_cast<std::size_t>(word.front() - '0');
+        const auto unit2 = static_cast<std::size_t>(word.back() - '0');
+        if (const std::size_t bar = word.find('|'); bar != std::string::npos) {
+            JoinByFormulas(document, unit1, unit2, FromUtf8(word.substr(2, bar - 2)),
+                           FromUtf8(word.substr(bar + 1, word.size() - bar - 3)));
+        } else {
+            char* offset = nullptr;
+            const double factor = std::strtod(word.c_str() + 2, &offset);
+            Join(document, unit1, unit2, factor, std::strtod(offset, nullptr));
         }
-        document_.currentItem = document_.GetItem(0);
-        document_.currentItem->value = 3.0;
-        document_.currentItem->state = STATE_VALID;
+    }
+}
+
+TEST(ConversionEngine, CarriesTheEnteredValueAlongTheConversions) {
+    const struct {
+        const char* rule;
+        const char* conversions;
+        const char* hidden;
+        const char* values;
+    } cases[] = {
+        {"linear steps work both ways", "0*1.8+32=1 2*2+1=0", "", "3 37.4 1 none"},
+        {"a factor of 0 works forward only", "0*0+1=1 3*0+1=0", "", "3 1 none error"},
+        {"what is not finite is an error", "0*1e308=1 2*1e-320=0 0*nan=3", "", "3 error error error"},
+        {"formulas work both ways", "0{x^2|sqrt(x)}1 2{sqrt(x)|x*x+1}0", "", "3 9 10 none"},
+        {"a direct step wins over a bridge listed before", "1*10=2 0*10=1 0*7=2", "1", "3 none 21 none"},
+        {"the first bridge wins and may be hidden", "3*2=1 2*10=3 0*1=1 0*1=2", "12", "3 3 none 1.5"},
+        {"a one-way formula is passed over in the other direction", "1{x+1|}0 0{x+1|}2 1*2=2", "", "3 2 4 none"},
+        {"a failure ends the search of its unit alone", "0{err|err}1 0*1=2 1*1=2 1*1=3 2*5=3", "", "3 error 3 15"},
+        {"what nothing leads to is empty", "2*1=3", "", "3 none none none"},
+    };
+    FormulaContext context(SystemClock());
+    DefineVariable(context, u"x", 1.0);
+    for (const auto& [rule, conversions, hidden, values] : cases) {
+        CVelmConversionDoc document(SystemServices());
+        AddUnits(document, 4);
+        AddConversions(document, conversions);
+        for (const auto& item : document.items) {
+            item->state = STATE_VALID;
+            item->shown = std::string(hidden).find(ToUtf8(item->name)) == std::string::npos ? 1 : 0;
+        }
+        Enter(document, 0, 3.0);
+        document.Recalculate(context);
+        EXPECT_EQ(Values(document, 15), values) << rule << ": " << conversions;
+    }
+    double x = 0.0;
+    EXPECT_FALSE(EvaluateFormula(context, u"x", x)) << "x is not bound afterwards";
+}
+
+TEST(ConversionEngine, AnEditedFormulaHoldsAtTheNextRecalculation) {
+    FormulaContext context(SystemClock());
+    CVelmConversionDoc document(SystemServices());
+    AddUnits(document, 2);
+    AddConversions(document, "1{x|x+1}0");
+    Enter(document, 0, 3.0);
+    for (const auto& [formula, values] :
+         {std::pair(u"x+1", "3 4"), std::pair(u"X*10", "3 30"), std::pair(u"x*", "3 error")}) {
+        document.conversions[0]->reverseFormula = formula;
+        document.Recalculate(context);
+        EXPECT_EQ(Values(document, 15), values);
+    }
+}
+
+/// The search as one would first write it down: recursive, and exponential at its worst.
+class PlainSearch {
+public:
+    PlainSearch(CVelmConversionDoc& document, FormulaContext& context) : document_(document), context_(context) {
+        for (const auto& item : document_.items) {
+            item->state = item.get() == document_.currentItem ? item->state : STATE_NONE;
+        }
+        for (const auto& item : document_.items) {
+            if (item->shown != 0 && item->state == STATE_NONE) {
+                Solve(*item);
+            }
+        }
     }
 
-    CVelmItem& Unit(std::size_t i) { return *document_.GetItem(i); }
-
-    CVelmConversion& Linear(std::size_t unit1, std::size_t unit2, double factor, double offset = 0.0) {
-        CVelmConversion& conversion = *document_.AddConversion(std::make_unique<CVelmConversion>(document_));
-        conversion.unit1 = &Unit(unit1);
-        conversion.unit2 = &Unit(unit2);
-        conversion.factor = factor;
-        conversion.offset = offset;
-        return conversion;
+private:
+    bool Solve(CVelmItem& target) {
+        target.state = STATE_ERROR;
+        for (const std::int32_t sourceState : {STATE_VALID, STATE_NONE}) {
+            for (const auto& conversion : document_.conversions) {
+                const bool forward = conversion->unit2 == &target;
+                CVelmItem& source = forward ? *conversion->unit1 : *conversion->unit2;
+                if ((!forward && conversion->unit1 != &target) || source.state != sourceState) {
+                    continue;
+                }
+                if ((sourceState == STATE_VALID || Solve(source)) && Apply(*conversion, forward, source, target)) {
+                    return true;
+                }
+            }
+        }
+        target.state = STATE_NONE;
+        return false;
     }
 
-    CVelmConversion& Formula(std::size_t unit1, std::size_t unit2, CVelmStringView forward, CVelmStringView reverse) {
-        CVelmConversion& conversion = Linear(unit1, unit2, 1.0);
-        conversion.formulaFlag = 1;
-        conversion.forwardFormula = forward;
-        conversion.reverseFormula = reverse;
-        return conversion;
+    bool Apply(const CVelmConversion& conversion, bool forward, const CVelmItem& from, CVelmItem& to) {
+        const CVelmString& formula = forward ? conversion.forwardFormula : conversion.reverseFormula;
+        if (from.state != STATE_VALID || (conversion.IsFormula() && formula.empty())) {
+            return false;
+        }
+        double result = NAN;
+        if (conversion.IsFormula()) {
+            DefineVariable(context_, u"x", from.value);
+            EvaluateFormula(context_, formula, result);
+            UndefineVariable(context_, u"x");
+        } else if (forward) {
+            result = from.value * conversion.factor + conversion.offset;
+        } else if (conversion.factor != 0.0) {
+            result = (from.value - conversion.offset) / conversion.factor;
+        }
+        to.state = std::isfinite(result) ? STATE_VALID : STATE_ERROR;
+        to.value = std::isfinite(result) ? result : to.value;
+        return true;
     }
 
-    void Recalculate() { document_.Recalculate(context_); }
-
-    void ExpectValue(std::size_t i, double expected) {
-        EXPECT_EQ(Unit(i).state, STATE_VALID) << "unit " << i;
-        EXPECT_DOUBLE_EQ(Unit(i).value, expected) << "unit " << i;
-    }
-    void ExpectState(std::size_t i, std::int32_t state) { EXPECT_EQ(Unit(i).state, state) << "unit " << i; }
-
-    CVelmConversionDoc document_{SystemServices()};
-    FormulaContext context_{SystemClock()};
+    CVelmConversionDoc& document_;
+    FormulaContext& context_;
 };
 
-TEST_F(ConversionEngine, LinearStepsWorkBothWaysAndAZeroFactorForwardOnly) {
-    Linear(0, 1, 1.8, 32.0);
-    Linear(2, 0, 2.0, 1.0);
-    Linear(3, 0, 0.0, 1.0);
-    Recalculate();
-    ExpectValue(1, 37.4);
-    ExpectValue(2, 1.0);
-    ExpectState(3, STATE_ERROR);
-
-    document_.currentItem = &Unit(3);
-    Unit(3).state = STATE_VALID;
-    Recalculate();
-    ExpectValue(0, 1.0);
-}
-
-TEST_F(ConversionEngine, AResultThatIsNotFiniteIsAnError) {
-    Linear(0, 1, 1e308);
-    Linear(2, 0, 1e-320);
-    Linear(0, 3, std::numeric_limits<double>::quiet_NaN());
-    Recalculate();
-    for (std::size_t unit = 1; unit <= 3; ++unit) {
-        ExpectState(unit, STATE_ERROR);
+/// A document of a few units with any kind of conversions between them, that is then edited. The same seed gives the
+/// same document and the same edits.
+class RandomDocument {
+public:
+    explicit RandomDocument(unsigned seed) : random_(seed) {
+        const unsigned hiddenOfTen = Below(8);
+        formulasOfTen_ = Below(11);
+        AddUnits(document, Below(7) + 2);
+        for (const auto& item : document.items) {
+            item->shown = Below(10) >= hiddenOfTen ? 1 : 0;
+            item->state = static_cast<std::int32_t>(Below(3));
+        }
+        for (unsigned i = Below(14) + 1; i > 0; --i) {
+            AddConversion();
+        }
+        Enter(document, AnyUnit(), 2.0);
     }
-}
 
-TEST_F(ConversionEngine, OnlyTheLowHalfOfTheFormulaFlagDecides) {
-    Formula(0, 1, u"x^2", u"sqrt(x)").formulaFlag = 0x10000;
-    Formula(0, 2, u"x^2", u"sqrt(x)").formulaFlag = 0x8000;
-    Recalculate();
-    ExpectValue(1, 3.0);
-    ExpectValue(2, 9.0);
-}
-
-TEST_F(ConversionEngine, ADirectStepWinsOverABridgeListedBefore) {
-    Linear(1, 2, 10.0);
-    Linear(0, 1, 10.0);
-    Linear(0, 2, 7.0);
-    Unit(1).shown = 0;
-    Recalculate();
-    ExpectState(1, STATE_NONE);
-    ExpectValue(2, 21.0);
-}
-
-TEST_F(ConversionEngine, TheBridgeListedFirstWinsAndMayBeHidden) {
-    Linear(3, 1, 2.0);
-    Linear(2, 3, 10.0);
-    Linear(0, 1, 1.0);
-    Linear(0, 2, 1.0);
-    Unit(1).shown = 0;
-    Unit(2).shown = 0;
-    Recalculate();
-    ExpectValue(3, 1.5);
-    ExpectValue(1, 3.0);
-    ExpectState(2, STATE_NONE);
-}
-
-TEST_F(ConversionEngine, AOneWayFormulaIsPassedOverInTheOtherDirection) {
-    Formula(1, 0, u"x+1", u"");
-    Formula(0, 2, u"x+1", u"");
-    Linear(1, 2, 2.0);
-    Recalculate();
-    ExpectValue(1, 2.0);
-    ExpectValue(2, 4.0);
-}
-
-TEST_F(ConversionEngine, AFailingFormulaEndsTheSearchOfItsTargetButNotThatOfTheUnitsBehindIt) {
-    Formula(0, 1, u"err", u"err");
-    Linear(0, 2, 1.0);
-    Linear(1, 2, 1.0);
-    Linear(1, 3, 1.0);
-    Linear(2, 3, 5.0);
-    Recalculate();
-    ExpectState(1, STATE_ERROR);
-    ExpectValue(2, 3.0);
-    ExpectValue(3, 15.0);
-}
-
-TEST_F(ConversionEngine, UnitsThatNothingLeadsToStayEmptyWhateverTheyWere) {
-    Linear(2, 3, 1.0);
-    for (std::size_t unit = 1; unit <= 3; ++unit) {
-        Unit(unit).state = STATE_VALID;
+    void Edit() {
+        const std::function<void()> edits[] = {
+            [this] { Enter(document, AnyUnit(), 2.0); },
+            [this] { document.currentItem = nullptr; },
+            [this] { Current().state = static_cast<std::int32_t>(Below(3)); },
+            [this] { document.GetItem(AnyUnit())->shown ^= 1; },
+            [this] { AddConversion(); },
+            [this] { document.RemoveConversion(document.conversions[AnyConversion()].get()); },
+            [this] { Change(*document.conversions[AnyConversion()]); },
+            [this] { Current().value = Below(5); },
+        };
+        edits[Below(std::size(edits))]();
     }
-    Recalculate();
-    ExpectValue(0, 3.0);
-    for (std::size_t unit = 1; unit <= 3; ++unit) {
-        ExpectState(unit, STATE_NONE);
+
+    CVelmConversionDoc document{SystemServices()};
+
+private:
+    unsigned Below(std::size_t limit) { return static_cast<unsigned>(random_() % limit); }
+    unsigned AnyUnit() { return Below(document.ItemCount()); }
+
+    CVelmItem& Current() { return document.currentItem ? *document.currentItem : *document.GetItem(AnyUnit()); }
+
+    unsigned AnyConversion() {
+        if (document.conversions.empty()) {
+            AddConversion();
+        }
+        return Below(document.conversions.size());
     }
+
+    void AddConversion() {
+        const unsigned unit = AnyUnit();
+        Change(Join(document, unit, AnyUnit()));
+    }
+
+    void Change(CVelmConversion& conversion) {
+        static constexpr double FACTORS[] = {2.0, -0.5, 1e-3, 1e200, 0.0};
+        static constexpr const char16_t* FORMULAS[] = {u"",      u"",    u"x*2", u"x+1",     u"x*3-1", u"x/7",
+                                                       u"x*x+1", u"err", u"((",  u"1/(x-2)", u"x+y",   u"1e200*x"};
+        conversion.factor = FACTORS[Below(std::size(FACTORS))];
+        conversion.offset = Below(3) == 0 ? 32.0 : 0.0;
+        conversion.formulaFlag = Below(10) < formulasOfTen_ ? 1 : 0;
+        conversion.forwardFormula = FORMULAS[Below(std::size(FORMULAS))];
+        conversion.reverseFormula = FORMULAS[Below(std::size(FORMULAS))];
+    }
+
+    std::mt19937 random_;
+    unsigned formulasOfTen_;
+};
+
+TEST(ConversionEngine, FindsTheResultsOfThePlainSearchInAnyGraphAndAfterEveryEdit) {
+    FormulaContext context(SystemClock());
+    std::size_t solved = 0;
+    std::size_t failed = 0;
+    for (unsigned seed = 0; seed < 10000; ++seed) {
+        RandomDocument tested(seed);
+        RandomDocument plain(seed);
+        for (int edit = 0; edit < 6; ++edit) {
+            tested.document.Recalculate(context);
+            const PlainSearch search(plain.document, context);
+            ASSERT_EQ(Values(tested.document, 17), Values(plain.document, 17))
+                << "seed " << seed << ", edit " << edit << ": " << Conversions(plain.document);
+            for (const auto& item : tested.document.items) {
+                solved += item->state == STATE_VALID ? 1 : 0;
+                failed += item->state == STATE_ERROR ? 1 : 0;
+            }
+            tested.Edit();
+            plain.Edit();
+        }
+    }
+    EXPECT_GT(solved, 80000U) << "the graphs hardly ever lead anywhere";
+    EXPECT_GT(failed, 15000U) << "the graphs hardly ever fail";
 }
 
-TEST_F(ConversionEngine, AnEditedFormulaHoldsAtTheNextRecalculation) {
-    CVelmConversion& conversion = Formula(1, 0, u"x", u"x+1");
-    Recalculate();
-    ExpectValue(1, 4.0);
-    conversion.reverseFormula = u"X*10";
-    Recalculate();
-    ExpectValue(1, 30.0);
-    conversion.reverseFormula = u"x*";
-    Recalculate();
-    ExpectState(1, STATE_ERROR);
+TEST(ConversionEngine, ALongChainOfHiddenBridgesNeedsNoStack) {
+    constexpr std::size_t UNITS = 500000;
+    CVelmConversionDoc document(SystemServices());
+    AddUnits(document, UNITS);
+    for (std::size_t i = 1; i < UNITS; ++i) {
+        document.items[i]->shown = 0;
+        Join(document, i - 1, i, 1.0, 1.0);
+    }
+    Enter(document, UNITS - 1, 0.0);
+    FormulaContext context(SystemClock());
+    document.Recalculate(context);
+    EXPECT_EQ(document.GetItem(0)->state, STATE_VALID);
+    EXPECT_EQ(document.GetItem(0)->value, 1.0 - static_cast<double>(UNITS));
 }
 
-TEST_F(ConversionEngine, XIsNotBoundAfterwards) {
-    Formula(0, 1, u"x", u"x");
-    DefineVariable(context_, u"x", 1.0);
-    Recalculate();
-    double value = 0.0;
-    EXPECT_FALSE(EvaluateFormula(context_, u"x", value));
+TEST(ConversionEngine, ADenseGraphThatCannotBeReachedCostsLittle) {
+    constexpr std::size_t OTHERS = 300;
+    const std::function<void(CVelmConversionDoc&)> attachments[] = {
+        [](CVelmConversionDoc&) {},
+        [](CVelmConversionDoc& document) { JoinByFormulas(document, 0, OTHERS, u"", u"x"); },
+        [](CVelmConversionDoc& document) {
+            for (std::size_t unit = 2; unit <= OTHERS; unit += 3) {
+                JoinByFormulas(document, 0, unit, u"err", u"");
+            }
+        },
+    };
+    for (const auto& attach : attachments) {
+        CVelmConversionDoc document(SystemServices());
+        AddUnits(document, OTHERS + 1);
+        for (std::size_t i = 1; i <= OTHERS; ++i) {
+            for (std::size_t j = 1; j < i; ++j) {
+                Join(document, j, i);
+            }
+        }
+        attach(document);
+        Enter(document, 0, 1.0);
+        FormulaContext context(SystemClock());
+        const std::clock_t start = std::clock();
+        document.Recalculate(context);
+        EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, 0.1);
+        EXPECT_EQ(document.GetItem(1)->state, STATE_NONE);
+    }
 }
 
 }  // namespace
-}  // namespace velm
+}  // namespace velm::test

@@ -3,65 +3,51 @@
 #include <gtest/gtest.h>
 
 #include "support/sample_documents.h"
-#include "support/test_services.h"
 
 namespace velm::test {
 namespace {
 
-class EntryCheckTest : public testing::Test {
-protected:
-    EntryCheckTest() : calculation(services.Services()) {
-        auto item = std::make_unique<CVelmFormulaItem>();
-        item->identifier = u"bill";
-        calculation.AddItem(std::move(item));
-        added.format.SetAllowedFormats(FMT_DECIMAL | FMT_COMPOUND);
-    }
-
-    EntryFault CheckIdentifier(const CVelmDocument& document, const CVelmString& identifier) {
-        return CheckItemEntry(document, added, {identifier, u"", false}, services.clock);
-    }
-
-    EntryFault CheckOutput(const CVelmString& formula) {
-        return CheckItemEntry(calculation, added, {u"total", formula, true}, services.clock);
-    }
-
+TEST(EntryCheck, IdentifiersAndFormulasOfItems) {
     TestServices services;
-    CVelmCalculationDoc calculation;
+    const auto conversion = MakeConversionDoc(services.Services(), u"Data", {u"Mb"});
+    CVelmCalculationDoc calculation(services.Services());
+    calculation.AddItem(CreateItem(ITEM_FORMULA))->identifier = u"bill";
     CVelmFormulaItem added;
-};
-
-TEST_F(EntryCheckTest, IdentifiersOfCalculationsAreFreePlainNames) {
-    for (const char16_t* name : {u"", u"total", u"T2", u"sum_of"}) {
-        EXPECT_EQ(CheckIdentifier(calculation, name), EntryFault::None) << ToUtf8(name);
+    added.format.SetAllowedFormats(FMT_DECIMAL | FMT_COMPOUND);
+    const struct {
+        const CVelmDocument& document;
+        EntryFault fault;
+        std::vector<CVelmString> identifiers;
+    } identifierCases[] = {
+        {calculation, EntryFault::None, {u"", u"total", u"T2", u"sum_of", u"sin"}},
+        {calculation, EntryFault::IdentifierIsNoName, {u"two words", u"2nd", u"a+b", u"f(x)", u"1", u" "}},
+        {calculation, EntryFault::IdentifierIsBuiltIn, {u"PI"}},
+        {calculation, EntryFault::IdentifierIsTaken, {u"Bill"}},
+        {*conversion, EntryFault::None, {u"sq. ft/2", u"pi", u"MB"}},
+        {*conversion, EntryFault::IdentifierIsTaken, {u"Mb"}},
+    };
+    for (const auto& [document, fault, identifiers] : identifierCases) {
+        for (const CVelmString& identifier : identifiers) {
+            EXPECT_EQ(CheckItemEntry(document, added, {identifier, u"", false}, services.clock), fault)
+                << ToUtf8(identifier);
+        }
     }
-    for (const char16_t* name : {u"two words", u"2nd", u"a+b", u"f(x)", u"1", u" "}) {
-        EXPECT_EQ(CheckIdentifier(calculation, name), EntryFault::IdentifierIsNoName) << ToUtf8(name);
-    }
-    EXPECT_EQ(CheckIdentifier(calculation, u"PI"), EntryFault::IdentifierIsBuiltIn);
-    EXPECT_EQ(CheckIdentifier(calculation, u"sin"), EntryFault::None) << "a function is told apart by its arguments";
-    EXPECT_EQ(CheckIdentifier(calculation, u"Bill"), EntryFault::IdentifierIsTaken);
     const CVelmItem& bill = *calculation.GetItem(0);
     EXPECT_EQ(CheckItemEntry(calculation, bill, {u"bill", u"", false}, services.clock), EntryFault::None);
-}
 
-TEST_F(EntryCheckTest, ConversionFilesNameUnitsFreely) {
-    const auto document = MakeConversionDoc(services.Services(), u"Data", {u"Mb"});
-    EXPECT_EQ(CheckIdentifier(*document, u"sq. ft/2"), EntryFault::None);
-    EXPECT_EQ(CheckIdentifier(*document, u"pi"), EntryFault::None);
-    EXPECT_EQ(CheckIdentifier(*document, u"MB"), EntryFault::None) << "letter case tells units apart";
-    EXPECT_EQ(CheckIdentifier(*document, u"Mb"), EntryFault::IdentifierIsTaken);
-}
-
-TEST_F(EntryCheckTest, OutputsNeedAFormula) {
-    for (const char16_t* formula : {u"bill*2", u"Unknown + 1", u"[5 3]", u"{2000-01-01}+1"}) {
-        EXPECT_EQ(CheckOutput(formula), EntryFault::None) << ToUtf8(formula);
-    }
-    for (const char16_t* formula : {u"", u" ", u"(1", u"1 2", u"1+", u"a $ b"}) {
-        EXPECT_EQ(CheckOutput(formula), EntryFault::FormulaDoesNotParse) << ToUtf8(formula);
+    const std::pair<EntryFault, std::vector<CVelmString>> formulaCases[] = {
+        {EntryFault::None, {u"bill*2", u"Unknown + 1", u"[5 3]", u"{2000-01-01}+1"}},
+        {EntryFault::FormulaDoesNotParse, {u"", u" ", u"(1", u"1 2", u"1+", u"a $ b"}}};
+    for (const auto& [fault, formulas] : formulaCases) {
+        for (const CVelmString& formula : formulas) {
+            EXPECT_EQ(CheckItemEntry(calculation, added, {u"total", formula, true}, services.clock), fault)
+                << ToUtf8(formula);
+        }
     }
 }
 
-TEST_F(EntryCheckTest, LinearConversionsTakeFormulas) {
+TEST(EntryCheck, FactorsAndFormulasOfConversions) {
+    TestServices services;
     FormulaContext context(services.clock);
     const auto document = MakeConversionDoc(services.Services(), u"Data", {u"a", u"b"});
     CVelmConversion& conversion = Join(*document, 0, 1, 7.0, 8.0);
@@ -71,9 +57,7 @@ TEST_F(EntryCheckTest, LinearConversionsTakeFormulas) {
     EXPECT_EQ(TakeLinearEntry({u"1/4", u"-32"}, context, conversion), EntryFault::None);
     EXPECT_EQ(conversion.factor, 0.25);
     EXPECT_EQ(conversion.offset, -32.0);
-}
 
-TEST_F(EntryCheckTest, FormulaPairsMayLackTheReverse) {
     EXPECT_EQ(CheckFormulaPair(u"x^2", u""), EntryFault::None);
     EXPECT_EQ(CheckFormulaPair(u"x^2", u"sqrt(x)"), EntryFault::None);
     EXPECT_EQ(CheckFormulaPair(u"", u"x"), EntryFault::ForwardFormulaDoesNotParse);

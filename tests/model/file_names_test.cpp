@@ -5,12 +5,11 @@
 #include "model/catalog.h"
 #include "support/memory_files.h"
 #include "support/sample_documents.h"
-#include "support/test_services.h"
 
 namespace velm::test {
 namespace {
 
-TEST(FileNames, AreThoseThatEverySystemTakes) {
+TEST(FileNames, AreThoseThatEverySystemTakesAndOfNewFilesNoOtherFiles) {
     for (const char16_t* name : {u"Length", u"Shoe sizes", u"a..b", u".hidden", u"Console", u"com", u"M\u00FCnzen"}) {
         EXPECT_TRUE(IsFileNameAllowed(name)) << ToUtf8(name);
     }
@@ -18,14 +17,14 @@ TEST(FileNames, AreThoseThatEverySystemTakes) {
                                  u"con", u"Com1", u"nul.x", u"end.", u"end "}) {
         EXPECT_FALSE(IsFileNameAllowed(name)) << ToUtf8(name);
     }
-}
 
-TEST(FileNames, OfNewFilesAreNoOtherFiles) {
     MemoryFiles files;
     TestServices services(files);
     CVelmCatalog catalog(services.Services());
     catalog.SetFolder(u"data");
-    for (const char16_t* name : {u"Length", u"length_NEW"}) {
+    const CVelmString longest(FILE_NAME_MAX_LENGTH, u'n');
+    EXPECT_EQ(MakeNewFileName(catalog, KIND_CONVERSION, longest + u"1"), longest);
+    for (const CVelmString& name : {CVelmString(u"Length"), CVelmString(u"length_NEW"), longest}) {
         catalog.AddDocument(MakeConversionDoc(services.Services(), name));
     }
     files.Add(catalog.Folder() + u"Odd.cnv", {});
@@ -33,9 +32,6 @@ TEST(FileNames, OfNewFilesAreNoOtherFiles) {
     EXPECT_EQ(MakeNewFileName(catalog, KIND_CONVERSION, u"LENGTH"), u"LENGTH_new_new");
     EXPECT_EQ(MakeNewFileName(catalog, KIND_CALCULATION, u"Length"), u"Length");
     EXPECT_EQ(MakeNewFileName(catalog, KIND_CONVERSION, u"Odd"), u"Odd_new") << "not in the catalogue, but on disk";
-    const CVelmString longest(FILE_NAME_MAX_LENGTH, u'n');
-    EXPECT_EQ(MakeNewFileName(catalog, KIND_CONVERSION, longest + u"1"), longest);
-    catalog.AddDocument(MakeConversionDoc(services.Services(), longest));
     EXPECT_EQ(MakeNewFileName(catalog, KIND_CONVERSION, longest + u"2"), longest) << "the cut comes last";
     EXPECT_TRUE(IsFileNameTaken(catalog, KIND_CONVERSION, longest));
 }

@@ -6,14 +6,8 @@
 #include "support/temporary_folder.h"
 #include "support/test_services.h"
 
-namespace velm {
+namespace velm::test {
 namespace {
-
-using test::Bytes;
-using test::FaultyFiles;
-using test::FileBytes;
-using test::TemporaryFolder;
-using test::TestServices;
 
 using Names = std::vector<CVelmString>;
 
@@ -24,13 +18,18 @@ protected:
         return FileBytes().Header(u"", u"", u"").Int(1).Unit(u"m").Int(1).Linear(0, 5, 1.0).Sized();
     }
 
-    static Bytes OlderFile() { return FileBytes().Int(0xC0215192).Text(u"Old").Int(0).Int(0).Int(0).Get(); }
+    static Bytes EmptyFile() { return FileBytes().Header(u"old", u"old", u"old").Int(0).Int(0).Sized(); }
+
+    std::unique_ptr<CVelmConversionDoc> Loaded(CVelmStringView name) {
+        auto document = std::make_unique<CVelmConversionDoc>(services.Services());
+        EXPECT_TRUE(document->Load(folder.Path(), true, CVelmString(name)));
+        return document;
+    }
 
     /// A document of `count` units, edited, whose file in the folder has other content.
     std::unique_ptr<CVelmConversionDoc> Edited(int count) {
-        folder.Write(u"Length.cnv", FileBytes().Header(u"old", u"old", u"old").Int(0).Int(0).Sized());
-        auto document = std::make_unique<CVelmConversionDoc>(CVelmServices{faulty, services.clock, services.locale});
-        EXPECT_TRUE(document->Load(folder.Path(), true, u"Length"));
+        folder.Write(u"f.cnv", EmptyFile());
+        auto document = Loaded(u"f");
         for (int i = 0; i < count; ++i) {
             document->AddItem(CreateItem(ITEM_VALUE))->name = u"a unit with a name of some length";
         }
@@ -39,50 +38,42 @@ protected:
     }
 
     TemporaryFolder folder;
-    TestServices services;
-    FaultyFiles faulty{SystemFiles()};
+    FaultyFiles files{SystemFiles()};
+    TestServices services{files};
 };
 
 TEST_F(Save, AnyFailureLeavesTheOldFileWholeAndNothingElse) {
     constexpr int UNITS = 1000;
-    {
-        const auto document = Edited(UNITS);
-        ASSERT_TRUE(document->Save(folder.Path()));
-    }
-    const int writes = faulty.writes;
-    const auto size = folder.Read(u"Length.cnv").size();
+    ASSERT_TRUE(Edited(UNITS)->Save(folder.Path()));
+    const int writes = files.writes;
+    const auto size = folder.Read(u"f.cnv").size();
     ASSERT_GT(writes, 5);
-    ASSERT_GE(faulty.flushes, 1) << "the new file must reach the disk before it takes the old one's place";
-    ASSERT_EQ(faulty.replaces, 1);
+    ASSERT_GE(files.flushes, 1) << "the new file must reach the disk before it takes the old one's place";
+    ASSERT_EQ(files.replaces, 1);
 
-    const auto expectOldFile = [&](const std::string& fault) {
+    const auto expectOldFile = [&] {
         const auto document = Edited(UNITS);
-        const Bytes old = folder.Read(u"Length.cnv");
-        EXPECT_FALSE(document->Save(folder.Path())) << fault;
-        EXPECT_TRUE(document->IsModified()) << fault;
-        EXPECT_EQ(document->ItemCount(), std::size_t{UNITS}) << fault;
-        EXPECT_EQ(folder.Read(u"Length.cnv"), old) << fault;
-        EXPECT_EQ(folder.Names(), Names{u"Length.cnv"}) << fault;
-        EXPECT_FALSE(document->Unload(folder.Path()) && document->items.empty() && folder.Read(u"Length.cnv") == old)
-            << fault << ": edits are dropped that were not saved";
+        EXPECT_FALSE(document->Save(folder.Path()));
+        EXPECT_TRUE(document->IsModified());
+        EXPECT_EQ(document->ItemCount(), std::size_t{UNITS});
+        EXPECT_EQ(folder.Read(u"f.cnv"), EmptyFile());
+        EXPECT_EQ(folder.Names(), Names{u"f.cnv"});
     };
-    for (int n = 1; n <= writes; ++n) {
-        faulty.writes = 0;
-        faulty.failingWrite = n;
-        expectOldFile("write " + std::to_string(n));
+    for (int number = 1; number <= writes; ++number) {
+        SCOPED_TRACE("write " + std::to_string(number));
+        files.failingWrite = files.writes + number;
+        expectOldFile();
     }
-    faulty.failingWrite = 0;
-    faulty.flushes = 0;
-    faulty.failingFlush = 1;
-    expectOldFile("flush");
-    faulty.replaces = 0;
-    faulty.failingReplace = 1;
-    expectOldFile("replace");
+    files.failingFlush = files.flushes + 1;
+    expectOldFile();
+    files.failingReplace = files.replaces + 1;
+    expectOldFile();
     for (std::uint64_t free = 0; free < size; free += size / 7) {
-        faulty.freeBytes = free;
-        expectOldFile("disk full after " + std::to_string(free));
+        SCOPED_TRACE("disk full after " + std::to_string(free));
+        files.freeBytes = free;
+        expectOldFile();
     }
-    faulty.freeBytes = size + 4;  // the size word is written twice
+    files.freeBytes = size + 4;  // the size word is written twice
     EXPECT_TRUE(Edited(UNITS)->Save(folder.Path()));
 }
 
@@ -98,96 +89,86 @@ TEST_F(Save, ANewDocumentNeedsNoOldFile) {
 
 TEST_F(Save, ATextThatCouldNotBeReadAgainIsNotWritten) {
     const auto document = Edited(1);
-    const Bytes old = folder.Read(u"Length.cnv");
     document->title = CVelmString(65536, u'x');
     EXPECT_FALSE(document->Save(folder.Path()));
-    EXPECT_EQ(folder.Read(u"Length.cnv"), old);
+    EXPECT_EQ(folder.Read(u"f.cnv"), EmptyFile());
     document->title.pop_back();
+    folder.WriteText(u"f.cnv.tmp", "mine");
     EXPECT_TRUE(document->Save(folder.Path()));
-}
-
-TEST_F(Save, ATemporaryNameInUseIsLeftAlone) {
-    const auto document = Edited(1);
-    folder.WriteText(u"Length.cnv.tmp", "mine");
-    EXPECT_TRUE(document->Save(folder.Path()));
-    EXPECT_EQ(folder.Names(), (Names{u"Length.cnv", u"Length.cnv.tmp"}));
-    EXPECT_EQ(folder.Read(u"Length.cnv.tmp").size(), 4U);
+    EXPECT_EQ(folder.Names(), (Names{u"f.cnv", u"f.cnv.tmp"})) << "a temporary name in use is left alone";
+    EXPECT_EQ(folder.Read(u"f.cnv.tmp").size(), 4U);
 }
 
 TEST_F(Save, WhatWasReadInPartIsKeptBesideTheFirstTimeOnly) {
-    folder.Write(u"f.cnv", FileWithDroppedRecord());
-    CVelmConversionDoc document(services.Services());
-    ASSERT_TRUE(document.Load(folder.Path(), false, u"f"));
-    EXPECT_EQ(folder.Names(), Names{u"f.cnv"}) << "reading alone keeps nothing";
-    ASSERT_TRUE(document.EnsureLoaded(folder.Path()));
-    EXPECT_EQ(document.DroppedRecords(), 1);
-    ASSERT_TRUE(document.Save(folder.Path()));
-    EXPECT_EQ(folder.Names(), (Names{u"f.cnv", u"f.cnv.bak"}));
-    EXPECT_EQ(folder.Read(u"f.cnv.bak"), FileWithDroppedRecord());
-    document.Touch();
-    ASSERT_TRUE(document.Save(folder.Path()));
-    EXPECT_EQ(folder.Read(u"f.cnv.bak"), FileWithDroppedRecord()) << "the copy is the original's, not the last save's";
-}
-
-TEST_F(Save, BytesBehindTheLastRecordAreKeptBesideToo) {
-    const Bytes bytes = FileBytes().Header(u"", u"", u"").Int(0).Int(0).Int(7).Sized();
-    folder.Write(u"f.cnv", bytes);
-    CVelmConversionDoc document(services.Services());
-    ASSERT_TRUE(document.Load(folder.Path(), true, u"f"));
-    ASSERT_TRUE(document.Unload(folder.Path()));
-    EXPECT_EQ(folder.Read(u"f.cnv.bak"), bytes);
-}
-
-TEST_F(Save, ACopyThatIsThereIsNotOverwritten) {
+    // The other one has bytes behind its last record.
+    for (const Bytes& bytes :
+         {FileWithDroppedRecord(), FileBytes().Header(u"", u"", u"").Int(0).Int(0).Int(7).Sized()}) {
+        folder.Write(u"f.cnv", bytes);
+        CVelmConversionDoc document(services.Services());
+        ASSERT_TRUE(document.Load(folder.Path(), false, u"f"));
+        EXPECT_EQ(folder.Names(), Names{u"f.cnv"}) << "reading alone keeps nothing";
+        ASSERT_TRUE(document.EnsureLoaded(folder.Path()));
+        files.failingWrite = files.writes + 1;
+        EXPECT_FALSE(document.Save(folder.Path())) << "without room for the copy the original stays";
+        EXPECT_EQ(folder.Names(), Names{u"f.cnv"});
+        EXPECT_EQ(folder.Read(u"f.cnv"), bytes);
+        for (int save = 0; save < 2; ++save) {
+            ASSERT_TRUE(document.Save(folder.Path()));
+            EXPECT_EQ(folder.Read(u"f.cnv.bak"), bytes) << "the copy is the original's, not the last save's";
+            document.Touch();
+        }
+        SystemFiles().Remove(folder.PathOf(u"f.cnv.bak"));
+    }
     folder.Write(u"f.cnv", FileWithDroppedRecord());
     folder.WriteText(u"f.cnv.bak", "older");
-    CVelmConversionDoc document(services.Services());
-    ASSERT_TRUE(document.Load(folder.Path(), true, u"f"));
-    ASSERT_TRUE(document.Save(folder.Path()));
-    EXPECT_EQ(folder.Read(u"f.cnv.bak").size(), 5U);
+    ASSERT_TRUE(Loaded(u"f")->Save(folder.Path()));
+    EXPECT_EQ(folder.Read(u"f.cnv.bak").size(), 5U) << "a copy that is there is not overwritten";
     EXPECT_NE(folder.Read(u"f.cnv"), FileWithDroppedRecord());
 }
 
-TEST_F(Save, WithoutRoomForTheCopyTheOriginalStays) {
-    folder.Write(u"f.cnv", FileWithDroppedRecord());
-    CVelmConversionDoc document({faulty, services.clock, services.locale});
-    ASSERT_TRUE(document.Load(folder.Path(), true, u"f"));
-    faulty.failingWrite = 1;
-    EXPECT_FALSE(document.Save(folder.Path()));
-    EXPECT_EQ(folder.Names(), Names{u"f.cnv"});
-    EXPECT_EQ(folder.Read(u"f.cnv"), FileWithDroppedRecord());
-}
-
 TEST_F(Save, AnOlderFileThatCannotBeRewrittenIsStillRead) {
-    folder.Write(u"f.cal", OlderFile());
-    faulty.failingOpenForWriting = true;
-    CVelmCalculationDoc document({faulty, services.clock, services.locale});
-    EXPECT_TRUE(document.Load(folder.Path(), true, u"f"));
-    EXPECT_EQ(document.title, u"Old");
-    EXPECT_EQ(folder.Read(u"f.cal"), OlderFile());
-    faulty.failingOpenForWriting = false;
-    EXPECT_TRUE(document.Save(folder.Path()));
-    EXPECT_EQ(folder.Names(), (Names{u"f.cal", u"f.cal.bak"}));
+    const Bytes older = FileBytes().Int(0xC0215192).Text(u"Old").Int(0).Int(0).Int(0).Get();
+    folder.Write(u"f.cnv", older);
+    files.failingOpenForWriting = true;
+    const auto document = Loaded(u"f");
+    EXPECT_EQ(document->title, u"Old");
+    EXPECT_EQ(folder.Read(u"f.cnv"), older);
+    files.failingOpenForWriting = false;
+    EXPECT_TRUE(document->Save(folder.Path()));
+    EXPECT_EQ(folder.Names(), (Names{u"f.cnv", u"f.cnv.bak"}));
 }
 
 TEST_F(Save, AFileIsFoundAndReplacedWhateverTheLetterCaseOfItsName) {
-    const Bytes empty = FileBytes().Header(u"", u"Found", u"").Int(0).Int(0).Sized();
     for (const CVelmString name : {u"Area.CNV", u"vOLUME.cNv", u"Power.cnv"}) {
-        folder.Write(name, empty);
-        CVelmConversionDoc document(services.Services());
-        CVelmString lower = ToLowerAscii(name);
-        ASSERT_TRUE(document.Load(folder.Path(), false, lower.substr(0, lower.size() - 4)));
-        EXPECT_EQ(document.title, u"Found");
-        ASSERT_TRUE(document.EnsureLoaded(folder.Path()));
-        document.title = u"Changed";
-        document.Touch();
-        EXPECT_TRUE(document.Unload(folder.Path()));
+        folder.Write(name, EmptyFile());
+        const auto document = Loaded(ToLowerAscii(name.substr(0, name.size() - 4)));
+        document->title = u"Changed";
+        document->Touch();
+        EXPECT_TRUE(document->Unload(folder.Path()));
         EXPECT_EQ(folder.Names(), Names{name}) << "not a second file beside it";
-        document.fileName = u"Renamed";
-        EXPECT_EQ(document.PathIn(folder.Path()), folder.PathOf(u"Renamed.cnv"));
+        EXPECT_NE(folder.Read(name), EmptyFile());
+        document->fileName = u"Renamed";
+        EXPECT_EQ(document->PathIn(folder.Path()), folder.PathOf(u"Renamed.cnv"));
         ASSERT_TRUE(SystemFiles().Remove(folder.PathOf(name)));
     }
 }
 
+/// "link.cnv" leads to "f.cnv".
+class LinkedFiles : public FaultyFiles {
+public:
+    using FaultyFiles::FaultyFiles;
+    CVelmString ResolveLinks(const CVelmString& path) override {
+        return path.ends_with(u"link.cnv") ? path.substr(0, path.size() - 8) + u"f.cnv" : path;
+    }
+};
+
+TEST_F(Save, ADataFileThatIsALinkStaysOne) {
+    LinkedFiles linked(files);
+    CVelmConversionDoc document({linked, services.clock, services.locale});
+    document.fileName = u"link";
+    ASSERT_TRUE(document.Save(folder.Path()));
+    EXPECT_EQ(folder.Names(), Names{u"f.cnv"});
+}
+
 }  // namespace
-}  // namespace velm
+}  // namespace velm::test

@@ -5,64 +5,39 @@
 #include "support/fixed_clock.h"
 #include "support/memory_files.h"
 
-namespace velm {
+namespace velm::test {
 namespace {
 
-class ValueFormatRecord : public testing::Test {
-protected:
-    test::Bytes Written(const CVelmValueFormat& format) {
-        CVelmFileStream stream(files, clock);
-        EXPECT_TRUE(stream.OpenWrite(u"record"));
-        const std::int32_t bytes = WriteValueFormat(stream, format);
-        EXPECT_TRUE(stream.Close());
-        test::Bytes record = files.Content(u"record");
-        EXPECT_EQ(static_cast<std::size_t>(bytes), record.size());
-        return record;
-    }
-
-    std::int32_t Read(test::Bytes record, CVelmValueFormat& format) {
-        files.Add(u"record", std::move(record));
-        CVelmFileStream stream(files, clock);
-        EXPECT_TRUE(stream.OpenRead(u"record"));
-        return ReadValueFormat(stream, format);
-    }
-
-    test::MemoryFiles files;
-    test::FixedClock clock;
-};
-
-TEST_F(ValueFormatRecord, PartsAreKeptOnlyWithTheCompoundFormat) {
+TEST(ValueFormatRecord, KeepsPartsWithTheCompoundFormatAndIsReadWholeOrNotAtAll) {
+    MemoryFiles files;
+    const FixedClock clock;
+    CVelmFileStream stream(files, clock);
     CVelmValueFormat format;
-    format.allowedFormats = FMT_CURRENCY | FMT_COMPOUND;
     format.displayFormat = 64;
     format.inputFormat = FMT_COMPOUND;
     format.compoundParts[1] = {u"in", 12};
-    CVelmValueFormat read;
-    EXPECT_EQ(Read(Written(format), read), 12 + 4 * (4 + 8) + 2 * 2);
-    EXPECT_EQ(read.allowedFormats, FMT_CURRENCY | FMT_COMPOUND);
-    EXPECT_EQ(read.displayFormat, 64U) << "codes are read as they are";
-    EXPECT_EQ(read.inputFormat, FMT_COMPOUND);
-    EXPECT_EQ(read.compoundParts[1].label, u"in");
-    EXPECT_EQ(read.compoundParts[1].factor, 12);
-
-    format.allowedFormats = FMT_HEX;
-    CVelmValueFormat withoutParts;
-    EXPECT_EQ(Read(Written(format), withoutParts), 12);
-    EXPECT_EQ(withoutParts.compoundParts[1].factor, 0);
-}
-
-TEST_F(ValueFormatRecord, AShortRecordLeavesTheFormatAsItWas) {
-    CVelmValueFormat format;
-    format.allowedFormats = FMT_COMPOUND;
-    const test::Bytes record = Written(format);
-    for (std::size_t size = 0; size < record.size(); ++size) {
-        CVelmValueFormat read;
-        read.compoundParts[0].label = u"kept";
-        EXPECT_EQ(Read({record.begin(), record.begin() + static_cast<std::ptrdiff_t>(size)}, read), 0) << size;
-        EXPECT_EQ(read.allowedFormats, FMT_DECIMAL) << size;
-        EXPECT_EQ(read.compoundParts[0].label, u"kept") << size;
+    const std::pair<std::uint32_t, std::int32_t> cases[] = {{FMT_CURRENCY | FMT_COMPOUND, 12 + 4 * (4 + 8) + 2 * 2},
+                                                            {FMT_HEX, 12}};
+    for (const auto& [allowed, size] : cases) {
+        format.allowedFormats = allowed;
+        EXPECT_TRUE(stream.OpenWrite(u"record"));
+        EXPECT_EQ(WriteValueFormat(stream, format), size);
+        EXPECT_TRUE(stream.Close());
+        const Bytes record = files.Content(u"record");
+        for (std::int32_t cut = 0; cut <= size; ++cut) {
+            files.Add(u"record", {record.begin(), record.begin() + cut});
+            CVelmValueFormat read;
+            read.compoundParts[1].label = u"kept";
+            EXPECT_TRUE(stream.OpenRead(u"record"));
+            ASSERT_EQ(ReadValueFormat(stream, read), cut < size ? 0 : size) << "cut at " << cut;
+            EXPECT_EQ(read.allowedFormats, cut < size ? FMT_DECIMAL : allowed);
+            EXPECT_EQ(read.displayFormat, cut < size ? FMT_DECIMAL : 64U) << "codes are read as they are";
+            EXPECT_EQ(read.inputFormat, cut < size ? FMT_DECIMAL : FMT_COMPOUND);
+            EXPECT_EQ(read.compoundParts[1].label, cut < size || allowed == FMT_HEX ? u"kept" : u"in");
+            EXPECT_EQ(read.compoundParts[1].factor, cut < size || allowed == FMT_HEX ? 0 : 12);
+        }
     }
 }
 
 }  // namespace
-}  // namespace velm
+}  // namespace velm::test

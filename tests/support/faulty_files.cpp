@@ -10,6 +10,7 @@ namespace {
 class FaultyFile : public CVelmFile {
 public:
     FaultyFile(FaultyFiles& owner, std::unique_ptr<CVelmFile> file) : owner_(owner), file_(std::move(file)) {}
+    ~FaultyFile() override { owner_.beforeEachStep(); }
 
     std::int64_t Read(void* buffer, std::size_t count) override {
         return ++owner_.reads == owner_.failingRead ? -1 : file_->Read(buffer, count);
@@ -21,14 +22,21 @@ public:
         }
         const auto fitting = static_cast<std::size_t>(std::min<std::uint64_t>(count, owner_.freeBytes));
         owner_.freeBytes -= fitting;
-        return file_->Write(buffer, fitting);
+        const std::size_t half = fitting / 2;
+        owner_.beforeEachStep();
+        const std::int64_t first = file_->Write(buffer, half);
+        owner_.beforeEachStep();
+        return first + file_->Write(static_cast<const char*>(buffer) + half, fitting - half);
     }
 
     bool Seek(std::uint64_t position) override { return file_->Seek(position); }
     bool SeekToEnd() override { return file_->SeekToEnd(); }
     std::optional<std::uint64_t> Size() override { return file_->Size(); }
     std::optional<CVelmFileTimes> Times() override { return file_->Times(); }
-    bool Flush() override { return ++owner_.flushes != owner_.failingFlush && file_->Flush(); }
+    bool Flush() override {
+        owner_.beforeEachStep();
+        return ++owner_.flushes != owner_.failingFlush && file_->Flush();
+    }
 
 private:
     FaultyFiles& owner_;
@@ -38,15 +46,19 @@ private:
 }  // namespace
 
 std::unique_ptr<CVelmFile> FaultyFiles::Open(const CVelmString& path, FileMode mode) {
-    if (failingOpenForWriting && mode != FileMode::Read) {
-        return nullptr;
-    }
-    std::unique_ptr<CVelmFile> file = files_.Open(path, mode);
+    beforeEachStep();
+    auto file = failingOpenForWriting && mode != FileMode::Read ? nullptr : files_.Open(path, mode);
     return file == nullptr ? nullptr : std::make_unique<FaultyFile>(*this, std::move(file));
 }
 
 bool FaultyFiles::Replace(const CVelmString& from, const CVelmString& to) {
+    beforeEachStep();
     return ++replaces != failingReplace && files_.Replace(from, to);
+}
+
+bool FaultyFiles::Remove(const CVelmString& path) {
+    beforeEachStep();
+    return files_.Remove(path);
 }
 
 }  // namespace velm::test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <limits>
 
 #include "platform/file.h"
@@ -15,7 +16,7 @@ public:
 
     std::unique_ptr<CVelmFile> Open(const CVelmString& path, FileMode mode) override;
     bool Replace(const CVelmString& from, const CVelmString& to) override;
-    bool Remove(const CVelmString& path) override { return files_.Remove(path); }
+    bool Remove(const CVelmString& path) override;
     CVelmString ResolveLinks(const CVelmString& path) override { return files_.ResolveLinks(path); }
     bool Exists(const CVelmString& path) override { return files_.Exists(path); }
     std::optional<std::vector<CVelmFolderEntry>> List(const CVelmString& folder) override {
@@ -28,6 +29,7 @@ public:
     int failingRead = 0;
     bool failingOpenForWriting = false;                                   ///< as on a read-only folder
     std::uint64_t freeBytes = std::numeric_limits<std::uint64_t>::max();  ///< a disk that is full after so many
+    std::function<void()> beforeEachStep = [] {};  ///< a step is a call that may change the disk, or half a write
 
     int writes = 0;
     int flushes = 0;

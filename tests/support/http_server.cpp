@@ -36,7 +36,7 @@ std::string WithHead(std::string_view status, std::string_view extra, std::strin
 
 }  // namespace
 
-HttpServer::HttpServer() : listener_(Listen()), thread_([this] { Run(); }) {}
+HttpServer::HttpServer() : thread_([this] { Run(); }) {}
 
 HttpServer::~HttpServer() {
     stopping_ = true;
@@ -44,11 +44,16 @@ HttpServer::~HttpServer() {
 }
 
 std::string HttpServer::Address(std::string_view path) const {
-    return ("http://127.0.0.1:" + std::to_string(listener_->Port())).append(path);
+    return ("http://127.0.0.1:" + std::to_string(listener_.Port())).append(path);
 }
 
 void HttpServer::Serve(const std::string& path, std::string_view body) {
     ServeRaw(path, WithHead("200 OK", "", body));
+}
+
+void HttpServer::ServeFolder(const TemporaryFolder& folder) {
+    const std::lock_guard lock(mutex_);
+    folder_ = &folder;
 }
 
 void HttpServer::ServeRaw(const std::string& path, std::string answer) {
@@ -72,7 +77,7 @@ int HttpServer::Requests(const std::string& path) const {
 
 void HttpServer::Run() {
     while (!stopping_) {
-        if (auto connection = listener_->Accept(POLL_MILLISECONDS)) {
+        if (auto connection = listener_.Accept(POLL_MILLISECONDS)) {
             Answer(std::move(connection));
         }
     }
@@ -86,6 +91,9 @@ void HttpServer::Answer(std::unique_ptr<Socket> connection) {
         ++requests_[path];
         if (const auto found = answers_.find(path); found != answers_.end()) {
             answer = found->second;
+        } else if (folder_ != nullptr && path.size() > 1 && folder_->Contains(FromUtf8(path.substr(1)))) {
+            const Bytes file = folder_->Read(FromUtf8(path.substr(1)));
+            answer = WithHead("200 OK", "", std::string(file.begin(), file.end()));
         }
     }
     if (answer.empty()) {

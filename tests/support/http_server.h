@@ -11,6 +11,7 @@
 
 #include "platform/text.h"
 #include "support/sockets.h"
+#include "support/temporary_folder.h"
 
 namespace velm::test {
 
@@ -30,6 +31,9 @@ public:
     /// Answers with a page.
     void Serve(const std::string& path, std::string_view body);
 
+    /// Answers with the folder's files where nothing else was said. The folder outlives the server.
+    void ServeFolder(const TemporaryFolder& folder);
+
     /// Answers with these very bytes and cuts the connection.
     void ServeRaw(const std::string& path, std::string answer);
 
@@ -45,8 +49,9 @@ private:
     void Run();
     void Answer(std::unique_ptr<Socket> connection);
 
-    std::unique_ptr<Listener> listener_;
-    mutable std::mutex mutex_;  ///< guards the two maps
+    Listener listener_;
+    mutable std::mutex mutex_;  ///< guards the folder and the two maps
+    const TemporaryFolder* folder_ = nullptr;
     std::map<std::string, std::string> answers_;
     std::map<std::string, int> requests_;
     std::vector<std::unique_ptr<Socket>> silent_;

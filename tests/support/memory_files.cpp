@@ -1,7 +1,6 @@
 #include "support/memory_files.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 namespace velm::test {
@@ -14,22 +13,19 @@ public:
 
     std::int64_t Read(void* buffer, std::size_t count) override {
         ++owner_.reads;
-        const std::size_t size = file_->bytes.size();
-        const std::size_t moved = position_ < size ? std::min(count, size - position_) : 0;
-        if (moved > 0) {
-            std::memcpy(buffer, file_->bytes.data() + position_, moved);
-            position_ += moved;
-        }
+        const std::size_t start = std::min(position_, file_->bytes.size());
+        const std::size_t moved = std::min(count, file_->bytes.size() - start);
+        std::copy_n(file_->bytes.begin() + static_cast<std::ptrdiff_t>(start), moved,
+                    static_cast<std::uint8_t*>(buffer));
+        position_ += moved;
         return static_cast<std::int64_t>(moved);
     }
 
     std::int64_t Write(const void* buffer, std::size_t count) override {
         ++owner_.writes;
-        if (count > 0) {
-            file_->bytes.resize(std::max(file_->bytes.size(), position_ + count));
-            std::memcpy(file_->bytes.data() + position_, buffer, count);
-            position_ += count;
-        }
+        file_->bytes.resize(std::max(file_->bytes.size(), position_ + count));
+        std::copy_n(static_cast<const std::uint8_t*>(buffer), count, file_->bytes.data() + position_);
+        position_ += count;
         return static_cast<std::int64_t>(count);
     }
 
@@ -52,14 +48,12 @@ private:
 
 std::unique_ptr<CVelmFile> MemoryFiles::Open(const CVelmString& path, FileMode mode) {
     ++opens;
-    const auto found = files.find(path);
-    const bool exists = found != files.end();
     const bool wantsExisting = mode == FileMode::Read || mode == FileMode::Append;
-    if (wantsExisting != exists && mode != FileMode::Write) {
+    if (mode != FileMode::Write && wantsExisting != Exists(path)) {
         return nullptr;
     }
-    if (mode == FileMode::Write || mode == FileMode::CreateNew) {
-        files[path] = std::make_shared<MemoryFile>();
+    if (!wantsExisting) {
+        Add(path, {});
     }
     auto file = std::make_unique<OpenMemoryFile>(*this, files[path]);
     if (mode == FileMode::Append) {
@@ -69,22 +63,12 @@ std::unique_ptr<CVelmFile> MemoryFiles::Open(const CVelmString& path, FileMode m
 }
 
 bool MemoryFiles::Replace(const CVelmString& from, const CVelmString& to) {
-    const auto found = files.find(from);
-    if (found == files.end()) {
+    auto file = files.extract(from);
+    if (file.empty()) {
         return false;
     }
-    std::shared_ptr<MemoryFile> file = found->second;
-    files.erase(found);
-    files[to] = std::move(file);
+    files[to] = std::move(file.mapped());
     return true;
-}
-
-bool MemoryFiles::Remove(const CVelmString& path) {
-    return files.erase(path) > 0;
-}
-
-bool MemoryFiles::Exists(const CVelmString& path) {
-    return files.count(path) > 0;
 }
 
 std::optional<std::vector<CVelmFolderEntry>> MemoryFiles::List(const CVelmString& folder) {
@@ -96,15 +80,6 @@ std::optional<std::vector<CVelmFolderEntry>> MemoryFiles::List(const CVelmString
         }
     }
     return entries;
-}
-
-void MemoryFiles::Add(const CVelmString& path, Bytes bytes, CVelmFileTimes times) {
-    files[path] = std::make_shared<MemoryFile>(MemoryFile{std::move(bytes), times});
-}
-
-Bytes MemoryFiles::Content(const CVelmString& path) const {
-    const auto found = files.find(path);
-    return found == files.end() ? Bytes() : found->second->bytes;
 }
 
 }  // namespace velm::test

@@ -2,10 +2,10 @@
 
 #include <initializer_list>
 #include <memory>
+#include <sstream>
 #include <string>
 
 #include "model/document.h"
-#include "model/item.h"
 #include "support/test_services.h"
 
 namespace velm::test {
@@ -17,41 +17,75 @@ inline std::unique_ptr<CVelmConversionDoc> MakeConversionDoc(const CVelmServices
     document->fileName = fileName;
     document->title = u"Title of " + fileName;
     for (const char16_t* identifier : identifiers) {
-        auto item = std::make_unique<CVelmValueItem>();
-        item->identifier = identifier;
-        item->name = item->identifier + u" unit";
-        document->AddItem(std::move(item));
+        CVelmItem& item = *document->AddItem(CreateItem(ITEM_VALUE));
+        item.identifier = identifier;
+        item.name = item.identifier + u" unit";
     }
     return document;
 }
 
 /// Joins two units by their positions: unit 2 = unit 1 x factor + offset.
-inline CVelmConversion& Join(CVelmConversionDoc& document, std::size_t unit1, std::size_t unit2, double factor,
+inline CVelmConversion& Join(CVelmConversionDoc& document, std::size_t unit1, std::size_t unit2, double factor = 1.0,
                              double offset = 0.0) {
-    CVelmConversion* conversion = document.AddConversion(std::make_unique<CVelmConversion>(document));
-    conversion->unit1 = document.GetItem(unit1);
-    conversion->unit2 = document.GetItem(unit2);
-    conversion->factor = factor;
-    conversion->offset = offset;
-    return *conversion;
+    CVelmConversion& conversion = *document.AddConversion(std::make_unique<CVelmConversion>(document));
+    conversion.unit1 = document.GetItem(unit1);
+    conversion.unit2 = document.GetItem(unit2);
+    conversion.factor = factor;
+    conversion.offset = offset;
+    return conversion;
+}
+
+inline CVelmConversion& JoinByFormulas(CVelmConversionDoc& document, std::size_t unit1, std::size_t unit2,
+                                       CVelmStringView forward, CVelmStringView reverse) {
+    CVelmConversion& conversion = Join(document, unit1, unit2);
+    conversion.formulaFlag = 1;
+    conversion.forwardFormula = forward;
+    conversion.reverseFormula = reverse;
+    return conversion;
 }
 
 /// The conversions of a document in order: "USD*0.5=EUR " or, with formulas, "USD{x+1|x-1}EUR ".
 inline std::string Conversions(const CVelmConversionDoc& document) {
     std::string text;
     for (const auto& conversion : document.conversions) {
-        const std::string unit1 = ToUtf8(conversion->unit1->identifier);
-        const std::string unit2 = ToUtf8(conversion->unit2->identifier);
+        text += ToUtf8(conversion->unit1->ShortName());
         if (conversion->IsFormula()) {
-            text += unit1 + "{" + ToUtf8(conversion->forwardFormula + u"|" + conversion->reverseFormula) + "}";
+            text += "{" + ToUtf8(conversion->forwardFormula + u"|" + conversion->reverseFormula) + "}";
         } else {
             std::string factor = std::to_string(conversion->factor);
             factor.erase(factor.find_last_not_of('0') + 1);
-            text += unit1 + "*" + factor + (conversion->offset == 0.0 ? "=" : "+offset=");
+            text += "*" + factor + (conversion->offset == 0.0 ? "=" : "+offset=");
         }
-        text += unit2 + " ";
+        text += ToUtf8(conversion->unit2->ShortName()) + " ";
     }
     return text;
+}
+
+/// The values of all items to that many digits: "3 none error 2.5".
+inline std::string Values(const CVelmDocument& document, int digits) {
+    std::ostringstream text;
+    text.precision(digits);
+    for (const auto& item : document.items) {
+        text << (text.tellp() > 0 ? " " : "");
+        if (item->state == STATE_VALID) {
+            text << item->value;
+        } else {
+            text << (item->state == STATE_NONE ? "none" : "error");
+        }
+    }
+    return text.str();
+}
+
+/// The item in one line: "name (identifier) = text", its three formats, its parts and what it is.
+inline std::string Describe(const CVelmItem& item) {
+    std::string text = ToUtf8(item.name + u" (" + item.identifier + u") = " + item.valueText);
+    for (const std::uint32_t code : {item.format.allowedFormats, item.format.displayFormat, item.format.inputFormat}) {
+        text += " " + std::to_string(code);
+    }
+    for (const CVelmCompoundPart& part : item.format.compoundParts) {
+        text += part.label.empty() ? "" : " " + ToUtf8(part.label) + ":" + std::to_string(part.factor).substr(0, 4);
+    }
+    return text + (item.shown == 1 ? "" : " hidden") + (item.IsOutput() ? " output" : "");
 }
 
 }  // namespace velm::test

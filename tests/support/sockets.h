@@ -7,28 +7,35 @@
 
 namespace velm::test {
 
-/// A socket of this system; closed at the end.
+/// A connection; closed at the end.
 class Socket {
 public:
-    virtual ~Socket() = default;
+    explicit Socket(std::intptr_t number);
+    ~Socket();
+    Socket(const Socket&) = delete;
+    Socket& operator=(const Socket&) = delete;
 
     /// Bytes received, 0 when the other side has closed or has said nothing for five seconds.
-    virtual std::size_t Receive(char* buffer, std::size_t count) = 0;
+    std::size_t Receive(char* buffer, std::size_t count) const;
+    void SendAll(std::string_view bytes) const;
 
-    /// False when the other side has gone.
-    virtual bool SendAll(std::string_view bytes) = 0;
+private:
+    std::intptr_t number_;
 };
 
 /// Waits for connections on a free port of 127.0.0.1.
 class Listener {
 public:
-    virtual ~Listener() = default;
-    virtual std::uint16_t Port() const = 0;
+    Listener();
+    std::uint16_t Port() const { return port_; }
 
     /// Null when nobody has called within the time.
-    virtual std::unique_ptr<Socket> Accept(int milliseconds) = 0;
-};
+    std::unique_ptr<Socket> Accept(int milliseconds) const;
 
-std::unique_ptr<Listener> Listen();
+private:
+    std::intptr_t number_;
+    Socket closing_;
+    std::uint16_t port_ = 0;
+};
 
 }  // namespace velm::test

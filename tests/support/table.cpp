@@ -1,0 +1,31 @@
+#include "support/table.h"
+
+#include <fstream>
+#include <stdexcept>
+
+namespace velm::test {
+
+std::vector<std::string> Split(const std::string& text, const std::string& separator) {
+    std::vector<std::string> parts;
+    for (std::size_t at = 0; at <= text.size();) {
+        const std::size_t end = std::min(text.find(separator, at), text.size());
+        const std::string part = text.substr(at, end - at);
+        const std::size_t first = std::min(part.find_first_not_of(' '), part.size());
+        parts.push_back(part.substr(first, part.find_last_not_of(' ') + 1 - first));
+        at = end + separator.size();
+    }
+    return parts;
+}
+
+std::vector<std::vector<std::string>> ReadTable(const std::string& path, const std::string& separator) {
+    std::vector<std::vector<std::string>> rows;
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);) {
+        if (!line.empty() && !line.starts_with("# ")) {
+            rows.push_back(Split(line, separator));
+        }
+    }
+    return rows.empty() ? throw std::runtime_error("nothing to read in " + path) : rows;
+}
+
+}  // namespace velm::test
