@@ -9,11 +9,12 @@ CVelmString DataFolder() {
     return WithSeparator(FromUtf8(VELMORA_DATA_FOLDER));
 }
 
-std::vector<CVelmString> DataFileNames(CVelmStringView extension) {
+std::vector<CVelmString> DataFileNames(std::initializer_list<CVelmStringView> extensions) {
     std::vector<CVelmString> names;
     const auto entries = SystemFiles().List(DataFolder());
     for (const CVelmFolderEntry& entry : entries.value()) {
-        if (EndsWithNoCase(entry.name, extension)) {
+        if (std::any_of(extensions.begin(), extensions.end(),
+                        [&](CVelmStringView extension) { return entry.name.ends_with(extension); })) {
             names.push_back(entry.name);
         }
     }
@@ -24,14 +25,15 @@ std::vector<CVelmString> DataFileNames(CVelmStringView extension) {
 DataFile::DataFile(const CVelmString& name) {
     const std::int32_t kind = KindOfFileName(name);
     document_ = CreateDocument(kind, services_.Services());
-    if (!document_ ||
-        !document_->Load(DataFolder(), true, name.substr(0, name.size() - ExtensionOfKind(kind).size()))) {
+    if (!document_ || !document_->Load(DataFolder(), true, name.substr(0, name.size() - 4))) {
         throw std::runtime_error("cannot load " + ToUtf8(name));
     }
 }
 
-CVelmConversionDoc& DataFile::Conversions() {
-    return dynamic_cast<CVelmConversionDoc&>(*document_);
+void DataFile::ShowAll() {
+    for (const auto& item : document_->items) {
+        item->shown = 1;
+    }
 }
 
 CVelmItem& DataFile::Item(CVelmStringView id) {
@@ -43,12 +45,6 @@ CVelmItem& DataFile::Item(CVelmStringView id) {
     throw std::runtime_error(ToUtf8(document_->fileName) + " has no " + ToUtf8(id));
 }
 
-void DataFile::ShowAll() {
-    for (const auto& item : document_->items) {
-        item->shown = 1;
-    }
-}
-
 void DataFile::Enter(CVelmItem& item, double value) {
     item.value = value;
     item.state = STATE_VALID;
@@ -57,12 +53,11 @@ void DataFile::Enter(CVelmItem& item, double value) {
 }
 
 void DataFile::Type(CVelmStringView id, CVelmStringView text) {
-    CVelmItem& item = Item(id);
     double value = 0.0;
-    if (!item.format.ParseValueText(text, context_, value)) {
+    if (!Item(id).format.ParseValueText(text, context_, value)) {
         throw std::runtime_error(ToUtf8(id) + " does not take " + ToUtf8(text));
     }
-    Enter(item, value);
+    Enter(Item(id), value);
 }
 
 std::string DataFile::Shown(CVelmStringView id) {

@@ -13,8 +13,8 @@ namespace velm::test {
 /// The folder of the compiled data files, with a separator behind it.
 CVelmString DataFolder();
 
-/// Names of the data folder's files that end in `extension` (".cnv", ".cal", ".htm"), sorted.
-std::vector<CVelmString> DataFileNames(CVelmStringView extension);
+/// Names of the data folder's files that end in one of the extensions, sorted.
+std::vector<CVelmString> DataFileNames(std::initializer_list<CVelmStringView> extensions);
 
 /// A shipped data file in memory, used as a user uses it. Throws where a test names what the file does not hold.
 class DataFile {
@@ -22,9 +22,8 @@ public:
     /// The name with extension.
     explicit DataFile(const CVelmString& name);
 
-    CVelmDocument& Document() { return *document_; }
-    bool IsConversion() const { return document_->GetKind() == KIND_CONVERSION; }
-    CVelmConversionDoc& Conversions();
+    CVelmDocument& operator*() { return *document_; }
+    CVelmDocument* operator->() { return document_.get(); }
     CVelmItem& Item(CVelmStringView id);
 
     /// Makes hidden units targets too.

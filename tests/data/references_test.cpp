@@ -15,9 +15,8 @@ CVelmString ReadPage(CVelmStringView name) {
     references.ScanReferences(DataFolder());
     const auto found = std::find(references.names.begin(), references.names.end(), name);
     CVelmString text;
-    if (found != references.names.end()) {
-        references.ReadReference(static_cast<std::size_t>(found - references.names.begin()), text);
-    }
+    EXPECT_TRUE(references.ReadReference(static_cast<std::size_t>(found - references.names.begin()), text))
+        << ToUtf8(name);
     return text;
 }
 
