@@ -10,24 +10,20 @@
 namespace velm {
 namespace {
 
-constexpr double HOUR = 1.0 / 24;
 constexpr double SECOND = 1.0 / 86400;
 
-double At(int year, int month, int day, int hour = 0) {
-    return DateTime::FromFields(year, month, day, hour).value;
-}
-
-/// Hours that a zone's clocks are ahead of UTC at a UTC time.
-double HoursAhead(double zone, double utc) {
-    double local = utc;
-    EXPECT_TRUE(FromUtc(zone, local)) << zone;
-    return std::round((local - utc) * 24 * 1000) / 1000;
+double At(int year, int month, int day, int hour = 0, int minute = 0) {
+    return DateTime::FromFields(year, month, day, hour, minute).value;
 }
 
 TEST(TimeZones, CodesAreFoundAndOthersFail) {
     ASSERT_EQ(TimeZones().size(), 75U);
     for (const TimeZoneRow& row : TimeZones()) {
         EXPECT_EQ(FindTimeZone(row.code), &row);
+        for (const double value : {1e300, -1e300, std::nan(""), HUGE_VAL, -5.5e6, 1.2e7}) {
+            double local = value;
+            EXPECT_TRUE(FromUtc(row.code, local) && ToUtc(row.code, local)) << row.code;
+        }
     }
     double value = 2451544;
     for (const double zone : {5.0, 301.0, -1.0, 1005.0, -1004.0, 1e300}) {
@@ -37,8 +33,6 @@ TEST(TimeZones, CodesAreFoundAndOthersFail) {
 }
 
 TEST(TimeZones, OffsetsFollowTheSeason) {
-    const double january = At(2004, 1, 10, 12);
-    const double july = At(2004, 7, 1, 12);
     const struct {
         double zone, inJanuary, inJuly;
     } cases[] = {
@@ -47,60 +41,38 @@ TEST(TimeZones, OffsetsFollowTheSeason) {
         {65, -2, -3},  {255, 11, 10},     {290, 13, 12},    {300, 13, 13},   {1290, 12, 12},
     };
     for (const auto& [zone, inJanuary, inJuly] : cases) {
-        EXPECT_EQ(HoursAhead(zone, january), inJanuary) << "zone " << zone << " in January";
-        EXPECT_EQ(HoursAhead(zone, july), inJuly) << "zone " << zone << " in July";
-        for (const double utc : {january, july}) {
+        for (const auto& [utc, hours] : {std::pair(At(2004, 1, 10, 12), inJanuary), {At(2004, 7, 1, 12), inJuly}}) {
             double value = utc;
-            EXPECT_TRUE(FromUtc(zone, value) && ToUtc(zone, value));
+            EXPECT_TRUE(FromUtc(zone, value));
+            EXPECT_NEAR((value - utc) * 24, hours, 1e-4) << "zone " << zone << " at " << utc;
+            EXPECT_TRUE(ToUtc(zone, value));
             EXPECT_NEAR(value, utc, SECOND / 10) << "zone " << zone << " and back";
         }
     }
 }
 
 TEST(TimeZones, DaylightTimeLiesStrictlyBetweenItsChanges) {
-    // In 2004 zone 85 changes on 28 March at 1:00 and on 31 October at 2:00.
-    const TimeZoneRow& northern = *FindTimeZone(85);
-    EXPECT_FALSE(IsDaylightTime(northern, At(2004, 3, 28, 1)));
-    EXPECT_TRUE(IsDaylightTime(northern, At(2004, 3, 28, 1) + SECOND));
-    EXPECT_TRUE(IsDaylightTime(northern, At(2004, 10, 31, 2) - SECOND));
-    EXPECT_FALSE(IsDaylightTime(northern, At(2004, 10, 31, 2)));
-
-    // Zone 265 changes on 28 March at 3:00 and on 3 October at 2:00.
-    const TimeZoneRow& southern = *FindTimeZone(265);
-    EXPECT_TRUE(IsDaylightTime(southern, At(2004, 3, 28, 3) - SECOND));
-    EXPECT_FALSE(IsDaylightTime(southern, At(2004, 3, 28, 3)));
-    EXPECT_FALSE(IsDaylightTime(southern, At(2004, 10, 3, 2)));
-    EXPECT_TRUE(IsDaylightTime(southern, At(2004, 10, 3, 2) + SECOND));
-}
-
-TEST(TimeZones, AMonthThatBeginsOnTheWantedDayChangesAWeekLate) {
-    // 1 April 2001 was a Sunday: zone 4's first Sunday of April becomes the 8th.
-    const TimeZoneRow& row = *FindTimeZone(4);
-    EXPECT_FALSE(IsDaylightTime(row, At(2001, 4, 8, 2)));
-    EXPECT_TRUE(IsDaylightTime(row, At(2001, 4, 8, 2) + SECOND));
-    // 1 April 2001 follows March: zone 80's last Sunday of March becomes 1 April.
-    const TimeZoneRow& last = *FindTimeZone(80);
-    EXPECT_FALSE(IsDaylightTime(last, At(2001, 4, 1, 2)));
-    EXPECT_TRUE(IsDaylightTime(last, At(2001, 4, 1, 2) + SECOND));
-}
-
-TEST(TimeZones, ARuleWithAYearHoldsOnThatDateOnly) {
-    TimeZoneRow row = *FindTimeZone(85);
-    row.daylightDate = {.year = 2004, .month = 5, .day = 10, .hour = 3, .minute = 30};
-    row.standardDate = {.year = 2004, .month = 6, .day = 31, .hour = 4};
-    const double change = At(2004, 5, 10, 3) + HOUR / 2;
-    EXPECT_FALSE(IsDaylightTime(row, change));
-    EXPECT_TRUE(IsDaylightTime(row, change + SECOND));
-    EXPECT_TRUE(IsDaylightTime(row, At(2004, 6, 30, 4) - SECOND)) << "the day is clamped to the month";
-    EXPECT_FALSE(IsDaylightTime(row, At(2004, 6, 30, 4) + SECOND));
-}
-
-TEST(TimeZones, EveryValueHasAnAnswer) {
-    for (const double value : {1e300, -1e300, std::nan(""), HUGE_VAL, -5.5e6, 1.2e7}) {
-        for (const TimeZoneRow& row : TimeZones()) {
-            double local = value;
-            EXPECT_TRUE(FromUtc(row.code, local) && ToUtc(row.code, local)) << row.code;
-        }
+    TimeZoneRow dated = *FindTimeZone(85);  // a rule with a year holds on that date only, its day clamped to the month
+    dated.daylightDate = {.year = 2004, .month = 5, .day = 10, .hour = 3, .minute = 30};
+    dated.standardDate = {.year = 2004, .month = 6, .day = 31, .hour = 4};
+    const struct {
+        const TimeZoneRow& row;
+        double change;
+        bool begins;
+    } cases[] = {
+        {*FindTimeZone(85), At(2004, 3, 28, 1), true},
+        {*FindTimeZone(85), At(2004, 10, 31, 2), false},
+        {*FindTimeZone(265), At(2004, 3, 28, 3), false},  // of the southern half
+        {*FindTimeZone(265), At(2004, 10, 3, 2), true},
+        {*FindTimeZone(4), At(2001, 4, 8, 2), true},   // 1 April 2001 was a Sunday: the first one becomes the 8th
+        {*FindTimeZone(80), At(2001, 4, 1, 2), true},  // and the last one of March the 1 April
+        {dated, At(2004, 5, 10, 3, 30), true},
+        {dated, At(2004, 6, 30, 4), false},
+    };
+    for (const auto& [row, change, begins] : cases) {
+        EXPECT_EQ(IsDaylightTime(row, change - SECOND), !begins) << row.code << " before " << change;
+        EXPECT_FALSE(IsDaylightTime(row, change)) << row.code << " at " << change;
+        EXPECT_EQ(IsDaylightTime(row, change + SECOND), begins) << row.code << " after " << change;
     }
 }
 
@@ -108,9 +80,9 @@ TEST(TimeZones, TheTimeNowIsLocalOrThatOfAZone) {
     const test::FixedClock clock({2004, 7, 1, 14, 30, 0}, 2);
     double value = 0;
     EXPECT_TRUE(ZoneTimeNow(-1, clock, value));
-    EXPECT_EQ(value, DateTime::FromFields(2004, 7, 1, 14, 30).value);
+    EXPECT_EQ(value, At(2004, 7, 1, 14, 30));
     EXPECT_TRUE(ZoneTimeNow(85, clock, value));
-    EXPECT_NEAR(value, DateTime::FromFields(2004, 7, 1, 13, 30).value, SECOND / 10);
+    EXPECT_NEAR(value, At(2004, 7, 1, 13, 30), SECOND / 10);
     value = 7;
     EXPECT_FALSE(ZoneTimeNow(5, clock, value));
     EXPECT_EQ(value, 7);

@@ -2,20 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "formula/evaluate.h"
 #include "formula/operators.h"
 #include "formula/tokenizer.h"
+#include "support/table.h"
 
-namespace velm {
+namespace velm::test {
 namespace {
 
-using test::Repeat;
-
 /// The tokens from the head, a call as name/arguments; "unary" tells the two meanings of "-" apart.
-std::string Prefix(CVelmStringView text) {
-    const FormulaTokenList list = ParseFormula(text);
+std::string Prefix(const FormulaTokenList& list) {
     std::string shown;
     for (auto token = list.tokens.rbegin(); token != list.tokens.rend(); ++token) {
         shown += shown.empty() ? "" : " ";
@@ -36,37 +32,17 @@ std::string Prefix(CVelmStringView text) {
     return shown;
 }
 
-TEST(Parser, GivesPrefixOrderWithTheRightOperandFirst) {
-    EXPECT_EQ(Prefix(u"2+3 * x"), "+ * x/0 3.0 2.0");
-    EXPECT_EQ(Prefix(u"8-3-2"), "- 2.0 - 3.0 8.0");
-    EXPECT_EQ(Prefix(u"2^3^2"), "^ 2.0 ^ 3.0 2.0");
-    EXPECT_EQ(Prefix(u"-2^2"), "^ 2.0 unary 2.0");
-    EXPECT_EQ(Prefix(u"-3\u00B2"), "unary \u00B2 3.0");
-    EXPECT_EQ(Prefix(u"2^3!"), "^ ! 3.0 2.0");
-    EXPECT_EQ(Prefix(u"~x>1"), "> 1.0 ~ x/0");
-    EXPECT_EQ(Prefix(u"max(1,x)%"), "% max/2 x/0 1.0");
-    EXPECT_EQ(Prefix(u"f(g(1),(2))"), "f/2 2.0 g/1 1.0");
-    EXPECT_EQ(Prefix(u"  "), "");
-}
-
-TEST(Parser, PutsOneErrorAtTheHeadAndSaysWhere) {
-    const std::pair<const char16_t*, std::uint32_t> broken[] = {
-        {u"+3", 0},     {u"x<=3", 2},    {u"1e+3", 0},  {u"f()", 2},     {u"()", 1},  {u"(1,2)", 2},
-        {u"1,2", 1},    {u"((1)", 0},    {u"1)", 1},    {u"2 3", 2},     {u"2x", 0},  {u"x y", 2},
-        {u"(2)(3)", 3}, {u"x?", 1},      {u"f(1,)", 4}, {u"!3", 0},      {u"x~1", 1}, {u"a.b", 1},
-        {u"2(3)", 1},   {u"f(1)(2)", 4}, {u"1e301", 0}, {u"x\u0100", 1}, {u"f(2", 1},
-    };
-    for (const auto& [text, position] : broken) {
-        const FormulaTokenList list = ParseFormula(text);
-        ASSERT_FALSE(list.IsEmpty()) << ToUtf8(text);
-        EXPECT_EQ(list.Head().kind, FormulaTokenKind::Error) << ToUtf8(text);
-        EXPECT_EQ(list.Head().position, position) << ToUtf8(text);
+TEST(Parser, GivesPrefixOrderWithTheRightOperandFirstOrOneErrorAtTheHead) {
+    for (const auto& row : ReadTable(VELMORA_TESTS "/formula/tokens.txt")) {
+        const FormulaTokenList list = ParseFormula(FromUtf8(row.at(0)));
+        ASSERT_FALSE(list.IsEmpty()) << row.at(0);
+        EXPECT_EQ(list.Head().kind != FormulaTokenKind::Error ? Prefix(list)
+                                                              : "error at " + std::to_string(list.Head().position),
+                  row.at(1))
+            << row.at(0);
     }
-}
-
-TEST(Parser, LeavesTheErrorOfATrailingOperatorInsideTheList) {
-    EXPECT_EQ(Prefix(u"2*-"), "* unary error 2.0");
-    EXPECT_EQ(ParseFormula(u"2*-").FindError()->position, 3U);
+    EXPECT_TRUE(ParseFormula(u"  ").IsEmpty());
+    EXPECT_EQ(ParseFormula(u"2*-").FindError()->position, 3U) << "a trailing operator leaves its error inside";
     EXPECT_FALSE(CVelmFormula(u"2*-").Parses());
 }
 
@@ -78,4 +54,4 @@ TEST(Parser, BoundsTheLengthOfATokenOnly) {
 }
 
 }  // namespace
-}  // namespace velm
+}  // namespace velm::test
