@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -6,45 +5,35 @@
 #include "platform/file.h"
 #include "support/temporary_folder.h"
 
-namespace velm {
+namespace velm::test {
 namespace {
 
-using test::TemporaryFolder;
-
-TEST(PosixFile, AReplacedFileKeepsItsRights) {
+TEST(PosixFile, RightsLinksPipesAndFullDisks) {
     const TemporaryFolder folder;
+    CVelmFileSystem& files = SystemFiles();
+    const auto path = [&](CVelmStringView name) { return ToUtf8(folder.PathOf(name)); };
     folder.WriteText(u"old", "old");
     folder.WriteText(u"new", "new");
-    ASSERT_EQ(chmod(ToUtf8(folder.PathOf(u"old")).c_str(), 0640), 0);
-    ASSERT_TRUE(SystemFiles().Replace(folder.PathOf(u"new"), folder.PathOf(u"old")));
+    ASSERT_EQ(chmod(path(u"old").c_str(), 0640), 0);
+    ASSERT_TRUE(files.Replace(folder.PathOf(u"new"), folder.PathOf(u"old")));
     struct stat status {};
-    ASSERT_EQ(stat(ToUtf8(folder.PathOf(u"old")).c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0640U);
-}
+    ASSERT_EQ(stat(path(u"old").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0640U) << "a replaced file keeps its rights";
 
-TEST(PosixFile, LinksLeadToTheFileThatIsReplaced) {
-    const TemporaryFolder folder;
-    folder.WriteText(u"file", "content");
-    ASSERT_EQ(symlink("file", ToUtf8(folder.PathOf(u"link")).c_str()), 0);
-    ASSERT_EQ(symlink("nothing", ToUtf8(folder.PathOf(u"broken")).c_str()), 0);
-    CVelmFileSystem& files = SystemFiles();
-    EXPECT_TRUE(files.ResolveLinks(folder.PathOf(u"link")).ends_with(u"/file"));
-    EXPECT_EQ(files.ResolveLinks(folder.PathOf(u"file")), folder.PathOf(u"file"));
-    EXPECT_EQ(files.ResolveLinks(folder.PathOf(u"broken")), folder.PathOf(u"broken"));
-    EXPECT_EQ(files.ResolveLinks(folder.PathOf(u"missing")), folder.PathOf(u"missing"));
-}
+    ASSERT_EQ(symlink("old", path(u"link").c_str()), 0);
+    ASSERT_EQ(symlink("nothing", path(u"broken").c_str()), 0);
+    EXPECT_TRUE(files.ResolveLinks(folder.PathOf(u"link")).ends_with(u"/old"));
+    for (const char16_t* name : {u"old", u"broken", u"missing"}) {
+        EXPECT_EQ(files.ResolveLinks(folder.PathOf(name)), folder.PathOf(name));
+    }
 
-TEST(PosixFile, APipeIsNotReadAsAFile) {
-    const TemporaryFolder folder;
-    ASSERT_EQ(mkfifo(ToUtf8(folder.PathOf(u"pipe")).c_str(), 0600), 0);
-    EXPECT_EQ(SystemFiles().Open(folder.PathOf(u"pipe"), FileMode::Read), nullptr) << "and nothing waits for a writer";
-}
+    ASSERT_EQ(mkfifo(path(u"pipe").c_str(), 0600), 0);
+    EXPECT_EQ(files.Open(folder.PathOf(u"pipe"), FileMode::Read), nullptr) << "and nothing waits for a writer";
 
-TEST(PosixFile, AFullDiskIsAFailedWrite) {
-    const auto full = SystemFiles().Open(u"/dev/full", FileMode::Append);
+    const auto full = files.Open(u"/dev/full", FileMode::Append);
     ASSERT_NE(full, nullptr);
     EXPECT_EQ(full->Write("x", 1), -1);
 }
 
 }  // namespace
-}  // namespace velm
+}  // namespace velm::test

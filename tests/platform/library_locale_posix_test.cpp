@@ -5,17 +5,18 @@
 namespace velm {
 namespace {
 
-TEST(LibraryLocale, DatePatternsAreTranslatedPieceByPiece) {
-    EXPECT_EQ(TranslateDatePattern("%d.%m.%Y"), u"dd.MM.yyyy");
-    EXPECT_EQ(TranslateDatePattern("%-d.%-m.%y"), u"d.M.yy");
-    EXPECT_EQ(TranslateDatePattern("%a %e %b"), u"ddd d MMM");
-    EXPECT_EQ(TranslateDatePattern("%F"), u"yyyy-MM-dd");
-    EXPECT_EQ(TranslateDatePattern("%Y年%m月%d日"), u"yyyy年MM月dd日");
-    EXPECT_EQ(TranslateDatePattern("%A, %d de %B %Y"), std::nullopt) << "longer than 19 characters";
-    EXPECT_EQ(TranslateDatePattern("%"), u"");
-}
-
-TEST(LibraryLocale, WritesAsTheLibraryDoes) {
+TEST(LibraryLocale, WritesAsTheLibraryDoesAndTranslatesDatePatternsPieceByPiece) {
+    const std::pair<const char*, std::optional<CVelmString>> patterns[] = {
+        {"%d.%m.%Y", u"dd.MM.yyyy"},
+        {"%-d.%-m.%y", u"d.M.yy"},
+        {"%a %e %b", u"ddd d MMM"},
+        {"%F", u"yyyy-MM-dd"},
+        {"%Y年%m月%d日", u"yyyy年MM月dd日"},
+        {"%A, %d de %B %Y", std::nullopt},  // longer than 19 characters
+        {"%", u""}};
+    for (const auto& [pattern, translated] : patterns) {
+        EXPECT_EQ(TranslateDatePattern(pattern), translated) << pattern;
+    }
     const CVelmLibraryLocale locale(newlocale(LC_ALL_MASK, "C", nullptr));
     const CVelmCalendarTime time{2024, 7, 5, 9, 5, 3, 6};
     EXPECT_TRUE(locale.IsUnnamed());

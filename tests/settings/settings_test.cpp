@@ -4,9 +4,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "model/catalog.h"
 #include "platform/file.h"
@@ -16,7 +13,7 @@
 namespace velm::test {
 namespace {
 
-/// Keeps the bytes in memory; nothing stored, or another type, is nothing.
+/// Keeps the bytes in memory.
 class MemoryOptions : public CVelmOptionsStore {
 public:
     std::optional<std::vector<std::byte>> Read(std::size_t limit) override {
@@ -28,20 +25,16 @@ public:
         return status;
     }
 
-    void Put(const CVelmSettings& settings, std::size_t size = sizeof(CVelmSettings)) {
-        stored.emplace(size);
-        const auto* first = reinterpret_cast<const std::byte*>(&settings);
-        std::copy(first, first + std::min(size, sizeof settings), stored->begin());
-    }
-
     std::optional<std::vector<std::byte>> stored;
     std::int32_t status = 0;
 };
 
 const CVelmString PROGRAM_FOLDER = WithSeparator(u"program");
 const CVelmString DEFAULT_FOLDER = WithSeparator(PROGRAM_FOLDER + u"Conversions");
+constexpr const char* DEFAULT_NAMES = "Currency.cnv|Weight.cnv|Length.cnv|TipCalc.cal|TimeZones.cnv|ComputerBase.cnv|";
+constexpr const char* DEFAULT_URL = "http://updates.corvane.example/velm/convupd.txt";
 
-CVelmSettings Load(CVelmOptionsStore& store, const CVelmString& programFolder = PROGRAM_FOLDER) {
+CVelmSettings Load(MemoryOptions& store, const CVelmString& programFolder = PROGRAM_FOLDER) {
     CVelmSettings settings;
     LoadSettings(settings, store, programFolder);
     return settings;
@@ -59,149 +52,103 @@ std::string Names(const CVelmSettings& settings) {
     return names;
 }
 
-constexpr const char* DEFAULT_NAMES = "Currency.cnv|Weight.cnv|Length.cnv|TipCalc.cal|TimeZones.cnv|ComputerBase.cnv|";
-
-void SetOpenFiles(CVelmSettings& settings, CVelmStringView list) {
-    std::copy(list.begin(), list.end(), settings.openFiles);
+void ExpectSettings(const CVelmSettings& settings, const std::string& names, const CVelmString& folder,
+                    const std::string& url) {
+    EXPECT_EQ(Names(settings), names);
+    EXPECT_EQ(ToUtf8(DataFolder(settings, PROGRAM_FOLDER)), ToUtf8(folder));
+    EXPECT_EQ(ToUtf8(UpdateUrl(settings)), url);
+    EXPECT_EQ(settings.twoLineRows, 0U);
 }
 
-TEST(Settings, NothingStoredGivesTheDefaults) {
-    MemoryOptions store;
-    const CVelmSettings settings = Load(store);
-    EXPECT_EQ(Names(settings), DEFAULT_NAMES);
-    EXPECT_EQ(DataFolder(settings, PROGRAM_FOLDER), DEFAULT_FOLDER);
-    EXPECT_EQ(ToUtf8(UpdateUrl(settings)), "http://updates.corvane.example/velm/convupd.txt");
-    EXPECT_EQ(settings.twoLineRows, 0U);
+template <std::size_t SIZE>
+void Fill(char16_t (&field)[SIZE], CVelmStringView text) {
+    std::copy(text.begin(), text.end(), field);
 }
 
 TEST(Settings, TheRecordComesBackByteForByteAtItsOffsets) {
     CVelmSettings settings;
-    SetOpenFiles(settings, CVelmStringView(u"A.cnv\0B.cal\0", 12));
+    Fill(settings.openFiles, CVelmStringView(u"A.cnv\0B.cal\0", 12));
     SetField(settings.dataFolder, WithSeparator(u"folder"));
     SetField(settings.updateUrl, u"http://example/\u00E9");
     settings.twoLineRows = 0x01020304;
     MemoryOptions store;
     EXPECT_EQ(SaveSettings(settings, store), 0);
-
     const auto& bytes = store.stored.value();
     ASSERT_EQ(bytes.size(), 900U);
-    EXPECT_EQ(bytes[0], std::byte{'A'});
-    EXPECT_EQ(bytes[384], std::byte{'f'});
-    EXPECT_EQ(bytes[640], std::byte{'h'});
-    EXPECT_EQ(bytes[640 + 2 * 15], std::byte{0xE9});
-    EXPECT_EQ(bytes[896], std::byte{4});
-    EXPECT_EQ(bytes[899], std::byte{1});
-
+    for (const auto& [offset, byte] : {std::pair(0, 'A'), {384, 'f'}, {640, 'h'}, {670, '\xE9'}, {896, 4}, {899, 1}}) {
+        EXPECT_EQ(bytes[static_cast<std::size_t>(offset)], std::byte(byte)) << offset;
+    }
     const CVelmSettings loaded = Load(store);
     EXPECT_EQ(std::memcmp(&loaded, &settings, sizeof settings), 0);
     store.status = 5;
     EXPECT_EQ(SaveSettings(settings, store), 5);
-}
 
-TEST(Settings, ARecordOfAnotherSizeIsIgnoredWhole) {
-    CVelmSettings stored;
-    SetOpenFiles(stored, u"A.cnv");
-    stored.twoLineRows = 1;
-    MemoryOptions store;
-    store.Put(stored);
-    EXPECT_EQ(Names(Load(store)), "A.cnv|");
     for (const std::size_t size : {0, 899, 901}) {
-        store.Put(stored, size);
-        EXPECT_EQ(Names(Load(store)), DEFAULT_NAMES) << size << " bytes";
-        EXPECT_EQ(Load(store).twoLineRows, 0U) << size << " bytes";
+        store.stored->resize(size);
+        SCOPED_TRACE(size);
+        ExpectSettings(Load(store), DEFAULT_NAMES, DEFAULT_FOLDER, DEFAULT_URL);
     }
 }
 
-TEST(Settings, EachEmptyFieldFallsBackAlone) {
-    CVelmSettings stored;
-    SetOpenFiles(stored, u"A.cnv");
+TEST(Settings, EachEmptyFieldFallsBackAloneAndTextsWithoutEndsAreEnded) {
     MemoryOptions store;
-    store.Put(stored);
-    CVelmSettings settings = Load(store);
-    EXPECT_EQ(Names(settings), "A.cnv|");
-    EXPECT_EQ(DataFolder(settings, PROGRAM_FOLDER), DEFAULT_FOLDER);
-    EXPECT_EQ(UpdateUrl(settings), DEFAULT_UPDATE_URL);
+    ExpectSettings(Load(store), DEFAULT_NAMES, DEFAULT_FOLDER, DEFAULT_URL);
+    CVelmSettings stored;
+    Fill(stored.openFiles, u"A.cnv");
+    SaveSettings(stored, store);
+    ExpectSettings(Load(store), "A.cnv|", DEFAULT_FOLDER, DEFAULT_URL);
 
     stored = {};
     SetField(stored.dataFolder, u"elsewhere");
     SetField(stored.updateUrl, u"http://mine/list.txt");
-    store.Put(stored);
-    settings = Load(store);
-    EXPECT_EQ(Names(settings), DEFAULT_NAMES);
-    EXPECT_EQ(DataFolder(settings, PROGRAM_FOLDER), WithSeparator(u"elsewhere"));
-    EXPECT_EQ(ToUtf8(UpdateUrl(settings)), "http://mine/list.txt");
+    SaveSettings(stored, store);
+    ExpectSettings(Load(store), DEFAULT_NAMES, WithSeparator(u"elsewhere"), "http://mine/list.txt");
+
+    Fill(stored.openFiles, CVelmString(192, u'x'));
+    Fill(stored.dataFolder, CVelmString(128, u'd'));
+    Fill(stored.updateUrl, CVelmString(128, u'u'));
+    SaveSettings(stored, store);
+    const CVelmString folder = WithSeparator(CVelmString(127, u'd'));
+    ExpectSettings(Load(store), DEFAULT_NAMES, folder, std::string(127, 'u'));
+    Fill(stored.openFiles, CVelmStringView(u"A.cnv\0", 6));
+    SaveSettings(stored, store);
+    EXPECT_EQ(Names(Load(store)), "A.cnv|") << "the name that runs out of the field is dropped, not cut";
+
+    MemoryOptions empty;
+    const CVelmString longFolder = WithSeparator(CVelmString(200, u'p'));
+    const CVelmSettings settings = Load(empty, longFolder);
+    EXPECT_EQ(settings.dataFolder[0], u'\0') << "a program folder too long for the field is not cut";
+    EXPECT_EQ(DataFolder(settings, longFolder), WithSeparator(longFolder + u"Conversions"));
 }
 
-TEST(Settings, TextsOfARecordWithoutEndsAreEnded) {
-    CVelmSettings stored;
-    CVelmString endless(192, u'b');
-    endless.replace(0, 6, CVelmStringView(u"A.cnv\0", 6));
-    SetOpenFiles(stored, endless);
-    std::fill(std::begin(stored.dataFolder), std::end(stored.dataFolder), u'd');
-    std::fill(std::begin(stored.updateUrl), std::end(stored.updateUrl), u'u');
-    MemoryOptions store;
-    store.Put(stored);
-    const CVelmSettings settings = Load(store);
-    EXPECT_EQ(Names(settings), "A.cnv|") << "the name that runs out of the field is dropped, not cut";
-    EXPECT_EQ(DataFolder(settings, PROGRAM_FOLDER), WithSeparator(CVelmString(127, u'd')));
-    EXPECT_EQ(UpdateUrl(settings), CVelmString(127, u'u'));
-
-    SetOpenFiles(stored, CVelmString(192, u'x'));
-    store.Put(stored);
-    EXPECT_EQ(Names(Load(store)), DEFAULT_NAMES);
-}
-
-TEST(Settings, AProgramFolderTooLongForTheFieldIsNotCut) {
-    MemoryOptions store;
-    const CVelmString folder = WithSeparator(CVelmString(200, u'p'));
-    const CVelmSettings settings = Load(store, folder);
-    EXPECT_EQ(settings.dataFolder[0], u'\0');
-    EXPECT_EQ(DataFolder(settings, folder), WithSeparator(folder + u"Conversions"));
-}
-
-class OpenFileListTest : public testing::Test {
-protected:
-    void Add(const CVelmString& name, std::int32_t kind = KIND_CONVERSION) {
-        auto document = CreateDocument(kind, services.Services());
-        document->fileName = name;
-        catalog.AddDocument(std::move(document));
-    }
-
-    std::string SavedNames() {
+TEST(Settings, TheOpenFileListHoldsTheFirstSixNamesThatFit) {
+    // With its extension and NUL each long name takes 45 units: four fit into 192, and a short one behind them.
+    const auto longName = [](char16_t letter) { return CVelmString(40, letter) + u".cnv"; };
+    const std::pair<std::vector<CVelmString>, std::vector<int>> cases[] = {
+        {{}, {}},
+        {{u"Length.cnv", u"TipCalc.cal"}, {0, 1}},
+        {{u"a.cnv", u"b.cal", u"c.cnv", u"d.cnv", u"e.cnv", u"f.cnv", u"g.cnv"}, {0, 1, 2, 3, 4, 5}},
+        {{longName(u'p'), longName(u'q'), longName(u'r'), longName(u's'), longName(u't'), u"u.cnv"}, {0, 1, 2, 3, 5}},
+    };
+    TestServices services;
+    for (const auto& [names, kept] : cases) {
+        CVelmCatalog catalog(services.Services());
+        for (const CVelmString& name : names) {
+            auto document = CreateDocument(KindOfFileName(name), services.Services());
+            document->fileName = name.substr(0, name.size() - 4);
+            catalog.AddDocument(std::move(document));
+        }
         CVelmSettings settings;
-        std::fill(std::begin(settings.openFiles), std::end(settings.openFiles), u'?');
+        Fill(settings.openFiles, CVelmString(192, u'?'));
         SaveOpenFileList(settings, catalog);
+        std::string expected;
+        for (const int index : kept) {
+            expected += ToUtf8(names[static_cast<std::size_t>(index)]) + "|";
+        }
+        EXPECT_EQ(Names(settings), expected);
         EXPECT_EQ(settings.openFiles[191], u'\0');
         EXPECT_EQ(settings.dataFolder[0], u'\0');
-        return Names(settings);
     }
-
-    TestServices services;
-    CVelmCatalog catalog{services.Services()};
-};
-
-TEST_F(OpenFileListTest, HoldsTheFirstSixNamesInOrder) {
-    EXPECT_EQ(SavedNames(), "");
-    Add(u"Length");
-    Add(u"TipCalc", KIND_CALCULATION);
-    EXPECT_EQ(SavedNames(), "Length.cnv|TipCalc.cal|");
-    for (const char16_t* name : {u"c", u"d", u"e", u"f", u"g"}) {
-        Add(name);
-    }
-    EXPECT_EQ(SavedNames(), "Length.cnv|TipCalc.cal|c.cnv|d.cnv|e.cnv|f.cnv|");
-}
-
-TEST_F(OpenFileListTest, NeverCutsANameInHalf) {
-    // With its extension and NUL each takes 45 units: four fit into 192, and a short one behind them.
-    for (const char16_t letter : {u'a', u'b', u'c', u'd', u'e'}) {
-        Add(CVelmString(40, letter));
-    }
-    Add(u"last");
-    std::string expected;
-    for (const char letter : {'a', 'b', 'c', 'd'}) {
-        expected += std::string(40, letter) + ".cnv|";
-    }
-    EXPECT_EQ(SavedNames(), expected + "last.cnv|");
 }
 
 }  // namespace
