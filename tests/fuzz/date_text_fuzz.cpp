@@ -1,25 +1,14 @@
 #include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 #include "datetime/date_parser.h"
 #include "datetime/time_zones.h"
 #include "formats/date_format.h"
+#include "fuzz/fuzz.h"
 #include "support/fixed_clock.h"
 #include "support/fixed_locale.h"
 
+namespace velm::test {
 namespace {
-
-using namespace velm;
-
-void Require(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "not so: %s\n", what);
-        std::abort();
-    }
-}
 
 void RequireFieldsInRange(const DateTime& date) {
     Require(date.month >= 1 && date.month <= 12, "month is 1 to 12");
@@ -33,16 +22,15 @@ void RequireFieldsInRange(const DateTime& date) {
 }  // namespace
 
 /// A typed date, its arithmetic and its text.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const test::FixedClock clock;
-    const CVelmString text = FromUtf8({reinterpret_cast<const char*>(data), size});
-    DateTime date = ParseDate(text, clock);
+void Try(Input input) {
+    const FixedClock clock;
+    DateTime date = ParseDate(FromUtf8(Characters(input)), clock);
     Require(std::isfinite(date.value), "the value is finite");
     RequireFieldsInRange(DateTime::FromValue(date.value));
-    Require(FormatDate(date.value, true, test::FixedLocale()).size() > 10, "weekday, date and time are written");
+    Require(FormatDate(date.value, true, FixedLocale()).size() > 10, "weekday, date and time are written");
     Require(date.DaysInMonth() >= 28 && date.DaysInMonth() <= 31, "a month has 28 to 31 days");
 
-    const auto step = static_cast<std::int16_t>(size * 257);
+    const auto step = static_cast<std::int16_t>(input.size() * 257);
     date.AddMonths(step);
     date.AddYears(step);
     date.AddWeeks(step * 1000);
@@ -52,5 +40,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(FromUtc(zone.code, value) && ToUtc(zone.code, value), "every zone converts");
         Require(std::fabs(value - date.value) < 0.1, "there and back is at most the hour that a change skips");
     }
-    return 0;
 }
+
+}  // namespace velm::test

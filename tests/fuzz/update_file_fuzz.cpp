@@ -1,6 +1,4 @@
-#include <cstdio>
-#include <cstdlib>
-
+#include "fuzz/fuzz.h"
 #include "model/file_stream.h"
 #include "support/memory_files.h"
 #include "support/sample_documents.h"
@@ -14,20 +12,13 @@ namespace {
 
 constexpr int MOST_FETCHES = 8;
 
-void Expect(bool holds, const char* what) {
-    if (!holds) {
-        std::fprintf(stderr, "does not hold: %s\n", what);
-        std::abort();
-    }
-}
-
 /// Answers every address with the input, a few times.
 class InputFetcher : public CVelmFetcher {
 public:
     InputFetcher(MemoryFiles& files, const Bytes& input) : files_(files), input_(input) {}
 
     CVelmFetched Fetch(const CVelmString& url, const CVelmFetchProgress&) override {
-        Expect(StartsWithNoCase(url, HTTP_SCHEME), "only pages of the web are fetched");
+        Require(StartsWithNoCase(url, HTTP_SCHEME), "only pages of the web are fetched");
         if (++fetches_ > MOST_FETCHES) {
             return {};
         }
@@ -56,9 +47,9 @@ void Download(const Bytes& input) {
     downloader.Run();
     for (const auto& [path, file] : files.files) {
         const CVelmStringView name = CVelmStringView(path).substr(PathOf(u"").size());
-        Expect(path.starts_with(PathOf(u"")) && name.ends_with(UPDATE_EXTENSION), "an update file of the folder");
-        Expect(IsUsableFileName(name.substr(0, name.size() - UPDATE_EXTENSION.size())), "a name of the folder");
-        Expect(file->bytes == input, "stored as it came");
+        Require(path.starts_with(PathOf(u"")) && name.ends_with(UPDATE_EXTENSION), "an update file of the folder");
+        Require(IsUsableFileName(name.substr(0, name.size() - UPDATE_EXTENSION.size())), "a name of the folder");
+        Require(file->bytes == input, "stored as it came");
     }
 }
 
@@ -71,28 +62,28 @@ void MergeInto(const Bytes& input) {
     catalog.SetFolder(u"data");
     const auto document = MakeConversionDoc(services.Services(), u"Currency", {u"USD", u"EUR", u"GBP", u"usd"});
     Join(*document, 0, 1, 0.5, 3.0);
-    Expect(document->Save(catalog.Folder()), "saved");
+    Require(document->Save(catalog.Folder()), "saved");
     files.Add(PathOf(u"Currency.upd"), input);
     if (!Merge(*document, catalog, context)) {
-        Expect(!document->IsModified(), "what is not merged is not changed");
+        Require(!document->IsModified(), "what is not merged is not changed");
         return;
     }
-    Expect(!files.Exists(PathOf(u"Currency.upd")), "a merged update is removed");
+    Require(!files.Exists(PathOf(u"Currency.upd")), "a merged update is removed");
     for (const auto& conversion : document->conversions) {
-        Expect(conversion->factor != 0.0 && conversion->factor - conversion->factor == 0.0, "a rate is a number");
+        Require(conversion->factor != 0.0 && conversion->factor - conversion->factor == 0.0, "a rate is a number");
     }
     const std::string merged = Conversions(*document);
     CVelmConversionDoc again(services.Services());
-    Expect(again.Load(catalog.Folder(), true, u"Currency"), "loads after the merge");
-    Expect(Conversions(again) == merged, "the same after the merge");
+    Require(again.Load(catalog.Folder(), true, u"Currency"), "loads after the merge");
+    Require(Conversions(again) == merged, "the same after the merge");
 }
 
 }  // namespace
-}  // namespace velm::test
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const velm::test::Bytes input(data, data + size);
-    velm::test::Download(input);
-    velm::test::MergeInto(input);
-    return 0;
+void Try(Input input) {
+    const Bytes bytes(input.begin(), input.end());
+    Download(bytes);
+    MergeInto(bytes);
 }
+
+}  // namespace velm::test

@@ -1,20 +1,16 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "formats/value_format.h"
+#include "fuzz/fuzz.h"
 #include "support/fixed_clock.h"
 #include "support/fixed_locale.h"
 
+namespace velm::test {
 namespace {
-
-using namespace velm;
 
 /// In front of the text: the four compound factors, a value to write and the allowed formats.
 constexpr std::size_t HEADER = 6 * 8;
@@ -22,16 +18,9 @@ constexpr std::size_t HEADER = 6 * 8;
 /// Longer than any value's text without labels.
 constexpr std::size_t LONGEST_TEXT = 160;
 
-void Require(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "not so: %s\n", what);
-        std::abort();
-    }
-}
-
-double DoubleAt(const std::uint8_t* data, std::size_t index) {
+double DoubleAt(Input input, std::size_t index) {
     double value = 0;
-    std::memcpy(&value, data + index * sizeof(value), sizeof(value));
+    std::memcpy(&value, input.data() + index * sizeof(value), sizeof(value));
     return value;
 }
 
@@ -59,7 +48,7 @@ void RequireBaseReadsBack(const CVelmValueFormat& format, char16_t suffix, Formu
 }
 
 void WriteInEveryFormat(CVelmValueFormat format, FormulaContext& context, double value) {
-    const test::FixedLocale locale;
+    const FixedLocale locale;
     for (std::uint32_t code = 1; code <= 2 * FMT_CURRENCY; code <<= 1) {
         format.displayFormat = code;
         format.inputFormat = code;
@@ -68,12 +57,10 @@ void WriteInEveryFormat(CVelmValueFormat format, FormulaContext& context, double
     }
     format.inputFormat = FMT_DECIMAL;
     RequireReadsBack(format.FormatValueForInput(value), value);
-    format.inputFormat = FMT_HEX;
-    RequireBaseReadsBack(format, u'h', context, value);
-    format.inputFormat = FMT_OCTAL;
-    RequireBaseReadsBack(format, u'o', context, value);
-    format.inputFormat = FMT_BINARY;
-    RequireBaseReadsBack(format, u'b', context, value);
+    for (const auto& [code, suffix] : {std::pair(FMT_HEX, u'h'), {FMT_OCTAL, u'o'}, {FMT_BINARY, u'b'}}) {
+        format.inputFormat = code;
+        RequireBaseReadsBack(format, suffix, context, value);
+    }
     std::array<CVelmString, COMPOUND_PARTS> texts;
     const int parts = format.SplitCompound(value, texts);
     Require(parts >= 0 && parts <= COMPOUND_PARTS, "there are 0 to 4 parts");
@@ -82,27 +69,27 @@ void WriteInEveryFormat(CVelmValueFormat format, FormulaContext& context, double
 }  // namespace
 
 /// A typed text read with any compound factors, and any double written in every format.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size < HEADER) {
-        return 0;
+void Try(Input input) {
+    if (input.size() < HEADER) {
+        return;
     }
     CVelmValueFormat format;
     for (std::size_t i = 0; i < format.compoundParts.size(); ++i) {
-        format.compoundParts[i] = {u"ft", DoubleAt(data, i)};
+        format.compoundParts[i] = {u"ft", DoubleAt(input, i)};
     }
-    const double value = DoubleAt(data, 4);
-    format.SetAllowedFormats(data[5 * 8] | static_cast<unsigned>(data[5 * 8 + 1]) << 8);
+    const double value = DoubleAt(input, 4);
+    format.SetAllowedFormats(input[5 * 8] | static_cast<unsigned>(input[5 * 8 + 1]) << 8);
 
-    const test::FixedClock clock;
+    const FixedClock clock;
     FormulaContext context(clock);
     WriteInEveryFormat(format, context, value);
     WriteInEveryFormat(format, context, std::trunc(value));
 
-    const CVelmString text = FromUtf8({reinterpret_cast<const char*>(data + HEADER), size - HEADER});
     double read = 0;
-    if (format.ParseValueText(text, context, read)) {
+    if (format.ParseValueText(FromUtf8(Characters(input.subspan(HEADER))), context, read)) {
         Require(!std::isnan(read), "what was read is a number");
         WriteInEveryFormat(format, context, read);
     }
-    return 0;
 }
+
+}  // namespace velm::test
