@@ -7,8 +7,8 @@
 
 namespace velm::test {
 
-std::string RunShell(const std::string& line, int& status) {
-    std::FILE* output = popen(line.c_str(), "r");
+std::string RunShell(const std::string& commands, const std::string& errorFile, int& status) {
+    std::FILE* output = popen(("(" + commands + "\n) 2>'" + errorFile + "'").c_str(), "r");
     std::string text;
     for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output)) {
         text += static_cast<char>(c);

@@ -8,8 +8,8 @@
 
 namespace velm::test {
 
-std::string RunShell(const std::string& line, int& status) {
-    std::FILE* output = _wpopen(ToWide(FromUtf8(line)).c_str(), L"rb");
+std::string RunShell(const std::string& commands, const std::string& errorFile, int& status) {
+    std::FILE* output = _wpopen(ToWide(FromUtf8(commands + " 2>\"" + errorFile + "\"")).c_str(), L"rb");
     std::string text;
     for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output)) {
         text += static_cast<char>(c);

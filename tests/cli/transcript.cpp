@@ -66,11 +66,8 @@ std::string Transcript::Replay(const std::string& session) {
 }
 
 std::string Transcript::Run(const std::string& command) {
-    const bool isLong = command.find('\n') != std::string::npos;
     int status = 0;
-    std::string text = Prefixed(
-        "| ",
-        RunShell("(" + command + (isLong ? "\n" : "") + ") 2>\"" + ToUtf8(errors_.PathOf(u"text")) + "\"", status));
+    std::string text = Prefixed("| ", RunShell(command, ToUtf8(errors_.PathOf(u"text")), status));
     const Bytes errors = errors_.Read(u"text");
     text += Prefixed("! ", std::string(errors.begin(), errors.end()));
     text += status == 0 ? "" : "? " + std::to_string(status) + "\n";

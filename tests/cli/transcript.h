@@ -31,8 +31,9 @@ private:
     HttpServer server_;
 };
 
-/// What a command line of the system's shell writes to standard output, and its status.
-std::string RunShell(const std::string& line, int& status);
+/// What commands of the system's shell write to standard output, and their status. What they write to standard error
+/// goes to the file.
+std::string RunShell(const std::string& commands, const std::string& errorFile, int& status);
 void SetVariable(const char* name, const std::string& value);
 
 }  // namespace velm::test

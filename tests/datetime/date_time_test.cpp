@@ -5,7 +5,10 @@
 #include <chrono>
 #include <cmath>
 #include <limits>
+#include <sstream>
 #include <string>
+
+#include "support/table.h"
 
 namespace velm {
 namespace {
@@ -30,35 +33,38 @@ double TrueValue(int year, unsigned month, unsigned day) {
     return 2451544.0 + static_cast<double>(days.count());
 }
 
-TEST(DateTime, DatesHaveTheirDayNumbers) {
-    const struct {
-        int year, month, day;
-        double value;
-    } cases[] = {
-        {2000, 1, 1, 2451544},   {1582, 10, 15, 2299160}, {1582, 10, 4, 2299159}, {0, 0, 0, 1721422},  // a cleared date
-        {-44, 3, 15, 1705425},    // the Ides of March
-        {-1, 12, 31, 1721423},    // the year before year 1 counts a day too many,
-        {1, 1, 1, 1721423},       // so its last day is the first of the next
-        {1900, 1, 1, 2415019},    // a century year is a day off
-        {1899, 12, 31, 2415019},  // up to the end of February
-        {1900, 3, 1, 2415079},    //
-        {2003, 2, 31, 2452701},   // fields outside the calendar count on
-        {2003, 14, 5, 2453040},   //
-    };
-    for (const auto& [year, month, day, value] : cases) {
-        EXPECT_EQ(Value(year, month, day), value) << year << "-" << month << "-" << day;
+TEST(DateTime, DatesAndDayNumbersAreThoseOfTheTable) {
+    for (const auto& row : test::ReadTable(VELMORA_TESTS "/datetime/day_numbers.txt")) {
+        SCOPED_TRACE(row.at(0) + " " + row.at(1));
+        std::istringstream asked(row.at(1));
+        double number = 0.0;
+        asked >> number;
+        if (row.at(0) == "date of") {
+            double seconds = 0.0;
+            asked >> seconds;
+            EXPECT_EQ(Text(DateTime::FromValue(number + seconds / 86400)), row.at(2));
+            continue;
+        }
+        int month = 0, day = 0;
+        std::int16_t later = 0;
+        asked >> month >> day >> later;
+        DateTime date = DateTime::FromFields(static_cast<int>(number), month, day);
+        if (row.at(0) == "number of") {
+            EXPECT_EQ(date.value, std::strtod(row.at(2).c_str(), nullptr));
+        } else {
+            date.AddMonths(later);
+            EXPECT_EQ(Text(date), row.at(2));
+            EXPECT_EQ(date.value, Value(date.year, date.month, date.day));
+        }
     }
-    EXPECT_EQ(Value(1900, 2, 28), TrueValue(1900, 2, 27));
-    EXPECT_EQ(Value(1900, 3, 1), TrueValue(1900, 3, 1));
-    EXPECT_EQ(Value(2100, 1, 1), Value(2099, 12, 31));
-    EXPECT_EQ(Value(2004, 2, 31), Value(2004, 3, 2));
-    EXPECT_EQ(Value(2000, 1, 1) - Value(1999, 12, 31), 1);
     EXPECT_EQ(DateTime::FromFields(70000, 1, 1).year, 32767);
     EXPECT_EQ(DateTime::FromFields(-70000, 1, 1).year, -32768);
     EXPECT_EQ(DateTime::FromFields(2000, 1, 1, 6, 0, 0).value, 2451544.25);
     EXPECT_EQ(DateTime::FromFields(2000, 1, 1).weekday, 7);
     EXPECT_EQ(DateTime::FromFields(2024, 7, 1).weekday, 2);
+}
 
+TEST(DateTime, OrdinaryYearsFollowTheTrueCalendarBothWays) {
     for (int year = 1601; year <= 2399; ++year) {
         for (unsigned month = 1; month <= 12 && (year % 100 != 0 || year % 400 == 0); ++month) {
             for (const unsigned day : {1, 15, 22}) {
@@ -67,31 +73,6 @@ TEST(DateTime, DatesHaveTheirDayNumbers) {
                 ASSERT_EQ(Text(DateTime::FromValue(date.value)), Text(date));
             }
         }
-    }
-}
-
-TEST(DateTime, DayNumbersHaveTheirDates) {
-    const struct {
-        double value;
-        const char* text;
-    } cases[] = {
-        {2415079, "1900-2-29"},
-        {Value(2000, 12, 23), "2000-12-23"},
-        {Value(2000, 12, 24), "2000-12-25"},  // the 400-year cycle ends early
-        {2460673, "2024-12-29"},              // in years divisible by four
-        {2460674, "2024-12-31"},              // the thirtieth of December shows as the thirty-first
-        {2460675, "2024-12-31"},
-        {2460676, "2025-1-1"},
-        {Value(2023, 12, 30), "2023-12-30"},
-        {Value(2023, 12, 31), "2023-12-31"},
-        {2451544.5, "2000-1-1 12:0:0"},
-        {2451544 + 3725.0 / 86400, "2000-1-1 1:2:5"},
-        {2451544 + 3724.95 / 86400, "2000-1-1 1:2:5"},  // a tenth of a second is made up
-        {2451544 + 3724.85 / 86400, "2000-1-1 1:2:4"},
-        {2451544 + 86399.99 / 86400, "2000-1-1 24:0:0"},
-    };
-    for (const auto& [value, text] : cases) {
-        EXPECT_EQ(Text(DateTime::FromValue(value)), text);
     }
     for (int second = 0; second < 86400; second += 7) {
         const DateTime date = DateTime::FromFields(2004, 3, 5, second / 3600, second / 60 % 60, second % 60);
@@ -118,7 +99,7 @@ TEST(DateTime, EveryDoubleHasFieldsInTheirRanges) {
     EXPECT_EQ(Text(DateTime::FromValue(std::nan(""))), Text(DateTime::FromValue(0.0)));
 }
 
-TEST(DateTime, DaysWeeksMonthsAndYearsAreAdded) {
+TEST(DateTime, DaysWeeksAndYearsAreAdded) {
     DateTime date = DateTime::FromFields(2004, 2, 28, 12);
     date.AddDays(1.5);
     EXPECT_EQ(Text(date), "2004-3-1");
@@ -128,22 +109,9 @@ TEST(DateTime, DaysWeeksMonthsAndYearsAreAdded) {
     EXPECT_EQ(Text(++date), "2004-2-24");
     EXPECT_EQ(Text(--date), "2004-2-23");
 
-    const struct {
-        int year, month, day;
-        std::int16_t months, years;
-        const char* text;
-    } cases[] = {
-        {2003, 1, 31, 1, 0, "2003-3-3"},   {2004, 1, 31, 1, 0, "2004-3-2"}, {2004, 1, 15, -1, 0, "2003-12-15"},
-        {2004, 1, 15, 25, 0, "2006-2-15"}, {2004, 5, 31, 1, 0, "2004-7-1"}, {2004, 1, 15, 32767, 0, "4734-8-15"},
-        {2004, 2, 29, 0, 1, "2005-3-1"},
-    };
-    for (const auto& [year, month, day, months, years, text] : cases) {
-        date = DateTime::FromFields(year, month, day);
-        date.AddMonths(months);
-        date.AddYears(years);
-        EXPECT_EQ(Text(DateTime::FromValue(date.value)), text);
-        EXPECT_EQ(date.value, Value(date.year, date.month, date.day));
-    }
+    date = DateTime::FromFields(2004, 2, 29);
+    date.AddYears(1);
+    EXPECT_EQ(date.value, Value(2005, 3, 1));
 }
 
 TEST(DateTime, SettersClampTheDayAndKeepTheOtherHalf) {

@@ -23,17 +23,6 @@ protected:
     CVelmConversionDoc document{services.Services()};
 };
 
-TEST_F(Document, KindsFollowTheExtensionInAnyLetterCase) {
-    const std::pair<const char16_t*, std::int32_t> names[] = {
-        {u"Length.CNV", KIND_CONVERSION}, {u"TipCalc.cal", KIND_CALCULATION}, {u"Length.cnv.bak", 0}, {u"cnv", 0}};
-    for (const auto& [name, kind] : names) {
-        EXPECT_EQ(KindOfFileName(name), kind) << ToUtf8(name);
-    }
-    EXPECT_EQ(ExtensionOfKind(3), u"");
-    EXPECT_EQ(CreateDocument(3, services.Services()), nullptr);
-    EXPECT_EQ(CreateItem(0), nullptr);
-}
-
 TEST_F(Document, StartsLoadedAndStampedWithTheCurrentTime) {
     CVelmCalculationDoc fresh(services.Services());
     EXPECT_TRUE(fresh.loaded);

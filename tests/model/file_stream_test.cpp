@@ -108,18 +108,6 @@ TEST_F(FileStream, PositionsAreAbsoluteAndBuffersDoNotShow) {
     EXPECT_EQ(stream.ReadAt(50000, sizeof value, &value), 0);
 }
 
-TEST_F(FileStream, LinesEndAtEitherLineEndByte) {
-    const std::string text = "VLMUPD\r\n\xc4z\nlast";
-    Reading(Bytes(text.begin(), text.end()));
-    const std::pair<CVelmStringView, std::int32_t> lines[] = {{u"VLMUPD", 7}, {u"", 1}, {u"\u00c4z", 3},
-                                                              {u"last", 4},   {u"", 0}, {u"", 0}};
-    for (const auto& [line, bytes] : lines) {
-        CVelmString read = u"?";
-        EXPECT_EQ(stream.ReadLine(read), bytes);
-        EXPECT_EQ(read, line);
-    }
-}
-
 TEST_F(FileStream, TheFileTimeIsTheLaterByTheLowHalvesOnly) {
     // The high halves alone make the fifth and the fifteenth day that the test's clock counts.
     constexpr std::uint64_t FIFTH = 1000ULL << 32;

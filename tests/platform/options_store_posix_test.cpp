@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <string>
 
 #include "platform/options_store.h"
 #include "support/temporary_folder.h"
@@ -24,30 +23,24 @@ TEST(OptionsFile, KeepsBytesAndReplacesThemInOneStep) {
     EXPECT_EQ(ReadBack(*store), "second");
     EXPECT_EQ(ReadBack(*store, 5), "<nothing>");
     EXPECT_EQ(folder.Names(), std::vector<CVelmString>{u"new"});
-
     EXPECT_NE(OpenOptionsStore(u"/proc/no/such/options")->Write("x", 1), 0);
     EXPECT_NE(OpenOptionsStore(u"")->Write("x", 1), 0);
     EXPECT_EQ(ReadBack(*OpenOptionsStore(folder.Path())), "<nothing>") << "a folder is not a file";
-}
 
-TEST(OptionsFile, ALinkStaysALinkAndItsFileIsReplaced) {
-    const TemporaryFolder folder;
-    folder.WriteText(u"kept elsewhere", "first");
-    std::filesystem::create_symlink("kept elsewhere", ToUtf8(folder.PathOf(u"options")));
-    const auto store = OpenOptionsStore(folder.PathOf(u"options"));
-    EXPECT_EQ(store->Write("second", 6), 0);
-    EXPECT_EQ(ReadBack(*store), "second");
-    EXPECT_EQ(ReadBack(*OpenOptionsStore(folder.PathOf(u"kept elsewhere"))), "second");
-    EXPECT_TRUE(std::filesystem::is_symlink(ToUtf8(folder.PathOf(u"options"))));
+    const auto link = OpenOptionsStore(folder.PathOf(u"link"));
+    std::filesystem::create_symlink("new/folder/options", ToUtf8(folder.PathOf(u"link")));
+    EXPECT_EQ(link->Write("third", 5), 0);
+    EXPECT_EQ(ReadBack(*store), "third") << "a link stays a link, and its file is replaced";
+    EXPECT_TRUE(std::filesystem::is_symlink(ToUtf8(folder.PathOf(u"link"))));
 }
 
 TEST(OptionsFile, LiesInTheFolderForConfiguration) {
     setenv("HOME", "/home/someone", 1);
-    setenv("XDG_CONFIG_HOME", "/somewhere", 1);
-    EXPECT_EQ(ToUtf8(DefaultOptionsLocation()), "/somewhere/velmora/options");
-    for (const char* unusable : {"", "relative"}) {
-        setenv("XDG_CONFIG_HOME", unusable, 1);
-        EXPECT_EQ(ToUtf8(DefaultOptionsLocation()), "/home/someone/.config/velmora/options");
+    for (const auto& [variable, location] : {std::pair("/somewhere", u"/somewhere/velmora/options"),
+                                             {"", u"/home/someone/.config/velmora/options"},
+                                             {"relative", u"/home/someone/.config/velmora/options"}}) {
+        setenv("XDG_CONFIG_HOME", variable, 1);
+        EXPECT_EQ(DefaultOptionsLocation(), location);
     }
     unsetenv("HOME");
     EXPECT_TRUE(DefaultOptionsLocation().empty());

@@ -10,42 +10,26 @@ namespace {
 
 constexpr const wchar_t* KEY = L"Software\\Corvane\\Velmora\\OptionsStoreTest";
 
-class RegistryOptions : public testing::Test {
-protected:
-    RegistryOptions() { RegDeleteKeyW(HKEY_CURRENT_USER, KEY); }
-    ~RegistryOptions() override { RegDeleteKeyW(HKEY_CURRENT_USER, KEY); }
-
-    std::string ReadBack(std::size_t limit) {
-        const auto bytes = store->Read(limit);
+TEST(RegistryOptions, KeepBinaryBytesUpToTheLimitAndAreNothingOfAnotherType) {
+    RegDeleteKeyW(HKEY_CURRENT_USER, KEY);
+    const auto store = OpenOptionsStore(reinterpret_cast<const char16_t*>(KEY));
+    const auto readBack = [&] {
+        const auto bytes = store->Read(900);
         return bytes ? std::string(reinterpret_cast<const char*>(bytes->data()), bytes->size()) : "<nothing>";
-    }
-
-    static void Put(DWORD type, const std::string& bytes) {
-        RegSetKeyValueW(HKEY_CURRENT_USER, KEY, L"Options", type, bytes.data(), static_cast<DWORD>(bytes.size()));
-    }
-
-    std::unique_ptr<CVelmOptionsStore> store = OpenOptionsStore(reinterpret_cast<const char16_t*>(KEY));
-};
-
-TEST_F(RegistryOptions, KeepBinaryBytesUpToTheLimit) {
-    EXPECT_EQ(ReadBack(900), "<nothing>");
+    };
+    EXPECT_EQ(readBack(), "<nothing>");
     EXPECT_EQ(store->Write("first", 5), 0);
     EXPECT_EQ(store->Write("second", 6), 0);
-    EXPECT_EQ(ReadBack(900), "second");
-
-    for (const std::size_t size : {899, 900}) {
-        Put(REG_BINARY, std::string(size, 'x'));
-        EXPECT_EQ(ReadBack(900).size(), size);
+    EXPECT_EQ(readBack(), "second");
+    const std::string bytes(901, 'x');
+    for (const DWORD size : {899, 900, 901}) {
+        for (const DWORD type : {REG_BINARY, REG_SZ, REG_EXPAND_SZ, REG_MULTI_SZ, REG_NONE}) {
+            RegSetKeyValueW(HKEY_CURRENT_USER, KEY, L"Options", type, bytes.data(), size);
+            EXPECT_EQ(readBack(), type == REG_BINARY && size <= 900 ? bytes.substr(0, size) : "<nothing>")
+                << size << " bytes of type " << type;
+        }
     }
-    Put(REG_BINARY, std::string(901, 'x'));
-    EXPECT_EQ(ReadBack(900), "<nothing>");
-}
-
-TEST_F(RegistryOptions, AreNothingWhenOfAnotherType) {
-    for (const DWORD type : {REG_SZ, REG_EXPAND_SZ, REG_MULTI_SZ, REG_NONE}) {
-        Put(type, std::string(900, '\0'));
-        EXPECT_EQ(ReadBack(900), "<nothing>") << "type " << type;
-    }
+    RegDeleteKeyW(HKEY_CURRENT_USER, KEY);
     EXPECT_EQ(DefaultOptionsLocation(), u"Software\\Corvane\\Velmora\\Settings");
 }
 

@@ -31,18 +31,13 @@ TEST(Text, WellFormedUtf8MakesTheRoundTrip) {
 }
 
 TEST(Text, WhatIsNotUtf8BecomesTheReplacementCharacter) {
-    const struct {
-        std::string_view bytes;
-        CVelmStringView expected;
-    } cases[] = {
-        {"a\xffz", u"a\ufffdz"},
-        {"\x80", u"\ufffd"},
-        {"\xe2\x82", u"\ufffd"},
-        {"\xe2\x82z", u"\ufffdz"},
-        {"\xc0\x80", u"\ufffd\ufffd"},
-        {"\xed\xa0\x80", u"\ufffd\ufffd\ufffd"},
-        {"\xf4\x90\x80\x80", u"\ufffd\ufffd\ufffd\ufffd"},
-    };
+    const std::pair<std::string_view, CVelmStringView> cases[] = {{"a\xffz", u"a\ufffdz"},
+                                                                  {"\x80", u"\ufffd"},
+                                                                  {"\xe2\x82", u"\ufffd"},
+                                                                  {"\xe2\x82z", u"\ufffdz"},
+                                                                  {"\xc0\x80", u"\ufffd\ufffd"},
+                                                                  {"\xed\xa0\x80", u"\ufffd\ufffd\ufffd"},
+                                                                  {"\xf4\x90\x80\x80", u"\ufffd\ufffd\ufffd\ufffd"}};
     for (const auto& [bytes, expected] : cases) {
         EXPECT_EQ(FromUtf8(bytes), expected);
     }
