@@ -29,7 +29,10 @@ bool CVelmHelpWindow::Open(const HelpTarget& target, int showCommand) {
         return false;
     }
     // Shown first: a page is laid out and scrolled in the size that it has on the screen.
-    ShowWindow(Handle(), showCommand);
+    RECT area{};
+    GetWindowRect(Handle(), &area);
+    const bool fits = Width(area) <= GetSystemMetrics(SM_CXSCREEN) && Height(area) <= GetSystemMetrics(SM_CYSCREEN);
+    ShowWindow(Handle(), fits ? showCommand : SW_SHOWMAXIMIZED);
     SetFocus(display_);
     if (!ShowPage(target)) {
         TellUser(Handle(), u"There is no help page \"" + target.page + u".htm\".");

@@ -120,11 +120,18 @@ TEST_F(UnpackedPrograms, ConvertMilesAndHandThemToTheCalculator) {
     for (const char key : std::string("26.2")) {
         Press(key == '.' ? static_cast<WORD>(VK_OEM_PERIOD) : static_cast<WORD>(key));
     }
-    Sleep(1500);  // the value is taken a while after the last key
-    Press('K', VK_CONTROL);
-    const HWND calculator = WaitForWindow(CALCULATOR_CLASS);
-    const HWND expression = FindWindowExW(calculator, nullptr, L"EDIT", nullptr);
-    EXPECT_TRUE(WaitUntil([&] { return Text(expression) == "26.2"; })) << Text(expression);
+    // The value is taken a while after the last key; until then the calculator gets none.
+    std::string handed;
+    EXPECT_TRUE(WaitUntil(
+        [&] {
+            Sleep(700);
+            SetForegroundWindow(frame);
+            Press('K', VK_CONTROL);
+            handed = Text(FindWindowExW(WaitForWindow(CALCULATOR_CLASS), nullptr, L"EDIT", nullptr));
+            return handed == "26.2";
+        },
+        START_PATIENCE))
+        << handed;
 
     SetForegroundWindow(frame);
     ASSERT_TRUE(WaitUntil([frame] { return GetForegroundWindow() == frame; }));
