@@ -150,6 +150,7 @@ TEST_F(CalculatorWindow, KeepsItsTapeFromRunToRunAndFiveHundredLinesOfIt) {
     folder.WriteText(u"tape", lines);
     Open();
     Compute(u"6*7");
+    EXPECT_EQ(TapeLine(0), "2 = 2") << "the oldest line goes at once";
     Close();
     Open();
     EXPECT_EQ(TapeLength(), 500);
