@@ -310,10 +310,10 @@ void HtmlDisplay::Follow(LONG position) {
 }
 
 void HtmlDisplay::Resize(int width, int height) {
+    const auto top = SendMessageW(text_, EM_GETFIRSTVISIBLELINE, 0, 0);
+    const auto place = static_cast<LONG>(SendMessageW(text_, EM_LINEINDEX, static_cast<WPARAM>(top), 0));
     MoveWindow(text_, 0, 0, width, height, TRUE);
     if (shown_ && shrink_ && RoomInTwips() != laidOutWidth_) {
-        const auto top = SendMessageW(text_, EM_GETFIRSTVISIBLELINE, 0, 0);
-        const auto place = static_cast<LONG>(SendMessageW(text_, EM_LINEINDEX, static_cast<WPARAM>(top), 0));
         ShowPage();
         ScrollTo(place);
     }

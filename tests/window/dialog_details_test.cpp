@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "app/display_scale.h"
 #include "app/wide_text.h"
+#include "htmlview/display_messages.h"
 #include "resource.h"
 #include "support/dialog_driver.h"
 #include "support/files.h"
@@ -16,6 +19,15 @@ protected:
     void Start() {
         SaveConversionFile(program, u"Length", {{u"meters"}, {u"feet", 3.28084}, {u"miles", 0.000621371}});
         ASSERT_TRUE(program.Start());
+    }
+
+    /// The first line of a rich text control that is in sight.
+    static std::string FirstLine(HWND text) {
+        std::array<wchar_t, 64> line{static_cast<wchar_t>(line.size())};
+        const LRESULT first = SendMessageW(text, EM_GETFIRSTVISIBLELINE, 0, 0);
+        const LRESULT length =
+            SendMessageW(text, EM_GETLINE, static_cast<WPARAM>(first), reinterpret_cast<LPARAM>(line.data()));
+        return ToUtf8(FromWide({line.data(), static_cast<std::size_t>(length)}));
     }
 
     RunningProgram program;
@@ -62,10 +74,16 @@ TEST_F(DialogDetailsTest, NewOffersToMakeAMissingDataFolder) {
     EXPECT_TRUE(WaitUntil([&] { return SystemFiles().Exists(folder + u"Own.cnv"); }));
 }
 
-TEST_F(DialogDetailsTest, ALinkOutOfAPageAsksFirst) {
+TEST_F(DialogDetailsTest, PagesKeepTheirPlaceAndALinkOutAsksFirst) {
     Start();
     ASSERT_TRUE(CopyFileW(Wide(FromUtf8(VELMORA_HTMLVIEW)), Wide(program.ProgramFolder() + u"htmlview.dll"), FALSE));
-    WriteBytes(program, u"Page.htm", "<a href='http://127.0.0.1:9/x'>a link of some length</a>");
+    std::string page = "<h1><a href='http://127.0.0.1:9/x'>a link of some length</a></h1>";
+    for (int i = 0; i < 99; ++i) {
+        const std::string number = std::to_string(i);
+        page += "<h2><a name=h" + number + "></a>Heading " + number +
+                "</h2><p>Enough words for some lines of small text.</p>";
+    }
+    WriteBytes(program, u"Page.htm", page);
     const DialogDriver open(program, ID_OPEN_FILE);
     open.Choose(IDC_CATEGORY, static_cast<int>(open.Entries(IDC_CATEGORY).size()) - 1);
     open.TapRow(IDC_LIST, 0);
@@ -80,6 +98,10 @@ TEST_F(DialogDetailsTest, ALinkOutOfAPageAsksFirst) {
     EXPECT_EQ(question.Caption() + ": " + question.Text(),
               "Page: Do you want to open http://127.0.0.1:9/x in the web browser?");
     EXPECT_TRUE(question.Press(IDNO));
+    SendMessageW(viewer.Control(IDC_HTML), DTM_ANCHORW, 0, reinterpret_cast<LPARAM>(L"h50"));
+    EXPECT_TRUE(FirstLine(text).starts_with("Heading 50")) << FirstLine(text);
+    program.Resize(Scaled(400), Scaled(400));
+    EXPECT_TRUE(FirstLine(text).starts_with("Heading 50")) << "with lines that break anew: " << FirstLine(text);
     EXPECT_TRUE(viewer.Ok());
     EXPECT_TRUE(open.Cancel());
 }
