@@ -3,7 +3,6 @@
 #include "app/wide_text.h"
 #include "dialogs/conversion_fields.h"
 #include "model/document.h"
-#include "model/entry_check.h"
 #include "pocketpc/shell.h"
 
 namespace velm {
@@ -22,17 +21,11 @@ constexpr auto PLACEMENTS = JoinPlacements(
     },
     PlaceConversionFields(FromStart(DialogRow(2) + HEADING_HEIGHT)));
 
-struct FaultText {
-    EntryFault fault;
-    WORD control;
-    const char16_t* text;  ///< what was typed goes before it, in quotes
-};
-
 constexpr std::array FAULT_TEXTS = {
-    FaultText{EntryFault::FactorDoesNotEvaluate, IDC_FACTOR, u" is no factor: it cannot be calculated."},
-    FaultText{EntryFault::OffsetDoesNotEvaluate, IDC_OFFSET, u" is no offset: it cannot be calculated."},
-    FaultText{EntryFault::ForwardFormulaDoesNotParse, IDC_FORWARD, u" is not a formula."},
-    FaultText{EntryFault::ReverseFormulaDoesNotParse, IDC_REVERSE, u" is not a formula."},
+    CVelmFaultText{EntryFault::FactorDoesNotEvaluate, IDC_FACTOR, u" is no factor: it cannot be calculated."},
+    CVelmFaultText{EntryFault::OffsetDoesNotEvaluate, IDC_OFFSET, u" is no offset: it cannot be calculated."},
+    CVelmFaultText{EntryFault::ForwardFormulaDoesNotParse, IDC_FORWARD, u" is not a formula."},
+    CVelmFaultText{EntryFault::ReverseFormulaDoesNotParse, IDC_REVERSE, u" is not a formula."},
 };
 
 class AddConversionDialog : public CVelmDialog {
@@ -66,12 +59,12 @@ protected:
         CVelmItem* const unit1 = ChosenUnit(IDC_UNIT1);
         CVelmItem* const unit2 = ChosenUnit(IDC_UNIT2);
         if (unit1 == nullptr) {
-            Stop(IDC_UNIT1, u"Please select the first unit");
+            Refuse(IDC_UNIT1, u"Please select the first unit", MB_ICONSTOP);
         } else if (unit2 == nullptr) {
-            Stop(IDC_UNIT2, u"Please select the second unit");
+            Refuse(IDC_UNIT2, u"Please select the second unit", MB_ICONSTOP);
         } else if (unit1 == unit2 || document_.FindConversion(unit1, unit2) != nullptr) {
             // The same words for the same unit twice, deliberately.
-            Stop(IDC_UNIT2, u"The conversion between 2 select units already exists");
+            Refuse(IDC_UNIT2, u"The conversion between 2 select units already exists", MB_ICONSTOP);
         } else if (TakeFields(unit1, unit2)) {
             End(IDOK);
         }
@@ -91,11 +84,6 @@ private:
         return document_.GetItem(static_cast<std::size_t>(Send(box, CB_GETITEMDATA, static_cast<WPARAM>(entry))));
     }
 
-    void Stop(int control, const CVelmString& message) const {
-        Tell(message, MB_ICONSTOP);
-        SendMessageW(Handle(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(control)), TRUE);
-    }
-
     /// Makes the conversion; false, with the user told, when it could never work.
     bool TakeFields(CVelmItem* unit1, CVelmItem* unit2) {
         auto made = std::make_unique<CVelmConversion>(document_);
@@ -110,11 +98,8 @@ private:
         } else {
             fault = TakeLinearEntry({Text(IDC_FACTOR), Text(IDC_OFFSET)}, context_, *made);
         }
-        for (const FaultText& text : FAULT_TEXTS) {
-            if (text.fault == fault) {
-                Stop(text.control, u"\"" + Text(text.control, DIALOG_FREE_TEXT_MAX) + u"\"" + text.text);
-                return false;
-            }
+        if (RefuseFault(fault, FAULT_TEXTS, MB_ICONSTOP)) {
+            return false;
         }
         conversion = std::move(made);
         return true;

@@ -298,13 +298,23 @@ void CVelmDialog::Tell(const CVelmString& message, const wchar_t* caption, UINT 
     MessageBoxW(handle_, Wide(message), caption, MB_OK | icon);
 }
 
-void CVelmDialog::Refuse(int id, const CVelmString& message, const wchar_t* caption) const {
-    if (caption == nullptr) {
-        Tell(message);
-    } else {
-        Tell(message, caption);
-    }
+void CVelmDialog::Refuse(int id, const CVelmString& message, UINT icon) const {
+    Refuse(id, message, Wide(Caption()), icon);
+}
+
+void CVelmDialog::Refuse(int id, const CVelmString& message, const wchar_t* caption, UINT icon) const {
+    Tell(message, caption, icon);
     SendMessageW(handle_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(id)), TRUE);
+}
+
+bool CVelmDialog::RefuseFault(EntryFault fault, std::span<const CVelmFaultText> texts, UINT icon) const {
+    const auto found =
+        std::find_if(texts.begin(), texts.end(), [fault](const auto& candidate) { return candidate.fault == fault; });
+    if (found == texts.end()) {
+        return false;
+    }
+    Refuse(found->control, u"\"" + Text(found->control) + u"\"" + found->text, icon);
+    return true;
 }
 
 void CVelmDialog::InitList(int id, DWORD extendedStyles) const {

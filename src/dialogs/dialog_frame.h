@@ -8,6 +8,7 @@
 #include <span>
 
 #include "app/gdi.h"
+#include "model/entry_check.h"
 #include "model/file_stream.h"
 #include "platform/text.h"
 
@@ -58,6 +59,13 @@ constexpr CVelmPlacement PlaceField(WORD control, int row, int height = DIALOG_F
     return {control, FromStart(2 * DIALOG_MARGIN + DIALOG_LABEL_WIDTH), FromStart(DialogRow(row)),
             FromEnd(DIALOG_MARGIN), FromStart(DialogRow(row) + height)};
 }
+
+/// What a dialog says of a fault in an entry: the beginning of the control's text in quotes, and then `text`.
+struct CVelmFaultText {
+    EntryFault fault;
+    WORD control;
+    const char16_t* text;
+};
 
 /// The common caption painter: the text in the system's caption colour at the top, a black line under it.
 void PaintDialogCaption(HDC dc, int width, const CVelmString& text);
@@ -120,8 +128,12 @@ protected:
     void Tell(const CVelmString& message, UINT icon = 0) const;
     void Tell(const CVelmString& message, const wchar_t* caption, UINT icon = 0) const;
 
-    /// The message, and the box that it is about with its text selected.
-    void Refuse(int id, const CVelmString& message, const wchar_t* caption = nullptr) const;
+    /// The message, and then the focus in the control that it is about, with its text selected.
+    void Refuse(int id, const CVelmString& message, UINT icon = 0) const;
+    void Refuse(int id, const CVelmString& message, const wchar_t* caption, UINT icon = 0) const;
+
+    /// Refuses an entry in the words for its fault. False when it has none.
+    bool RefuseFault(EntryFault fault, std::span<const CVelmFaultText> texts, UINT icon = 0) const;
 
     /// Makes the list view one of full rows, with the extended styles besides.
     void InitList(int id, DWORD extendedStyles) const;

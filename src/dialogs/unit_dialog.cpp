@@ -5,7 +5,6 @@
 #include "app/wide_text.h"
 #include "dialogs/dialog_frame.h"
 #include "model/document.h"
-#include "model/entry_check.h"
 #include "resource.h"
 
 namespace velm {
@@ -18,19 +17,14 @@ constexpr std::array PLACEMENTS = {
     PlaceLabel(IDC_ITEM_TYPE_LABEL, 3), PlaceField(IDC_ITEM_TYPE, 3, DIALOG_LIST_HEIGHT),
 };
 
-struct FaultText {
-    EntryFault fault;
-    WORD control;
-    const char16_t* text;  ///< what was typed goes before it, in quotes
-};
-
 constexpr std::array FAULT_TEXTS = {
-    FaultText{EntryFault::IdentifierIsNoName, IDC_ITEM_IDENTIFIER,
-              u" cannot be an identifier: formulas name an item by letters and digits, a letter first."},
-    FaultText{EntryFault::IdentifierIsBuiltIn, IDC_ITEM_IDENTIFIER,
-              u" cannot be an identifier: in formulas it has a meaning of its own."},
-    FaultText{EntryFault::IdentifierIsTaken, IDC_ITEM_IDENTIFIER, u" is the identifier of another item of this file."},
-    FaultText{EntryFault::FormulaDoesNotParse, IDC_ITEM_VALUE, u" is not a formula."},
+    CVelmFaultText{EntryFault::IdentifierIsNoName, IDC_ITEM_IDENTIFIER,
+                   u" cannot be an identifier: formulas name an item by letters and digits, a letter first."},
+    CVelmFaultText{EntryFault::IdentifierIsBuiltIn, IDC_ITEM_IDENTIFIER,
+                   u" cannot be an identifier: in formulas it has a meaning of its own."},
+    CVelmFaultText{EntryFault::IdentifierIsTaken, IDC_ITEM_IDENTIFIER,
+                   u" is the identifier of another item of this file."},
+    CVelmFaultText{EntryFault::FormulaDoesNotParse, IDC_ITEM_VALUE, u" is not a formula."},
 };
 
 class UnitDialog : public CVelmDialog {
@@ -72,7 +66,7 @@ protected:
         CVelmFormulaItem* const formula = FormulaItem();
         const auto output = formula == nullptr ? 0 : static_cast<std::int32_t>(Send(IDC_ITEM_TYPE, CB_GETCURSEL));
         const CVelmItemEntry entry{Text(IDC_ITEM_IDENTIFIER), Text(IDC_ITEM_VALUE), output == 1};
-        if (RefuseFault(entry)) {
+        if (RefuseFault(CheckItemEntry(document_, item_, entry, clock_), FAULT_TEXTS)) {
             return;
         }
         item_.name = name;
@@ -87,17 +81,6 @@ protected:
 private:
     CVelmFormulaItem* FormulaItem() const {
         return item_.GetType() == ITEM_FORMULA ? static_cast<CVelmFormulaItem*>(&item_) : nullptr;
-    }
-
-    bool RefuseFault(const CVelmItemEntry& entry) const {
-        const EntryFault fault = CheckItemEntry(document_, item_, entry, clock_);
-        for (const FaultText& text : FAULT_TEXTS) {
-            if (text.fault == fault) {
-                Refuse(text.control, u"\"" + Text(text.control) + u"\"" + text.text);
-                return true;
-            }
-        }
-        return false;
     }
 
     CVelmItem& item_;
