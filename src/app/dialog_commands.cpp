@@ -52,7 +52,9 @@ void ShowAbout(CVelmFrame& frame, WORD) {
 }
 
 void OpenDataFile(CVelmFrame& frame, WORD) {
-    const int index = ShowOpenFileDialog(frame.Handle(), frame.Catalog(), frame.References(), frame.HtmlLibrary());
+    const CVelmProgram& program = frame.Program();
+    const int index = ShowOpenFileDialog(frame.Handle(), frame.Catalog(), frame.References(),
+                                         DataFolder(program.settings, program.programFolder), frame.HtmlLibrary());
     if (index < 0) {
         return;
     }

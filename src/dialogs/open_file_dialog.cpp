@@ -44,8 +44,13 @@ constexpr std::array PLACEMENTS = {
 
 class OpenFileDialog : public CVelmDialog {
 public:
-    OpenFileDialog(CVelmCatalog& catalog, CVelmReferenceList& references, CVelmHtmlLibrary& html)
-        : CVelmDialog(IDD_OPEN_FILE, IDM_OK_CANCEL), catalog_(catalog), references_(references), html_(html) {}
+    OpenFileDialog(CVelmCatalog& catalog, CVelmReferenceList& references, const CVelmString& referenceFolder,
+                   CVelmHtmlLibrary& html)
+        : CVelmDialog(IDD_OPEN_FILE, IDM_OK_CANCEL),
+          catalog_(catalog),
+          references_(references),
+          referenceFolder_(referenceFolder),
+          html_(html) {}
 
 protected:
     CVelmString Caption() const override { return u"Open File"; }
@@ -162,8 +167,9 @@ private:
 
     void ShowReferences() const {
         if (references_.names.empty()) {
+            // The settings' folder as it is now, deliberately: only data files stay with the one of the start.
             const CVelmWaitCursor wait;
-            references_.ScanReferences(catalog_.Folder());
+            references_.ScanReferences(referenceFolder_);
         }
         Send(IDC_LIST, LVM_DELETEALLITEMS);
         for (std::size_t i = 0; i < references_.names.size(); ++i) {
@@ -194,17 +200,19 @@ private:
 
     CVelmCatalog& catalog_;
     CVelmReferenceList& references_;
+    const CVelmString& referenceFolder_;
     CVelmHtmlLibrary& html_;
 };
 
 }  // namespace
 
-int ShowOpenFileDialog(HWND parent, CVelmCatalog& catalog, CVelmReferenceList& references, CVelmHtmlLibrary& html) {
+int ShowOpenFileDialog(HWND parent, CVelmCatalog& catalog, CVelmReferenceList& references,
+                       const CVelmString& referenceFolder, CVelmHtmlLibrary& html) {
     {
         const CVelmWaitCursor wait;
         catalog.ScanFolder();
     }
-    const INT_PTR code = OpenFileDialog(catalog, references, html).Show(parent);
+    const INT_PTR code = OpenFileDialog(catalog, references, referenceFolder, html).Show(parent);
     const INT_PTR index = code - FIRST_FILE_CODE;
     return index < 0 || index >= static_cast<INT_PTR>(catalog.documents.size()) ? -1 : static_cast<int>(index);
 }
