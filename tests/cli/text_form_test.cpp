@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <random>
 
 #include "cli/transcript.h"
 #include "formats/value_format.h"
@@ -9,26 +10,41 @@
 namespace velm::test {
 namespace {
 
-constexpr std::uint32_t CODES[] = {0, 1, 2, 16, 17, 32, 64, 256, 439, 0xFFFFFFFF};
-constexpr double NUMBERS[] = {0.0,
-                              -0.0,
-                              1.0,
-                              0.1,
-                              1e22,
-                              -1e-310,
-                              123456789012345678.0,
-                              std::numeric_limits<double>::infinity(),
-                              1.0 / 3,
-                              5e-324,
-                              1e9,
-                              -std::numeric_limits<double>::quiet_NaN()};
+std::mt19937 randomness(1);
 
-/// Texts that need care between quotes, one after the other.
-CVelmString NextText() {
-    static constexpr CVelmStringView TEXTS[] = {u"", u"a\"\\B", u"\n\r\t", u"\x7F\u00E9\uFEFF", u" a ", u"'''"};
-    static std::size_t next = 0;
-    ++next;
-    return CVelmString(TEXTS[next % std::size(TEXTS)]) + (next % 7 == 0 ? CVelmString{0xD83D} : CVelmString{0, u'x'});
+template <typename Choice, std::size_t COUNT>
+Choice Any(const Choice (&choices)[COUNT]) {
+    return choices[randomness() % COUNT];
+}
+
+CVelmString AnyText() {
+    static constexpr char16_t UNITS[] = {u'a', u'B', u'"', u'\\', u'\n', u'\0', 0x7F, 0xE9, 0xD83D, 0xDE00, 0xFEFF};
+    CVelmString text;
+    for (std::size_t length = randomness() % 4; length > 0; --length) {
+        text += Any(UNITS);
+    }
+    return text;
+}
+
+double AnyNumber() {
+    static constexpr double NUMBERS[] = {0.0,
+                                         -0.0,
+                                         1.0,
+                                         0.1,
+                                         1e22,
+                                         1.0 / 3,
+                                         5e-324,
+                                         -1e-310,
+                                         123456789012345678.0,
+                                         std::numeric_limits<double>::infinity(),
+                                         std::numeric_limits<double>::quiet_NaN(),
+                                         -std::numeric_limits<double>::quiet_NaN()};
+    return Any(NUMBERS);
+}
+
+std::uint32_t AnyCode() {
+    static constexpr std::uint32_t CODES[] = {0, 1, 2, 16, 17, 32, 64, 256, 439, 0xFFFFFFFF};
+    return Any(CODES);
 }
 
 /// Every unit of the basic plane, with or without the halves of surrogate pairs.
@@ -42,52 +58,45 @@ CVelmString EveryCharacter(bool withHalves) {
     return text;
 }
 
-/// A file with every oddity that an item can have.
-FileBytes OddItems() {
+FileBytes OddFile(bool hasConversions) {
+    constexpr std::uint32_t ITEMS = 60;
+    static constexpr std::uint32_t FLAGS[] = {0, 1, 2, 0x10000, 0x10001, 0xFFFFFFFF};
     FileBytes file;
-    file.Header(EveryCharacter(false), EveryCharacter(true), NextText());
-    file.Int(2 * std::size(CODES));
-    std::size_t number = 0;
-    for (const std::uint32_t type : {1U, 2U}) {
-        for (const std::uint32_t code : CODES) {
-            file.Int(type)
-                .Text(NextText())
-                .Text(NextText())
-                .Text(NextText())
-                .Int(code)
-                .Int(code)
-                .Int(code ^ 1)
-                .Int(code);
-            for (int part = 0; (code & FMT_COMPOUND) != 0 && part < COMPOUND_PARTS; ++part) {
-                file.Text(NextText()).Double(NUMBERS[number++ % std::size(NUMBERS)]);
-            }
-            if (type == 2) {
-                file.Int(code);
-            }
+    file.Header(EveryCharacter(false), AnyText(), EveryCharacter(true)).Int(ITEMS);
+    for (std::uint32_t item = 0; item < ITEMS; ++item) {
+        const std::uint32_t type = 1 + item % 2;
+        const std::uint32_t allowed = AnyCode();
+        file.Int(type).Text(AnyText()).Text(AnyText()).Text(AnyText());
+        file.Int(AnyCode()).Int(allowed).Int(AnyCode()).Int(AnyCode());
+        for (int part = 0; (allowed & FMT_COMPOUND) != 0 && part < COMPOUND_PARTS; ++part) {
+            file.Text(AnyText()).Double(AnyNumber());
+        }
+        if (type == 2) {
+            file.Int(AnyCode());
+        }
+    }
+    if (!hasConversions) {
+        return file;
+    }
+    file.Int(2 * ITEMS);
+    for (std::uint32_t conversion = 0; conversion < 2 * ITEMS; ++conversion) {
+        const std::uint32_t flag = Any(FLAGS);
+        file.Int(flag).Int(conversion % ITEMS).Int(conversion * 7 % ITEMS);
+        if ((flag & 0xFFFF) != 0) {
+            file.Text(AnyText()).Text(AnyText());
+        } else {
+            file.Double(AnyNumber()).Double(AnyNumber());
         }
     }
     return file;
 }
 
-void AddOddConversions(FileBytes& file) {
-    constexpr std::uint32_t FLAGS[] = {1, 2, 0x10001, 0xFFFFFFFF};
-    file.Int(std::size(NUMBERS) * 2 + std::size(FLAGS));
-    for (const double number : NUMBERS) {
-        file.Linear(3, 0, number, 1.0).Int(0x10000).Int(0).Int(19).Double(2.0).Double(number);
-    }
-    for (const std::uint32_t flag : FLAGS) {
-        file.Int(flag).Int(5).Int(5).Text(NextText()).Text(NextText());
-    }
-}
-
 TEST(TextForm, KeepsWhateverAFileHolds) {
     Transcript transcript(true);
-    FileBytes file = OddItems();
-    transcript.Folder().Write(u"odd.cal", file.Sized());
-    AddOddConversions(file);
-    transcript.Folder().Write(u"odd.cnv", file.Sized());
+    transcript.Folder().Write(u"odd.cnv", OddFile(true).Sized());
+    transcript.Folder().Write(u"odd.cal", OddFile(false).Sized());
     for (const std::string kind : {"cal", "cnv"}) {
-        const std::string session = "$ velmora export odd." + kind + " -o odd.toml\n$ velmora import odd.toml again." +
+        const std::string session = "$ velmora export odd." + kind + " > odd.toml\n$ velmora import odd.toml again." +
                                     kind + "\n$ cmp odd." + kind + " again." + kind + "\n";
         EXPECT_EQ(transcript.Replay(session), session);
     }

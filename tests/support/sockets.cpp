@@ -19,6 +19,7 @@ namespace {
 // The two systems have the same calls, but not the same types.
 #ifdef _WIN32
 using Number = SOCKET;
+using Count = int;
 using Patience = DWORD;
 constexpr Patience PATIENCE = 5000;
 constexpr int CLOSED_IN_CHILDREN = 0;
@@ -33,6 +34,7 @@ std::intptr_t OpenSocket(int type) {
 }
 #else
 using Number = int;
+using Count = std::size_t;
 using Patience = timeval;
 constexpr Patience PATIENCE = {5, 0};
 constexpr int CLOSED_IN_CHILDREN = SOCK_CLOEXEC;
@@ -58,13 +60,13 @@ Socket::~Socket() {
 }
 
 std::size_t Socket::Receive(char* buffer, std::size_t count) const {
-    const auto received = recv(static_cast<Number>(number_), buffer, static_cast<int>(count), 0);
+    const auto received = recv(static_cast<Number>(number_), buffer, static_cast<Count>(count), 0);
     return static_cast<std::size_t>(std::max<std::ptrdiff_t>(received, 0));
 }
 
 void Socket::SendAll(std::string_view bytes) const {
     while (!bytes.empty()) {
-        const auto part = static_cast<int>(std::min<std::size_t>(bytes.size(), 1 << 20));
+        const auto part = static_cast<Count>(std::min<std::size_t>(bytes.size(), 1 << 20));
         const auto sent = send(static_cast<Number>(number_), bytes.data(), part, NO_SIGNAL);
         if (sent <= 0) {
             return;
