@@ -128,7 +128,9 @@ bool OpenMenu::Choose(const std::string& text) const {
         };
         before = states();
         Press(VK_DOWN);
-        WaitUntil([&] { return states() != before; }, KEY_PATIENCE);
+        // Between two entries none is highlighted for a moment.
+        const std::vector<UINT> none(before.size());
+        WaitUntil([&] { return states() != before && states() != none; }, KEY_PATIENCE);
     }
     return false;
 }
