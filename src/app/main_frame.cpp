@@ -188,7 +188,7 @@ void CVelmFrame::SelectFile(CVelmDocument* document) {
         if (!SaveDocument() && document_->loaded) {
             return;
         }
-        list_.SetDocument(nullptr);  // the items of the document that is about to be unloaded
+        list_.Release();  // the items of the document that is about to be unloaded
     }
     const auto& documents = catalog_.documents;
     const auto found = std::find_if(documents.begin(), documents.end(),

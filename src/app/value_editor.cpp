@@ -180,7 +180,9 @@ void CVelmValueEditor::ShowControls() {
     const HWND shown = Control();
     for (const HWND control : {box_.Handle(), date_, time_, compound_.Handle()}) {
         const bool on = control == shown || (control == time_ && code_ == FMT_DATETIME);
-        ShowWindow(control, on ? SW_SHOWNA : SW_HIDE);
+        if (on != ((GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) != 0)) {
+            ShowWindow(control, on ? SW_SHOWNA : SW_HIDE);
+        }
     }
 }
 

@@ -41,6 +41,9 @@ public:
     /// Takes an item, not owned, that is typed in the format, and shows it empty. The panel is not told.
     void AttachItem(CVelmItem* item, std::uint32_t code);
 
+    /// Forgets the item. What it showed stays on the screen.
+    void Release() { item_ = nullptr; }
+
     /// Switches to a format, loads a value with notification and gives the format's control the focus.
     void SetFormat(std::uint32_t code, double value);
 

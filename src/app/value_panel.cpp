@@ -120,14 +120,20 @@ bool CVelmValuePanel::RoutePen(UINT message, WPARAM wParam, LPARAM lParam) {
     return router_.Route(std::span(buttons).first(tabs + 2), message, wParam, lParam);
 }
 
-void CVelmValuePanel::AttachItem(CVelmItem* item) {
-    const bool hadFocus = IsChild(Handle(), GetFocus()) != FALSE;
+void CVelmValuePanel::Release() {
     router_.Forget();
     pendingEdits_ = 0;
     ticks_ = 0;
-    item_ = item;
+    item_ = nullptr;
     tabCount_ = 0;
     selectedTab_ = -1;
+    editor_.Release();
+}
+
+void CVelmValuePanel::AttachItem(CVelmItem* item) {
+    const bool hadFocus = IsChild(Handle(), GetFocus()) != FALSE;
+    Release();
+    item_ = item;
     if (item == nullptr || item->IsOutput()) {
         editor_.AttachItem(nullptr, FMT_DECIMAL);
         if (hadFocus) {

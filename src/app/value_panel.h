@@ -28,6 +28,10 @@ public:
     /// an output.
     void AttachItem(CVelmItem* item);
 
+    /// Forgets the item, which may be about to go, and edits not committed yet. Another one is attached right
+    /// afterwards, so the panel stays on the screen: hiding and showing it is what costs most when files are switched.
+    void Release();
+
     /// Reads the editor and stores its value in the item. True when a value was stored. Without `force` nothing
     /// happens while no edit is pending.
     bool CommitValue(bool force);

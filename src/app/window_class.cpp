@@ -33,8 +33,10 @@ HWND CVelmWindow::Create(DWORD style, int x, int y, int width, int height, HWND 
 }
 
 void CVelmWindow::Show(bool on) {
-    ShowWindow(handle_, on ? SW_SHOW : SW_HIDE);
-    EnableWindow(handle_, on);
+    if (IsShown() != on) {
+        ShowWindow(handle_, on ? SW_SHOW : SW_HIDE);
+        EnableWindow(handle_, on);
+    }
 }
 
 LRESULT CALLBACK CVelmWindow::ClassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

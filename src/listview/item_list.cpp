@@ -82,14 +82,19 @@ LRESULT CVelmItemList::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     return CVelmWindow::WindowProc(message, wParam, lParam);
 }
 
-void CVelmItemList::SetDocument(CVelmDocument* document) {
+void CVelmItemList::Release() {
     router_.Forget();
     rows_.clear();
     selected_ = -1;
     top_ = 0;
     wheelRest_ = 0;
+    document_ = nullptr;
+    panel_.Release();
+}
+
+void CVelmItemList::SetDocument(CVelmDocument* document) {
+    Release();
     document_ = document;
-    NotifySelection();
     if (document != nullptr) {
         for (const auto& item : document->items) {
             if (item->shown != 0) {
@@ -100,7 +105,9 @@ void CVelmItemList::SetDocument(CVelmDocument* document) {
     LayoutRows();
     UpdateScrollBar();
     Repaint();
-    if (!rows_.empty()) {
+    if (rows_.empty()) {
+        NotifySelection();
+    } else {
         SelectRow(0);
     }
 }

@@ -29,6 +29,9 @@ public:
     /// Shows the items of a loaded document, or nothing for null, and selects the first row.
     void SetDocument(CVelmDocument* document);
 
+    /// Forgets the document, which is about to lose its items; SetDocument follows right afterwards.
+    void Release();
+
     /// Appends a row for an item, which is not owned and outlives the row. Returns its index.
     int AddItem(CVelmItem& item);
     void RemoveRow(int index);

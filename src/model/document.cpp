@@ -185,7 +185,8 @@ bool CVelmDocument::Unload(const CVelmString& folder) {
     if (!loaded) {
         return true;
     }
-    if (!folder.empty() && !Save(folder) && modified_) {
+    // Looking costs a fraction of writing, and spares the memory card of a handheld.
+    if (!folder.empty() && !IsAsInFile(folder) && !Save(folder) && modified_) {
         return false;
     }
     storedItemCount = static_cast<std::int32_t>(items.size());
@@ -195,14 +196,24 @@ bool CVelmDocument::Unload(const CVelmString& folder) {
     return true;
 }
 
-bool CVelmDocument::Save(const CVelmString& folder) {
-    if (!loaded) {
-        return false;  // the items are in the file only
-    }
+void CVelmDocument::NumberItems() {
     std::int32_t position = 0;
     for (const auto& item : items) {
         item->index = position++;
     }
+}
+
+bool CVelmDocument::IsAsInFile(const CVelmString& folder) {
+    NumberItems();
+    return HoldsAlready(services_, PathIn(folder),
+                        [this](CVelmFileStream& stream) { return WriteDocument(stream, *this); });
+}
+
+bool CVelmDocument::Save(const CVelmString& folder) {
+    if (!loaded) {
+        return false;  // the items are in the file only
+    }
+    NumberItems();
     const CVelmString path = PathIn(folder);
     if (!originalToKeep_.empty() && !KeepOriginal(services_, path)) {
         return false;

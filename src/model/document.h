@@ -65,8 +65,9 @@ public:
     bool Load(const CVelmString& folder, bool full, const CVelmString& newFileName = {});
     bool EnsureLoaded(const CVelmString& folder);
 
-    /// Saves into `folder` (unless it is empty) and drops the items. False, with the items kept, when edits
-    /// could not be saved; what was not edited is dropped also when the folder cannot be written.
+    /// Saves into `folder` (unless it is empty, or the file holds the very same) and drops the items. False, with the
+    /// items kept, when edits could not be saved; what was not edited is dropped also when the folder cannot be
+    /// written.
     bool Unload(const CVelmString& folder);
 
     /// Writes the whole document beside its file and puts it in the file's place in one step. False leaves the
@@ -120,6 +121,10 @@ protected:
     const CVelmServices services_;
 
 private:
+    void NumberItems();
+
+    /// Whether a save would write the very bytes that the file holds.
+    bool IsAsInFile(const CVelmString& folder);
     bool OpenOnDisk(CVelmFileStream& stream, const CVelmString& folder);
     LoadStatus ReadFile(const CVelmString& folder, bool full, bool& isOlder);
     LoadStatus ReadContent(CVelmFileStream& stream, const CVelmFileHeader& header);

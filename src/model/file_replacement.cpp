@@ -1,6 +1,8 @@
 #include "model/file_replacement.h"
 
+#include <algorithm>
 #include <array>
+#include <string>
 
 namespace velm {
 
@@ -24,6 +26,45 @@ CVelmString OpenTemporary(CVelmFileStream& stream, CVelmFileSystem& files, const
     }
     return {};
 }
+
+/// A file to write into that stays in memory.
+class CVelmMemoryFile : public CVelmFile {
+public:
+    explicit CVelmMemoryFile(std::string& bytes) : bytes_(bytes) {}
+
+    std::int64_t Read(void*, std::size_t) override { return -1; }
+    std::int64_t Write(const void* buffer, std::size_t count) override {
+        bytes_.replace(position_, std::min(count, bytes_.size() - position_), static_cast<const char*>(buffer), count);
+        position_ += count;
+        return static_cast<std::int64_t>(count);
+    }
+    bool Seek(std::uint64_t position) override {
+        position_ = static_cast<std::size_t>(position);
+        return position <= bytes_.size();
+    }
+    bool SeekToEnd() override { return Seek(bytes_.size()); }
+    std::optional<std::uint64_t> Size() override { return bytes_.size(); }
+    std::optional<CVelmFileTimes> Times() override { return std::nullopt; }
+    bool Flush() override { return true; }
+
+private:
+    std::string& bytes_;
+    std::size_t position_ = 0;
+};
+
+/// Opens the same file in memory under every name.
+class CVelmMemoryFiles : public CVelmFileSystem {
+public:
+    std::unique_ptr<CVelmFile> Open(const CVelmString&, FileMode) override {
+        return std::make_unique<CVelmMemoryFile>(bytes);
+    }
+    bool Replace(const CVelmString&, const CVelmString&) override { return false; }
+    bool Remove(const CVelmString&) override { return false; }
+    bool Exists(const CVelmString&) override { return false; }
+    std::optional<std::vector<CVelmFolderEntry>> List(const CVelmString&) override { return std::nullopt; }
+
+    std::string bytes;
+};
 
 bool MayWrite(CVelmFileSystem& files, const CVelmString& path) {
     return !files.Exists(path) || files.Open(path, FileMode::Append) != nullptr;
@@ -49,6 +90,21 @@ bool ReplaceFile(const CVelmServices& services, const CVelmString& path,
     }
     services.files.Remove(temporary);
     return false;
+}
+
+bool HoldsAlready(const CVelmServices& services, const CVelmString& path,
+                  const std::function<bool(CVelmFileStream&)>& write) {
+    CVelmMemoryFiles memory;
+    CVelmFileStream stream(memory, services.clock);
+    if (!stream.OpenWrite(path) || !write(stream) || !stream.Close()) {
+        return false;
+    }
+    const auto file = services.files.Open(path, FileMode::Read);
+    if (file == nullptr || file->Size() != memory.bytes.size()) {
+        return false;
+    }
+    std::string held(memory.bytes.size(), '\0');
+    return file->Read(held.data(), held.size()) == static_cast<std::int64_t>(held.size()) && held == memory.bytes;
 }
 
 bool KeepOriginal(const CVelmServices& services, const CVelmString& path) {

@@ -14,6 +14,10 @@ namespace velm {
 bool ReplaceFile(const CVelmServices& services, const CVelmString& path,
                  const std::function<bool(CVelmFileStream&)>& write);
 
+/// Whether a file holds already, byte for byte, what `write` writes.
+bool HoldsAlready(const CVelmServices& services, const CVelmString& path,
+                  const std::function<bool(CVelmFileStream&)>& write);
+
 /// Copies a file to its full name followed by ".bak", unless there is such a file or nothing to copy. False when the
 /// copy cannot be made.
 bool KeepOriginal(const CVelmServices& services, const CVelmString& path);
