@@ -1,0 +1,115 @@
+#include "support/holdings.h"
+
+#include <windows.h>
+
+#include <psapi.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <ostream>
+#include <vector>
+
+namespace velm::test {
+namespace {
+
+constexpr ULONG_PTR HANDLE_SLOTS = 0x10000;
+
+template <typename Function>
+Function SystemCall(const char* name) {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), name)));
+}
+
+/// An entry of the table that every process finds in its environment block.
+struct GdiEntry {
+    void* object;
+    ULONG process;
+    WORD unique;
+    WORD type;
+    void* userPointer;
+};
+constexpr std::size_t GDI_TABLE_PLACE = 0xF8;
+
+int CountGdi() {
+    const auto block = SystemCall<const std::byte*(NTAPI*)()>("RtlGetCurrentPeb")();
+    const auto* const table = *reinterpret_cast<const GdiEntry* const*>(block + GDI_TABLE_PLACE);
+    return static_cast<int>(
+        std::count_if(table, table + HANDLE_SLOTS, [](const GdiEntry& entry) { return entry.type != 0; }));
+}
+
+int CountWindowsAndMenus() {
+    int count = 0;
+    for (ULONG_PTR slot = 0; slot < HANDLE_SLOTS; slot += 2) {  // two numbers name one slot
+        DWORD process = 0;
+        GetWindowThreadProcessId(reinterpret_cast<HWND>(slot), &process);
+        count += process == GetCurrentProcessId() || IsMenu(reinterpret_cast<HMENU>(slot)) ? 1 : 0;
+    }
+    return count;
+}
+
+/// What the system lists of every open handle of every process.
+struct HandleEntry {
+    void* object;
+    ULONG_PTR process;
+    ULONG_PTR handle;
+    ULONG access;
+    USHORT unused[2];
+    ULONG attributes[2];
+};
+struct HandleList {
+    ULONG_PTR count;
+    ULONG_PTR unused;
+    HandleEntry entries[1];
+};
+
+int CountHandles() {
+    using Query = LONG(NTAPI*)(int, void*, ULONG, ULONG*);
+    constexpr int EXTENDED_HANDLES = 64;
+    const auto query = SystemCall<Query>("NtQuerySystemInformation");
+    std::vector<HandleEntry> buffer(4096);
+    while (query(EXTENDED_HANDLES, buffer.data(), static_cast<ULONG>(buffer.size() * sizeof(HandleEntry)), nullptr) !=
+           0) {
+        buffer.resize(buffer.size() * 2);
+    }
+    const auto& list = *reinterpret_cast<const HandleList*>(buffer.data());
+    return static_cast<int>(std::count_if(list.entries, list.entries + list.count, [](const HandleEntry& entry) {
+        return entry.process == GetCurrentProcessId();
+    }));
+}
+
+/// Wine keeps this many device contexts for windows to come. They are all made here, so that they do not count as
+/// growth.
+void FillContextCache() {
+    std::array<HDC, 64> contexts{};
+    for (HDC& context : contexts) {
+        context = GetDC(nullptr);
+    }
+    for (const HDC context : contexts) {
+        ReleaseDC(nullptr, context);
+    }
+}
+
+}  // namespace
+
+Holdings CountHoldings() {
+    FillContextCache();
+    const HANDLE process = GetCurrentProcess();
+    Holdings holdings{static_cast<int>(GetGuiResources(process, GR_GDIOBJECTS)),
+                      static_cast<int>(GetGuiResources(process, GR_USEROBJECTS)), 0, 0};
+    if (holdings.gdi == 0) {
+        holdings.gdi = CountGdi();
+        holdings.user = CountWindowsAndMenus();
+    }
+    holdings.handles = CountHandles();
+    PROCESS_MEMORY_COUNTERS memory{};
+    GetProcessMemoryInfo(process, &memory, sizeof(memory));
+    holdings.workingSet = memory.WorkingSetSize;
+    return holdings;
+}
+
+std::ostream& operator<<(std::ostream& out, const Holdings& holdings) {
+    return out << holdings.gdi << " GDI, " << holdings.user << " USER, " << holdings.handles << " handles, "
+               << holdings.workingSet / 1024 << " KiB";
+}
+
+}  // namespace velm::test
