@@ -15,7 +15,7 @@ TEST_P(Command, DoesWhatItsTranscriptTells) {
     std::ifstream file(VELMORA_TRANSCRIPTS "/" + name + ".txt", std::ios::binary);
     const std::string session{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     ASSERT_NE(session, "");
-    EXPECT_EQ(Transcript(name != "both_systems").Replay(session), session);
+    EXPECT_EQ(Transcript(name != "both_systems" && name != "shipped").Replay(session), session);
 }
 
 #ifdef _WIN32
@@ -23,8 +23,8 @@ TEST_P(Command, DoesWhatItsTranscriptTells) {
 INSTANTIATE_TEST_SUITE_P(Cli, Command, testing::Values("both_systems"));
 #else
 INSTANTIATE_TEST_SUITE_P(Cli, Command,
-                         testing::Values("both_systems", "calc", "convert", "eval", "feed", "files", "options",
-                                         "stream", "text_form", "update"),
+                         testing::Values("both_systems", "calc", "shipped", "convert", "eval", "feed", "files",
+                                         "options", "stream", "text_form", "update"),
                          [](const auto& transcript) { return std::string(transcript.param); });
 #endif
 

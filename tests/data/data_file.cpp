@@ -52,20 +52,4 @@ void DataFile::Enter(CVelmItem& item, double value) {
     document_->Recalculate(context_);
 }
 
-void DataFile::Type(CVelmStringView id, CVelmStringView text) {
-    double value = 0.0;
-    if (!Item(id).format.ParseValueText(text, context_, value)) {
-        throw std::runtime_error(ToUtf8(id) + " does not take " + ToUtf8(text));
-    }
-    Enter(Item(id), value);
-}
-
-std::string DataFile::Shown(CVelmStringView id) {
-    const CVelmItem& item = Item(id);
-    if (item.state != STATE_VALID) {
-        return item.state == STATE_ERROR ? "Error" : "";
-    }
-    return ToUtf8(item.format.FormatValue(item.value, services_.locale));
-}
-
 }  // namespace velm::test

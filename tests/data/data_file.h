@@ -29,12 +29,8 @@ public:
     /// Makes hidden units targets too.
     void ShowAll();
 
-    /// Enters a value into an item, as a number or as typed, and computes the others.
+    /// Enters a value into an item and computes the others.
     void Enter(CVelmItem& item, double value);
-    void Type(CVelmStringView id, CVelmStringView text);
-
-    /// What the list shows for an item: "" without a value, "Error" after a failure.
-    std::string Shown(CVelmStringView id);
 
     FormulaContext& Context() { return context_; }
 

@@ -1,25 +1,11 @@
 #include "support/http_server.h"
 
-#include <array>
 #include <utility>
 
 namespace velm::test {
 namespace {
 
 constexpr int POLL_MILLISECONDS = 10;
-
-std::string ReadRequest(Socket& connection) {
-    std::string request;
-    std::array<char, 4096> part;
-    while (request.find("\r\n\r\n") == std::string::npos) {
-        const std::size_t count = connection.Receive(part.data(), part.size());
-        if (count == 0) {
-            break;
-        }
-        request.append(part.data(), count);
-    }
-    return request;
-}
 
 /// The second word of the first line.
 std::string PathOf(const std::string& request) {
@@ -36,7 +22,7 @@ std::string WithHead(std::string_view status, std::string_view extra, std::strin
 
 }  // namespace
 
-HttpServer::HttpServer() : thread_([this] { Run(); }) {}
+HttpServer::HttpServer() : listening_(Listen(port_)), thread_([this] { Run(); }) {}
 
 HttpServer::~HttpServer() {
     stopping_ = true;
@@ -44,7 +30,7 @@ HttpServer::~HttpServer() {
 }
 
 std::string HttpServer::Address(std::string_view path) const {
-    return ("http://127.0.0.1:" + std::to_string(listener_.Port())).append(path);
+    return ("http://127.0.0.1:" + std::to_string(port_)).append(path);
 }
 
 void HttpServer::Serve(const std::string& path, std::string_view body) {
@@ -77,14 +63,14 @@ int HttpServer::Requests(const std::string& path) const {
 
 void HttpServer::Run() {
     while (!stopping_) {
-        if (auto connection = listener_.Accept(POLL_MILLISECONDS)) {
+        if (auto connection = listening_->Accept(POLL_MILLISECONDS)) {
             Answer(std::move(connection));
         }
     }
 }
 
 void HttpServer::Answer(std::unique_ptr<Socket> connection) {
-    const std::string path = PathOf(ReadRequest(*connection));
+    const std::string path = PathOf(connection->ReceiveUpTo("\r\n\r\n"));
     std::string answer = WithHead("404 Not Found", "", "no such page");
     {
         const std::lock_guard lock(mutex_);

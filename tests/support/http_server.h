@@ -49,7 +49,8 @@ private:
     void Run();
     void Answer(std::unique_ptr<Socket> connection);
 
-    Listener listener_;
+    std::uint16_t port_ = 0;
+    std::unique_ptr<Socket> listening_;
     mutable std::mutex mutex_;  ///< guards the folder and the two maps
     const TemporaryFolder* folder_ = nullptr;
     std::map<std::string, std::string> answers_;

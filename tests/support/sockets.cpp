@@ -27,10 +27,9 @@ constexpr int NO_SIGNAL = 0;
 constexpr auto CloseSocket = closesocket;
 constexpr auto Poll = WSAPoll;
 
-std::intptr_t OpenSocket(int type) {
-    static WSADATA data;
-    static const int failure = WSAStartup(MAKEWORD(2, 2), &data);
-    return failure == 0 ? static_cast<std::intptr_t>(socket(AF_INET, type, 0)) : -1;
+void StartSockets() {
+    WSADATA data;
+    WSAStartup(MAKEWORD(2, 2), &data);
 }
 #else
 using Number = int;
@@ -42,26 +41,33 @@ constexpr int NO_SIGNAL = MSG_NOSIGNAL;
 constexpr auto CloseSocket = close;
 constexpr auto Poll = poll;
 
-std::intptr_t OpenSocket(int type) {
-    return socket(AF_INET, type, 0);
-}
+void StartSockets() {}
 #endif
 
 }  // namespace
-
-Socket::Socket(std::intptr_t number) : number_(number) {
-    const auto* patience = reinterpret_cast<const char*>(&PATIENCE);
-    setsockopt(static_cast<Number>(number_), SOL_SOCKET, SO_RCVTIMEO, patience, sizeof PATIENCE);
-    setsockopt(static_cast<Number>(number_), SOL_SOCKET, SO_SNDTIMEO, patience, sizeof PATIENCE);
-}
 
 Socket::~Socket() {
     CloseSocket(static_cast<Number>(number_));
 }
 
-std::size_t Socket::Receive(char* buffer, std::size_t count) const {
-    const auto received = recv(static_cast<Number>(number_), buffer, static_cast<Count>(count), 0);
-    return static_cast<std::size_t>(std::max<std::ptrdiff_t>(received, 0));
+std::unique_ptr<Socket> Socket::Accept(int milliseconds) const {
+    pollfd waiting{static_cast<Number>(number_), POLLRDNORM, 0};
+    if (Poll(&waiting, 1, milliseconds) <= 0) {
+        return nullptr;
+    }
+    const auto connection = accept(waiting.fd, nullptr, nullptr);
+    const auto* patience = reinterpret_cast<const char*>(&PATIENCE);
+    setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, patience, sizeof PATIENCE);
+    setsockopt(connection, SOL_SOCKET, SO_SNDTIMEO, patience, sizeof PATIENCE);
+    return std::make_unique<Socket>(static_cast<std::intptr_t>(connection));
+}
+
+std::string Socket::ReceiveUpTo(std::string_view end) const {
+    std::string text;
+    for (char c = 0; !text.ends_with(end) && recv(static_cast<Number>(number_), &c, 1, 0) == 1;) {
+        text += c;
+    }
+    return text;
 }
 
 void Socket::SendAll(std::string_view bytes) const {
@@ -75,8 +81,10 @@ void Socket::SendAll(std::string_view bytes) const {
     }
 }
 
-Listener::Listener() : number_(OpenSocket(SOCK_STREAM | CLOSED_IN_CHILDREN)), closing_(number_) {
-    const auto number = static_cast<Number>(number_);
+std::unique_ptr<Socket> Listen(std::uint16_t& port) {
+    StartSockets();
+    const Number number = socket(AF_INET, SOCK_STREAM | CLOSED_IN_CHILDREN, 0);
+    auto listening = std::make_unique<Socket>(static_cast<std::intptr_t>(number));
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -85,15 +93,8 @@ Listener::Listener() : number_(OpenSocket(SOCK_STREAM | CLOSED_IN_CHILDREN)), cl
     if (bind(number, generic, length) != 0 || listen(number, 16) != 0 || getsockname(number, generic, &length) != 0) {
         throw std::runtime_error("no port to listen on");
     }
-    port_ = ntohs(address.sin_port);
-}
-
-std::unique_ptr<Socket> Listener::Accept(int milliseconds) const {
-    pollfd waiting{static_cast<Number>(number_), POLLRDNORM, 0};
-    if (Poll(&waiting, 1, milliseconds) <= 0) {
-        return nullptr;
-    }
-    return std::make_unique<Socket>(static_cast<std::intptr_t>(accept(waiting.fd, nullptr, nullptr)));
+    port = ntohs(address.sin_port);
+    return listening;
 }
 
 }  // namespace velm::test

@@ -9,27 +9,6 @@
 namespace velm::test {
 namespace {
 
-// The formulas call trigonometric functions, whose angle unit is the user's choice.
-TEST(Values, ShowAsInTheTableInEveryAngleMode) {
-    for (const auto& cells : ReadTable(VELMORA_TABLES "/values.txt", " |")) {
-        SCOPED_TRACE(cells.at(0) + " | " + cells.at(1));
-        for (int mode = 0; mode < 3; ++mode) {
-            DataFile file(FromUtf8(cells.at(0)));
-            file.ShowAll();
-            for (int step = 0; step < mode; ++step) {
-                CycleAngleMode(file.Context());
-            }
-            for (const std::string& input : Split(cells.at(1), ";")) {
-                file.Type(FromUtf8(Split(input, "=").at(0)), FromUtf8(Split(input, "=").at(1)));
-            }
-            for (const std::string& output : Split(cells.at(2), ";")) {
-                const std::string id = Split(output, "=").at(0);
-                EXPECT_EQ(Split(file.Shown(FromUtf8(id)), "\n").at(0), Split(output, "=").at(1)) << id;
-            }
-        }
-    }
-}
-
 long double Product(const std::string& text, const std::map<std::string, long double>& names) {
     long double product = 1;
     char step = '*';
