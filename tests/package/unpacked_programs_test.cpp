@@ -66,10 +66,17 @@ protected:
         EXPECT_TRUE(WaitUntil([window] { return !IsWindow(window); })) << "a program does not end";
     }
 
-    static void Press(WORD key, WORD held = 0) {
-        for (const DWORD flags : {DWORD{0}, DWORD{KEYEVENTF_KEYUP}}) {
+    /// Starts the program and waits until it gets the keys that are pressed.
+    void StartVelmora() const {
+        Start(u"Velmora.exe");
+        const HWND frame = WaitForWindow(FRAME_CLASS);
+        ASSERT_TRUE(WaitUntil([frame] { return GetForegroundWindow() == frame; }));
+    }
+
+    static void Press(WORD key, WORD held = 0, int times = 1) {
+        for (int i = 0; i < 2 * times; ++i) {
             for (const WORD code : {held, key}) {
-                keybd_event(static_cast<BYTE>(code), 0, flags, 0);
+                keybd_event(static_cast<BYTE>(code), 0, i % 2 == 0 ? 0 : KEYEVENTF_KEYUP, 0);
             }
         }
     }
@@ -108,42 +115,29 @@ protected:
 };
 
 TEST_F(UnpackedPrograms, ConvertMilesAndHandThemToTheCalculator) {
-    Start(u"Velmora.exe");
-    const HWND frame = WaitForWindow(FRAME_CLASS);
-    ASSERT_NE(frame, nullptr);
-    ASSERT_TRUE(WaitUntil([frame] { return GetForegroundWindow() == frame; }));
-    constexpr int ROWS_FROM_METERS_TO_MILES = 8;
-    for (int i = 0; i < ROWS_FROM_METERS_TO_MILES; ++i) {
-        Press(VK_DOWN);
+    StartVelmora();
+    constexpr int ROWS_FROM_KILOMETERS_TO_MILES = 7;
+    Press(VK_DOWN);
+    Press(VK_DOWN, 0, ROWS_FROM_KILOMETERS_TO_MILES);
+    Press(VK_TAB);
+    for (const WORD key : std::array<WORD, 5>{'2', '6', VK_OEM_PERIOD, '2', VK_RETURN}) {
+        Press(key);
     }
     Press(VK_TAB);
-    for (const char key : std::string("26.2")) {
-        Press(key == '.' ? static_cast<WORD>(VK_OEM_PERIOD) : static_cast<WORD>(key));
-    }
-    // The value is taken a while after the last key; until then the calculator gets none.
-    std::string handed;
-    EXPECT_TRUE(WaitUntil(
-        [&] {
-            Sleep(700);
-            SetForegroundWindow(frame);
-            Press('K', VK_CONTROL);
-            handed = Text(FindWindowExW(WaitForWindow(CALCULATOR_CLASS), nullptr, L"EDIT", nullptr));
-            return handed == "26.2";
-        },
-        START_PATIENCE))
-        << handed;
-
-    SetForegroundWindow(frame);
-    ASSERT_TRUE(WaitUntil([frame] { return GetForegroundWindow() == frame; }));
-    Press(VK_TAB);
-    for (int i = 1; i < ROWS_FROM_METERS_TO_MILES; ++i) {
-        Press(VK_UP);
-    }
+    Press(VK_UP, 0, ROWS_FROM_KILOMETERS_TO_MILES);
     EXPECT_TRUE(WaitUntil([] {
         Press('C', VK_CONTROL);
         Sleep(300);
         return ClipboardText() == "42.1648128";
     })) << ClipboardText();
+    Press(VK_DOWN, 0, ROWS_FROM_KILOMETERS_TO_MILES);
+    Press('K', VK_CONTROL);
+    const HWND expression = FindWindowExW(WaitForWindow(CALCULATOR_CLASS), nullptr, L"EDIT", nullptr);
+    EXPECT_TRUE(WaitUntil([&] { return Text(expression) == "26.2"; })) << Text(expression);
+}
+
+TEST_F(UnpackedPrograms, ShowTheContentsOfTheHelp) {
+    StartVelmora();
     Press(VK_F1);
     EXPECT_TRUE(WaitUntil([] { return FirstHelpLine() == "Velmora Help"; }, START_PATIENCE)) << FirstHelpLine();
 }
@@ -151,7 +145,8 @@ TEST_F(UnpackedPrograms, ConvertMilesAndHandThemToTheCalculator) {
 TEST_F(UnpackedPrograms, HelpOpensAtAnyOfItsPlaces) {
     for (const auto& [anchor, heading] : {std::pair{u"formulas", "Formulas"}, {u"rates", "Updating exchange rates"}}) {
         Start(u"peghelp.exe", CVelmString(u"file:velmora.htm#") + anchor);
-        EXPECT_TRUE(WaitUntil([heading = heading] { return FirstHelpLine() == heading; })) << FirstHelpLine();
+        EXPECT_TRUE(WaitUntil([heading = heading] { return FirstHelpLine() == heading; }, START_PATIENCE))
+            << FirstHelpLine();
         Close(FindWindowW(HELP_CLASS, nullptr));
     }
 }
