@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+
 #include "app/display_scale.h"
 #include "resource.h"
 #include "support/picture.h"
@@ -13,6 +16,7 @@ namespace {
 
 constexpr COLORREF WHITE = RGB(255, 255, 255);
 constexpr COLORREF TINT = RGB(0, 100, 200);
+constexpr COLORREF BEFORE = RGB(0, 77, 77);
 
 /// What drawing puts on a memory bitmap that was blue-green before.
 template <typename Draw>
@@ -22,7 +26,7 @@ Picture Drawn(int width, int height, Draw draw) {
     const CVelmMemoryDc memory(CreateCompatibleDC(screen));
     ReleaseDC(nullptr, screen);
     const CVelmSelect select(memory.get(), bitmap.get());
-    FillColor(memory.get(), {0, 0, width, height}, RGB(0, 77, 77));
+    FillColor(memory.get(), {0, 0, width, height}, BEFORE);
     draw(memory.get());
     return Picture::OfDc(memory.get(), width, height);
 }
@@ -31,16 +35,13 @@ Picture WholePicture(const CVelmBitmap& bitmap) {
     return Drawn(bitmap.PixelWidth(), bitmap.PixelHeight(), [&bitmap](HDC dc) { bitmap.DrawAtOrigin(dc); });
 }
 
-TEST(MixColor, LightensEachChannelByWholeNumbers) {
+TEST(Bitmap, MixesAndTintsColors) {
     EXPECT_EQ(MixColor(255, RGB(0, 128, 255)), WHITE);
     EXPECT_EQ(MixColor(0, RGB(0, 0, 0)), RGB(1, 1, 1));
     EXPECT_EQ(MixColor(0, WHITE), WHITE);
     // 255 - 255 x 115 / 256, 255 - 155 x 115 / 256 and 255 - 55 x 115 / 256, each cut to a whole number before the
     // subtraction.
     EXPECT_EQ(MixColor(140, TINT), RGB(255 - 114, 255 - 69, 255 - 24));
-}
-
-TEST(Tint, KeepsGreysAndGivesTheRestTheTintAtItsOwnBrightness) {
     for (const BYTE grey : {BYTE{0}, BYTE{1}, BYTE{128}, BYTE{255}}) {
         EXPECT_EQ(TintColor(RGB(grey, grey, grey), TINT), RGB(grey, grey, grey));
     }
@@ -50,13 +51,6 @@ TEST(Tint, KeepsGreysAndGivesTheRestTheTintAtItsOwnBrightness) {
 }
 
 TEST(Bitmap, TakesTheTintPixelForPixel) {
-    const Picture colors = WholePicture(CVelmBitmap(IDB_TEST_FOUR_COLORS, TINT, false));
-    ASSERT_EQ(colors.Width(), 4);
-    EXPECT_EQ(colors.At(0, 0), RGB(0, 0, 0));
-    EXPECT_EQ(colors.At(1, 0), RGB(128, 128, 128));
-    EXPECT_EQ(colors.At(2, 0), TintColor(RGB(255, 0, 0), TINT));
-    EXPECT_EQ(colors.At(3, 0), WHITE);
-
     const Picture plain = WholePicture(CVelmBitmap(IDB_FORMAT_ICONS, false));
     const Picture tinted = WholePicture(CVelmBitmap(IDB_FORMAT_ICONS, TINT, false));
     ASSERT_EQ(plain.Width(), 8 * 16);
@@ -68,69 +62,53 @@ TEST(Bitmap, TakesTheTintPixelForPixel) {
         }
     }
     EXPECT_GT(recoloured, 0) << "the format icons have no colour to tint";
-}
-
-TEST(Bitmap, FormatIconsTellEightFormatsApart) {
     const CVelmBitmap icons(IDB_FORMAT_ICONS, false);
     std::vector<Picture> pictures;
     for (int i = 0; i < 8; ++i) {
         const Picture picture = Drawn(16, 16, [&](HDC dc) { icons.DrawPart(dc, {0, 0, 16, 16}, i * 16, 0); });
-        for (std::size_t other = 0; other < pictures.size(); ++other) {
-            EXPECT_NE(pictures[other], picture) << "icons " << other << " and " << i;
-        }
+        EXPECT_EQ(std::count(pictures.begin(), pictures.end(), picture), 0) << "icon " << i << " is like another";
         pictures.push_back(picture);
     }
 }
 
-TEST(Bitmap, WithoutAColourTableIsNotTintedAndNotReloaded) {
+TEST(Bitmap, WithoutAColorTableIsNotTintedAndNotReloaded) {
     CVelmBitmap bitmap(IDB_TEST_TRUE_COLOR, TINT, false);
     const Picture before = WholePicture(bitmap);
     EXPECT_EQ(before.At(0, 0), RGB(255, 0, 0));
     EXPECT_EQ(before.At(1, 0), RGB(0, 255, 0));
     EXPECT_EQ(before.At(0, 1), RGB(0, 0, 255));
     EXPECT_EQ(before.At(1, 1), WHITE);
-
-    const HBITMAP handle = bitmap.Handle();
     EXPECT_FALSE(bitmap.Reload(IDB_TEST_TRUE_COLOR, RGB(9, 9, 9)));
-    EXPECT_EQ(bitmap.Handle(), handle);
     EXPECT_FALSE(bitmap.Reload(12345, TINT));
     EXPECT_EQ(WholePicture(bitmap), before);
     EXPECT_TRUE(bitmap.Reload(IDB_TEST_FOUR_COLORS, RGB(255, 0, 0)));
     EXPECT_EQ(bitmap.PixelWidth(), 4);
     EXPECT_EQ(WholePicture(bitmap).At(2, 0), TintColor(RGB(255, 0, 0), RGB(255, 0, 0)));
-}
-
-TEST(Bitmap, ThatIsMissingHasNoSizeAndDrawsNothing) {
-    const CVelmBitmap bitmap(12345, TINT, true);
-    EXPECT_EQ(bitmap.PixelWidth(), 0);
-    EXPECT_EQ(bitmap.PixelHeight(), 0);
-    const Picture untouched = Drawn(4, 4, [](HDC) {});
-    EXPECT_EQ(Drawn(4, 4, [&bitmap](HDC dc) { bitmap.Draw(dc, 0, 0); }), untouched);
+    const CVelmBitmap missing(12345, TINT, true);
+    EXPECT_EQ(missing.PixelWidth(), 0);
+    EXPECT_EQ(missing.PixelHeight(), 0);
+    EXPECT_EQ(Drawn(4, 4, [&missing](HDC dc) { missing.Draw(dc, 0, 0); }), Drawn(4, 4, [](HDC) {}));
 }
 
 TEST(Bitmap, FollowsTheScreensScaleWhenAsked) {
     const CVelmBitmap following(IDB_TEST_FOUR_COLORS, TINT, true);
+    const CVelmBitmap fixed(IDB_TEST_FOUR_COLORS, TINT, false);
+    const std::array<COLORREF, 4> colors = {RGB(0, 0, 0), RGB(128, 128, 128), TintColor(RGB(255, 0, 0), TINT), WHITE};
+    const auto check = [&](int scale, const std::function<void(HDC)>& draw) {
+        const Picture picture = Drawn(20, 10, draw);
+        for (int y = 0; y < 10; ++y) {
+            for (int x = 0; x < 20; ++x) {
+                const bool inside = x >= 3 && x < 3 + 4 * scale && y >= 2 && y < 2 + scale;
+                const COLORREF color = inside ? colors[static_cast<std::size_t>((x - 3) / scale)] : BEFORE;
+                ASSERT_EQ(picture.At(x, y), color) << "at " << x << ", " << y;
+            }
+        }
+    };
     EXPECT_EQ(following.DrawnWidth(), 4 * DisplayScale());
-    EXPECT_EQ(CVelmBitmap(IDB_TEST_FOUR_COLORS, TINT, false).DrawnWidth(), 4);
-
-    const int scale = DisplayScale();
-    const Picture picture = Drawn(20, 10, [&](HDC dc) { following.Draw(dc, 3, 2); });
-    for (int x = 0; x < 4 * scale; ++x) {
-        EXPECT_EQ(picture.At(3 + x, 2), WholePicture(following).At(x / scale, 0)) << x;
-        EXPECT_EQ(picture.At(3 + x, 1 + scale), picture.At(3 + x, 2)) << x;
-    }
-    EXPECT_EQ(picture.At(2, 2), RGB(0, 77, 77));
-    EXPECT_EQ(picture.At(3 + 4 * scale, 2), RGB(0, 77, 77));
-    EXPECT_EQ(picture.At(3, 2 + scale), RGB(0, 77, 77));
-}
-
-TEST(Bitmap, DrawsABareHandleUnscaled) {
-    const CVelmBitmap bitmap(IDB_TEST_FOUR_COLORS, true);
-    const Picture picture = Drawn(8, 3, [&bitmap](HDC dc) { CVelmBitmap::DrawHandle(dc, bitmap.Handle(), 2, 1); });
-    EXPECT_EQ(picture.At(4, 1), RGB(255, 0, 0));
-    EXPECT_EQ(picture.At(5, 1), WHITE);
-    EXPECT_EQ(picture.At(6, 1), RGB(0, 77, 77));
-    EXPECT_EQ(picture.At(4, 2), RGB(0, 77, 77));
+    EXPECT_EQ(fixed.DrawnWidth(), 4);
+    check(DisplayScale(), [&](HDC dc) { following.Draw(dc, 3, 2); });
+    check(1, [&](HDC dc) { fixed.Draw(dc, 3, 2); });
+    check(1, [&](HDC dc) { CVelmBitmap::DrawHandle(dc, following.Handle(), 3, 2); });
 }
 
 /// The colour of the test background at a point of the screen.
@@ -139,7 +117,7 @@ COLORREF BackgroundAt(int x, int y, int scale) {
     return RGB(level, level, level);
 }
 
-TEST(Background, StaysInPlaceOnTheScreenWhereverTheWindowLies) {
+TEST(Bitmap, BackgroundStaysInPlaceOnTheScreenWhereverTheWindowLies) {
     TestWindow window;
     for (const bool follow : {false, true}) {
         const CVelmBitmap background(IDB_TEST_BACKGROUND, follow);
@@ -155,22 +133,18 @@ TEST(Background, StaysInPlaceOnTheScreenWhereverTheWindowLies) {
             for (int y = 0; y < 30; ++y) {
                 for (int x = 0; x < 30; ++x) {
                     const bool inside = x >= left && x < area.right && y >= top && y < area.bottom;
-                    const COLORREF expected = inside ? BackgroundAt(x + place.x, y + place.y, scale) : RGB(0, 77, 77);
+                    const COLORREF expected = inside ? BackgroundAt(x + place.x, y + place.y, scale) : BEFORE;
                     ASSERT_EQ(picture.At(x, y), expected)
                         << "at " << x << ", " << y << " of a window at " << place.x << ", " << place.y;
                 }
             }
         }
     }
-}
-
-TEST(Background, IsWhiteWithoutABitmap) {
-    TestWindow window;
-    const Picture picture = Drawn(20, 20, [&](HDC dc) {
+    const Picture without = Drawn(20, 20, [&](HDC dc) {
         CVelmBitmap::PaintBackground(nullptr, window.Handle(), dc, {5, 5, 15, 15});
     });
-    EXPECT_EQ(picture.Count({0, 0, 20, 20}, WHITE), 100);
-    EXPECT_TRUE(picture.IsAll({5, 5, 15, 15}, WHITE));
+    EXPECT_EQ(without.Count({0, 0, 20, 20}, WHITE), 100);
+    EXPECT_TRUE(without.IsAll({5, 5, 15, 15}, WHITE));
 }
 
 }  // namespace

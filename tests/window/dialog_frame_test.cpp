@@ -1,39 +1,26 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <set>
 
 #include "app/display_scale.h"
 #include "app/wide_text.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
-#include "support/dialog_driver.h"
-#include "support/files.h"
 #include "support/picture.h"
+#include "support/program_test.h"
 
 namespace velm::test {
 namespace {
 
-/// Every dialog that a command of the menu opens.
-constexpr std::array<WORD, 8> COMMANDS = {
-    ID_OPEN_FILE, ID_NEW_CONVERSION_FILE, ID_PROPERTIES, ID_ADD_UNIT, ID_CONVERSIONS,
-    ID_OPTIONS,   ID_SHOW_UNITS,          ID_ABOUT};
-
-class DialogFrameTest : public testing::Test {
+class DialogFrameTest : public ProgramTest {
 protected:
-    DialogFrameTest() {
-        SaveConversionFile(program, u"Length", {{u"meters"}, {u"feet", 3.28084}});
-        EXPECT_TRUE(program.Start());
-    }
-
-    RECT ClientOf(HWND window) {
-        RECT area{};
-        GetClientRect(window, &area);
+    static RECT OnScreen(HWND window) {
+        RECT area = ClientOf(window);
         MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&area), 2);
         return area;
     }
 
-    std::vector<HWND> Controls(const DialogDriver& dialog) {
+    static std::vector<HWND> Controls(const DialogDriver& dialog) {
         std::vector<HWND> controls;
         for (HWND control = GetWindow(dialog.Window(), GW_CHILD); control != nullptr;
              control = GetWindow(control, GW_HWNDNEXT)) {
@@ -44,78 +31,82 @@ protected:
         return controls;
     }
 
-    RunningProgram program;
-};
-
-TEST_F(DialogFrameTest, CoversTheProgramsWindowAndFollowsIt) {
-    for (const WORD command : COMMANDS) {
-        const DialogDriver dialog(program, command);
-        for (const SIZE size : {SIZE{160, 160}, SIZE{240, 294}, SIZE{480, 320}}) {
-            program.Resize(Scaled(size.cx), Scaled(size.cy));
-            const RECT frame = ClientOf(program.Frame());
-            const RECT cover = ClientOf(dialog.Window());
-            EXPECT_TRUE(EqualRect(&frame, &cover)) << dialog.Caption();
-            for (const HWND control : Controls(dialog)) {
-                const RECT place = PlaceOf(control);
-                EXPECT_GE(place.left, 0) << dialog.Caption() << " " << GetDlgCtrlID(control);
-                EXPECT_LE(place.right, cover.right - cover.left) << dialog.Caption() << " " << GetDlgCtrlID(control);
-                EXPECT_LT(place.left, place.right) << dialog.Caption() << " " << GetDlgCtrlID(control);
+    /// Every control lies within the width of the dialog, and none over another.
+    static void ExpectPlaces(const DialogDriver& dialog) {
+        const std::vector<HWND> controls = Controls(dialog);
+        for (std::size_t i = 0; i < controls.size(); ++i) {
+            const RECT place = PlaceOf(controls[i]);
+            EXPECT_TRUE(place.left >= 0 && place.left < place.right && place.top < place.bottom &&
+                        place.right <= ClientOf(dialog.Window()).right)
+                << GetDlgCtrlID(controls[i]) << " at " << Words(place);
+            for (std::size_t other = 0; other < i; ++other) {
+                const RECT otherPlace = PlaceOf(controls[other]);
+                RECT common{};
+                EXPECT_FALSE(IntersectRect(&common, &place, &otherPlace))
+                    << GetDlgCtrlID(controls[i]) << " lies over " << GetDlgCtrlID(controls[other]);
             }
         }
-        const std::string caption = dialog.Caption();
-        program.Key(VK_ESCAPE);
-        EXPECT_TRUE(dialog.IsGone()) << caption;
-        program.Settle();
+    }
+
+    static void ExpectOwnAccessKeys(const DialogDriver& dialog) {
+        std::set<char16_t> keys;
+        for (const HWND control : Controls(dialog)) {
+            const CVelmString text = WindowText(control);
+            const std::size_t mark = text.find(u'&');
+            if (mark != CVelmString::npos) {
+                EXPECT_TRUE(keys.insert(ToLowerAscii(text)[mark + 1]).second) << ToUtf8(text);
+            }
+        }
+    }
+};
+
+TEST_F(DialogFrameTest, EveryDialogFollowsTheSizeOfTheProgramsWindow) {
+    StartLength();
+    for (const int command : {ID_OPEN_FILE, ID_NEW_CONVERSION_FILE, ID_PROPERTIES, ID_ADD_UNIT, ID_CONVERSIONS,
+                              ID_OPTIONS, ID_SHOW_UNITS, ID_ABOUT}) {
+        const DialogDriver dialog(program, command);
+        SCOPED_TRACE(dialog.Caption());
+        if (command == ID_CONVERSIONS) {
+            dialog.Choose(IDC_CONVERSION_LIST, 0);
+        }
+        ExpectOwnAccessKeys(dialog);
+        for (const SIZE& size : {SIZE{Scaled(160), Scaled(160)}, SIZE{1000, 700}, SIZE{Scaled(240), Scaled(294)}}) {
+            SCOPED_TRACE(size.cx);
+            program.Resize(static_cast<int>(size.cx), static_cast<int>(size.cy));
+            EXPECT_EQ(Words(OnScreen(dialog.Window())), Words(OnScreen(program.Frame())));
+            ExpectPlaces(dialog);
+        }
+        const bool isList = command == ID_OPEN_FILE || command == ID_SHOW_UNITS || command == ID_ABOUT;
+        const bool edits = !isList && command != ID_CONVERSIONS;
+        EXPECT_EQ(SHGetSipPreference(dialog.Window()), edits ? SIP_UP : SIP_DOWN) << "up while text is edited";
+        EXPECT_TRUE(dialog.EndsWith(VK_ESCAPE));
     }
 }
 
 TEST_F(DialogFrameTest, PaintsItsCaptionAboveABlackLine) {
+    StartLength();
     const DialogDriver dialog(program, ID_OPTIONS);
     const Picture picture = program.Ask([&](CVelmFrame&) { return Picture::OfWindow(dialog.Window()); });
-    const RECT line{0, Scaled(24), picture.Width(), Scaled(24) + 1};
-    EXPECT_TRUE(picture.IsAll(line, RGB(0, 0, 0)));
+    EXPECT_TRUE(picture.IsAll({0, Scaled(24), picture.Width(), Scaled(24) + 1}, RGB(0, 0, 0)));
     const RECT caption{0, 0, picture.Width(), Scaled(24)};
     EXPECT_GT(picture.Count(caption, GetSysColor(COLOR_ACTIVECAPTION)), 50) << "the caption's text";
     EXPECT_EQ(picture.Count(caption, RGB(0, 0, 0)), 0);
 }
 
-TEST_F(DialogFrameTest, EveryAccessKeyOfADialogIsItsOwn) {
-    for (const WORD command : COMMANDS) {
-        const DialogDriver dialog(program, command);
-        std::set<wchar_t> keys;
-        for (HWND control = GetWindow(dialog.Window(), GW_CHILD); control != nullptr;
-             control = GetWindow(control, GW_HWNDNEXT)) {
-            const CVelmString text = WindowText(control);
-            const std::size_t mark = text.find(u'&');
-            const bool formula =
-                GetDlgCtrlID(control) == IDC_FORWARD_LABEL || GetDlgCtrlID(control) == IDC_REVERSE_LABEL;
-            if (mark != CVelmString::npos && !formula) {
-                EXPECT_TRUE(keys.insert(static_cast<wchar_t>(ToLowerAscii(text[mark + 1]))).second)
-                    << dialog.Caption() << ": " << ToUtf8(text);
-            }
-        }
-        EXPECT_TRUE(dialog.Cancel());
-    }
-}
-
 TEST_F(DialogFrameTest, ScrollsToWhatHasTheFocusWhereThereIsNoRoom) {
-    const RECT button = program.Ask([](CVelmFrame& frame) { return frame.List().Row(0).Button().Rectangle(); });
-    program.Tap(program.List(), static_cast<int>(button.left) + 3, static_cast<int>(button.top) + 3);
-    const auto menu = program.WaitForMenu();
-    ASSERT_TRUE(menu && menu->Choose("Customize..."));
+    StartLength();
+    TapFormatButton(0);
+    ASSERT_TRUE(program.Choose("Customize..."));
     const DialogDriver dialog(program, program.WaitForDialog());
     program.Resize(Scaled(160), Scaled(160));
     const LONG top = Scaled(25);
-    const LONG bottom = Scaled(160 - 26);
     const HWND first = program.Focus();
     EXPECT_EQ(first, dialog.Control(IDC_FORMAT_DECIMAL));
     std::set<HWND> visited;
     while (visited.insert(program.Focus()).second) {
         const RECT place = PlaceOf(program.Focus());
-        EXPECT_GE(place.top, top) << GetDlgCtrlID(program.Focus());
-        EXPECT_LE(place.bottom, bottom) << GetDlgCtrlID(program.Focus());
+        EXPECT_TRUE(place.top >= top && place.bottom <= Scaled(160 - 26)) << GetDlgCtrlID(program.Focus());
         program.Key(VK_TAB);
-        program.Settle();
     }
     EXPECT_EQ(visited.size(), 16U) << "every box comes into view";
     EXPECT_EQ(program.Focus(), first);
@@ -124,15 +115,6 @@ TEST_F(DialogFrameTest, ScrollsToWhatHasTheFocusWhereThereIsNoRoom) {
     EXPECT_LT(PlaceOf(first).top, top) << "the wheel scrolls";
     program.Resize(Scaled(240), Scaled(320));
     EXPECT_EQ(PlaceOf(first).top, top) << "with room for all nothing is scrolled away";
-}
-
-TEST_F(DialogFrameTest, AsksForTheInputPanelWhileTextIsEdited) {
-    const DialogDriver list(program, ID_SHOW_UNITS);
-    EXPECT_EQ(SHGetSipPreference(list.Window()), SIP_DOWN);
-    EXPECT_TRUE(list.Cancel());
-    const DialogDriver boxes(program, ID_OPTIONS);
-    EXPECT_EQ(SHGetSipPreference(boxes.Window()), SIP_UP);
-    EXPECT_TRUE(boxes.Cancel());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "app/display_scale.h"
 #include "app/wide_text.h"
 #include "resource.h"
 #include "support/holdings.h"
@@ -34,7 +35,7 @@ TEST(EnduranceTest, TenThousandSwitchesLeaveNothingBehind) {
     const Holdings before = CountHoldings();
     {
         const CVelmMenu menu(CreatePopupMenu());
-        const CVelmPen pen(CreatePen(PS_SOLID, 1, 0));
+        const CVelmFont font = CreateProgramFont(12, false);
         const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
         const Holdings more = CountHoldings();
         CloseHandle(event);

@@ -45,6 +45,11 @@ protected:
             std::filesystem::copy(entry, std::filesystem::path(Wide(program.DataFolder())) / entry.path().filename());
         }
         CopyFileW(Wide(FromUtf8(VELMORA_HTMLVIEW)), Wide(program.ProgramFolder() + u"htmlview.dll"), TRUE);
+        for (WORD id = 0x8000; id < 0xF000; ++id) {
+            if (id != ID_EXIT && FindCommand(id) != nullptr) {
+                commands.push_back(id);
+            }
+        }
         ASSERT_TRUE(program.Start());
     }
 
@@ -127,8 +132,8 @@ protected:
             program.Key(OneOf("FE"), VK_MENU);
         } else if (kind < 6) {
             program.Command(static_cast<WORD>(ID_QUICK_FILE_FIRST + Roll(6)));
-        } else if (const WORD command = OneOf(Commands()).first; command != ID_EXIT) {
-            program.Command(command);
+        } else {
+            program.Command(OneOf(commands));
         }
     }
 
@@ -165,6 +170,7 @@ protected:
     }
 
     RunningProgram program;
+    std::vector<WORD> commands;
     std::mt19937 random;
 };
 

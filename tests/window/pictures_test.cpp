@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <array>
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -8,19 +8,11 @@
 
 #include "app/wide_text.h"
 #include "resource.h"
-#include "support/dialog_driver.h"
-#include "support/files.h"
 #include "support/picture.h"
-#include "support/waiting.h"
+#include "support/program_test.h"
 
 namespace velm::test {
 namespace {
-
-void WriteWord(std::ostream& out, std::uint32_t value, int bytes) {
-    for (int i = 0; i < bytes; ++i) {
-        out.put(static_cast<char>(value >> (8 * i)));
-    }
-}
 
 Picture OfScreen() {
     const HDC screen = GetDC(nullptr);
@@ -29,37 +21,29 @@ Picture OfScreen() {
     return picture;
 }
 
-/// Writes a bitmap file of 24 bits a pixel.
+/// Writes a bitmap file of 32 bits a pixel.
 void WriteBitmap(const Picture& picture, const std::filesystem::path& path) {
-    const auto width = static_cast<std::uint32_t>(picture.Width());
-    const auto height = static_cast<std::uint32_t>(picture.Height());
-    const std::uint32_t padding = (4 - width * 3 % 4) % 4;
-    const std::uint32_t pixels = (width * 3 + padding) * height;
-    std::ofstream out(path, std::ios::binary);
-    out << "BM";
-    for (const std::uint32_t word : {54U + pixels, 0U, 54U, 40U, width, height}) {
-        WriteWord(out, word, 4);
-    }
-    WriteWord(out, 1, 2);
-    WriteWord(out, 24, 2);
-    for (const std::uint32_t word : {0U, pixels, 0U, 0U, 0U, 0U}) {
-        WriteWord(out, word, 4);
-    }
+    std::vector<std::uint32_t> pixels;
     for (int y = picture.Height() - 1; y >= 0; --y) {
         for (int x = 0; x < picture.Width(); ++x) {
             const COLORREF color = picture.At(x, y);
-            WriteWord(out, GetBValue(color), 1);
-            WriteWord(out, GetGValue(color), 1);
-            WriteWord(out, GetRValue(color), 1);
+            pixels.push_back(RGB(GetBValue(color), GetGValue(color), GetRValue(color)));
         }
-        WriteWord(out, 0, static_cast<int>(padding));
     }
+    const auto bytes = static_cast<DWORD>(pixels.size() * sizeof(pixels[0]));
+    BITMAPFILEHEADER file{0x4D42, 0, 0, 0, sizeof(BITMAPFILEHEADER) + sizeof(BITMAPINFOHEADER)};
+    file.bfSize = file.bfOffBits + bytes;
+    const BITMAPINFOHEADER info{sizeof(info), picture.Width(), picture.Height(), 1, 32, BI_RGB, bytes, 0, 0, 0, 0};
+    std::ofstream out(path, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(&file), sizeof(file));
+    out.write(reinterpret_cast<const char*>(&info), sizeof(info));
+    out.write(reinterpret_cast<const char*>(pixels.data()), bytes);
     EXPECT_TRUE(out.flush()) << path;
 }
 
 /// Takes the pictures of the user's guide: tools/screenshots.sh runs it, on the screen of a handheld, with the folder
 /// for the pictures in VELMORA_PICTURES and the data files that users get in VELMORA_DATA.
-class Pictures : public testing::Test {
+class Pictures : public ProgramTest {
 protected:
     void SetUp() override {
         const char* const data = std::getenv("VELMORA_DATA");
@@ -89,33 +73,17 @@ protected:
         WriteBitmap(before, folder_ / (name + ".bmp"));
     }
 
-    void TakeDialog(WORD command, const std::string& name) {
+    void TakeDialog(int command, const std::string& name) {
         const DialogDriver dialog(program, command);
         Take(name);
         EXPECT_TRUE(dialog.Cancel());
     }
 
-    HWND Over(HWND below) {
-        HWND window = nullptr;
-        EXPECT_TRUE(program.Eventually([&](CVelmFrame&) {
-            window = program.WaitForDialog();
-            return window != below;
-        }));
-        return window;
-    }
-
-    RunningProgram program;
     std::filesystem::path folder_;
 };
 
 TEST_F(Pictures, DISABLED_OfEveryDialog) {
-    program.Ask([](CVelmFrame& frame) {
-        CVelmItem& item = *frame.Document()->currentItem;
-        item.value = 100;
-        item.state = STATE_VALID;
-        SendMessageW(frame.Handle(), WM_COMMAND, ID_CALCULATE, 0);
-        frame.Panel().AttachItem(&item);
-    });
+    Give(0, 100);
     Take("main-window");
     TakeDialog(ID_OPEN_FILE, "open-file");
     TakeDialog(ID_NEW_CONVERSION_FILE, "new-file");
@@ -127,9 +95,8 @@ TEST_F(Pictures, DISABLED_OfEveryDialog) {
         const DialogDriver conversions(program, ID_CONVERSIONS);
         conversions.Choose(IDC_CONVERSION_LIST, 0);
         Take("conversions");
-        for (const WORD command : std::array<WORD, 2>{ID_ADD_STANDARD, ID_ADD_ADVANCED}) {
-            conversions.Command(command);
-            const DialogDriver add(program, Over(conversions.Window()));
+        for (const int command : {ID_ADD_STANDARD, ID_ADD_ADVANCED}) {
+            const DialogDriver add = conversions.Over(command);
             add.Choose(IDC_UNIT1, 0);
             add.Choose(IDC_UNIT2, 1);
             Take(command == ID_ADD_STANDARD ? "add-conversion" : "add-formulas");
@@ -138,12 +105,10 @@ TEST_F(Pictures, DISABLED_OfEveryDialog) {
         EXPECT_TRUE(conversions.Cancel());
     }
     {
-        const RECT button = program.Ask([](CVelmFrame& frame) { return frame.List().Row(0).Button().Rectangle(); });
-        program.Tap(program.List(), static_cast<int>(button.left) + 3, static_cast<int>(button.top) + 3);
-        const auto menu = program.WaitForMenu();
-        ASSERT_TRUE(menu);
+        TapFormatButton(0);
+        ASSERT_TRUE(program.WaitForMenu());
         Take("format-menu");
-        ASSERT_TRUE(menu->Choose("Customize..."));
+        ASSERT_TRUE(program.Choose("Customize..."));
         const DialogDriver formats(program, program.WaitForDialog());
         Take("formats");
         EXPECT_TRUE(formats.Cancel());
@@ -151,12 +116,9 @@ TEST_F(Pictures, DISABLED_OfEveryDialog) {
     {
         const DialogDriver open(program, ID_OPEN_FILE);
         open.Choose(IDC_CATEGORY, static_cast<int>(open.Entries(IDC_CATEGORY).size()) - 1);
-        for (int row = 0; row < open.RowCount(IDC_LIST); ++row) {
-            if (open.RowText(IDC_LIST, row) == "Shoe sizes") {
-                open.TapRow(IDC_LIST, row);
-            }
-        }
-        const DialogDriver viewer(program, Over(open.Window()));
+        const Texts pages = open.Rows(IDC_LIST);
+        open.SelectRow(IDC_LIST, static_cast<int>(std::find(pages.begin(), pages.end(), "Shoe sizes") - pages.begin()));
+        const DialogDriver viewer = open.Over(IDOK);
         Take("reference");
         EXPECT_TRUE(viewer.Ok());
         EXPECT_TRUE(open.Cancel());

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cctype>
+#include <map>
+#include <string>
 
 #include "app/display_scale.h"
 #include "app/drawn_button.h"
@@ -13,10 +16,6 @@
 namespace velm::test {
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr LPARAM IN_BUTTON = MAKELPARAM(15, 15);
-constexpr LPARAM OUTSIDE = MAKELPARAM(60, 60);
 constexpr RECT PLACE = {10, 10, 50, 30};
 
 /// A window with two buttons side by side, the second of them with a long press.
@@ -32,12 +31,7 @@ protected:
         Pump();
     }
 
-    void Send(UINT message, LPARAM place) { SendMessageW(window_.Handle(), message, 0, place); }
-
-    std::vector<ReceivedCommand> Received() {
-        Pump();
-        return window_.commands;
-    }
+    void Send(UINT message, int x, int y) { SendMessageW(window_.Handle(), message, 0, MAKELPARAM(x, y)); }
 
     TestWindow window_;
     CVelmPressButton plain_;
@@ -46,121 +40,79 @@ protected:
 };
 
 TEST_F(PressButton, PostsOneCommandWhenReleasedOverItself) {
-    Send(WM_LBUTTONDOWN, IN_BUTTON);
-    EXPECT_EQ(plain_.State(), BUTTON_PRESSED);
-    EXPECT_EQ(GetCapture(), window_.Handle());
-    Send(WM_LBUTTONUP, IN_BUTTON);
-    EXPECT_EQ(plain_.State(), BUTTON_NORMAL);
-    EXPECT_EQ(GetCapture(), nullptr);
-    EXPECT_EQ(Received(), (std::vector<ReceivedCommand>{{7, 0, 42}}));
-}
-
-TEST_F(PressButton, LooksPressedOnlyWhileThePenIsOverIt) {
-    Send(WM_LBUTTONDOWN, IN_BUTTON);
-    Send(WM_MOUSEMOVE, OUTSIDE);
-    EXPECT_EQ(plain_.State(), BUTTON_NORMAL);
-    Send(WM_LBUTTONUP, OUTSIDE);
-    EXPECT_TRUE(Received().empty()) << "slid off and released";
-
-    Send(WM_LBUTTONDOWN, IN_BUTTON);
-    Send(WM_MOUSEMOVE, OUTSIDE);
-    Send(WM_MOUSEMOVE, IN_BUTTON);
-    EXPECT_EQ(plain_.State(), BUTTON_PRESSED);
-    Send(WM_LBUTTONUP, IN_BUTTON);
-    EXPECT_EQ(Received().size(), 1U) << "slid off and back";
-
-    Send(WM_MOUSEMOVE, IN_BUTTON);
-    EXPECT_EQ(plain_.State(), BUTTON_NORMAL) << "a pen that is up presses nothing";
-}
-
-TEST_F(PressButton, EdgesBelongToItAtTheLeftAndTopOnly) {
-    EXPECT_TRUE(plain_.HitTest(10, 10));
-    EXPECT_TRUE(plain_.HitTest(49, 29));
-    EXPECT_FALSE(plain_.HitTest(50, 29));
-    EXPECT_FALSE(plain_.HitTest(49, 30));
-    EXPECT_FALSE(plain_.HitTest(-10, 15));
+    const std::map<char, std::function<void()>> acts = {
+        {'d', [&] { Send(WM_LBUTTONDOWN, 15, 15); }},
+        {'m', [&] { Send(WM_MOUSEMOVE, 49, 10); }},
+        {'o', [&] { Send(WM_MOUSEMOVE, 50, 10); }},
+        {'u', [&] { Send(WM_LBUTTONUP, 10, 29); }},
+        {'U', [&] { Send(WM_LBUTTONUP, 10, 30); }},
+        {'D', [&] { Send(WM_LBUTTONDOWN, 9, 15); }},
+        {'x', [&] { plain_.Enable(false); }},
+        {'e', [&] { plain_.Enable(true); }},
+        {'c', [] { ReleaseCapture(); }},
+    };
+    struct Case {
+        std::string acts;   ///< down, move within, move out, up within, Up outside, Down outside, x and e: disable and
+                            ///< enable, capture lost
+        std::string looks;  ///< after each act: normal, pressed, disabled (x); in capitals where it is drawn anew
+        std::size_t commands;
+    };
+    for (const Case& row : {Case{"du", "PN", 1}, Case{"dmu", "PpN", 1}, Case{"doU", "PNN", 0}, Case{"domu", "PNPN", 1},
+                            Case{"dU", "PN", 0}, Case{"mu", "nn", 0}, Case{"D", "n", 0}, Case{"xdu", "Xxx", 0},
+                            Case{"dxu", "PXx", 0}, Case{"xedu", "XNPN", 1}, Case{"dcu", "PNn", 0}}) {
+        window_.commands.clear();
+        plain_.Enable(true);
+        std::string looks;
+        for (const char act : row.acts) {
+            ValidateRect(window_.Handle(), nullptr);
+            acts.at(act)();
+            const char look = "np-x"[plain_.State()];
+            RECT drawn{};
+            const bool anew = GetUpdateRect(window_.Handle(), &drawn, FALSE) != FALSE;
+            EXPECT_TRUE(!anew || EqualRect(&drawn, &PLACE)) << row.acts;
+            looks += static_cast<char>(anew ? std::toupper(look) : look);
+            EXPECT_EQ(GetCapture() == window_.Handle(), plain_.IsTracking()) << row.acts;
+        }
+        Pump();
+        EXPECT_EQ(looks, row.looks) << row.acts;
+        EXPECT_EQ(window_.commands, std::vector<ReceivedCommand>(row.commands, {7, 0, 42})) << row.acts;
+    }
 }
 
 TEST_F(PressButton, HeldReportsALongPressAndNoClick) {
-    Send(WM_LBUTTONDOWN, MAKELPARAM(70, 15));
     const auto start = std::chrono::steady_clock::now();
+    Send(WM_LBUTTONDOWN, 70, 15);
     ASSERT_TRUE(PumpUntil([this] { return !window_.commands.empty(); }));
-    EXPECT_GT(std::chrono::steady_clock::now() - start, 500ms);
+    EXPECT_GT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
     EXPECT_FALSE(holding_.IsTracking());
     EXPECT_EQ(router_.Pressed(), nullptr);
-    Send(WM_LBUTTONUP, MAKELPARAM(70, 15));
-    EXPECT_EQ(Received(), (std::vector<ReceivedCommand>{{8, BUTTON_LONG_PRESS, 43}}));
+    Send(WM_LBUTTONUP, 70, 15);
+    Send(WM_LBUTTONDOWN, 70, 15);
+    Send(WM_LBUTTONUP, 70, 15);
+    EXPECT_FALSE(KillTimer(window_.Handle(), BUTTON_TIMER)) << "released in time it is no long press";
+    Pump();
+    EXPECT_EQ(window_.commands, (std::vector<ReceivedCommand>{{8, BUTTON_LONG_PRESS, 43}, {8, 0, 43}}));
 }
 
-TEST_F(PressButton, ReleasedInTimeIsAClickWithoutALongPress) {
-    Send(WM_LBUTTONDOWN, MAKELPARAM(70, 15));
-    Send(WM_LBUTTONUP, MAKELPARAM(70, 15));
-    PumpUntil([] { return false; }, 800ms);
-    EXPECT_EQ(window_.commands, (std::vector<ReceivedCommand>{{8, 0, 43}}));
-}
-
-TEST_F(PressButton, DisabledIgnoresThePen) {
-    plain_.Enable(false);
-    EXPECT_EQ(plain_.State(), BUTTON_DISABLED);
-    Send(WM_LBUTTONDOWN, IN_BUTTON);
-    Send(WM_LBUTTONUP, IN_BUTTON);
-    EXPECT_TRUE(Received().empty());
-    plain_.Enable(true);
-    Send(WM_LBUTTONDOWN, IN_BUTTON);
-    plain_.Enable(false);
-    Send(WM_LBUTTONUP, IN_BUTTON);
-    EXPECT_TRUE(Received().empty()) << "disabled while it was held";
-}
-
-TEST_F(PressButton, LosesThePressWithTheCapture) {
-    Send(WM_LBUTTONDOWN, IN_BUTTON);
-    ReleaseCapture();
-    EXPECT_EQ(plain_.State(), BUTTON_NORMAL);
-    Send(WM_LBUTTONUP, IN_BUTTON);
-    EXPECT_TRUE(Received().empty());
-}
-
-TEST_F(PressButton, RedrawsItsRectangleOnlyWhenItsLookChanges) {
-    const auto dirty = [this] {
-        RECT area{};
-        GetUpdateRect(window_.Handle(), &area, FALSE);
-        ValidateRect(window_.Handle(), nullptr);
-        return area;
-    };
-    dirty();
-    Send(WM_LBUTTONDOWN, IN_BUTTON);
-    const RECT pressed = dirty();
-    EXPECT_TRUE(EqualRect(&pressed, &PLACE));
-    Send(WM_MOUSEMOVE, MAKELPARAM(20, 20));
-    const RECT moved = dirty();
-    EXPECT_TRUE(IsRectEmpty(&moved)) << "still over the button";
-    Send(WM_MOUSEMOVE, OUTSIDE);
-    const RECT left = dirty();
-    EXPECT_TRUE(EqualRect(&left, &PLACE));
-}
-
-TEST(DrawnButton, FillsItsRectangleInItsStateAndNothingElse) {
-    TestWindow window;
+TEST_F(PressButton, DrawsItsStateInItsRectangleAndNowhereElse) {
     CVelmDrawnButton button;
-    button.Init(PLACE, window.Handle(), 1);
+    button.Init(PLACE, window_.Handle(), 1);
     const auto draw = [&] {
-        const HDC dc = GetDC(window.Handle());
+        const HDC dc = GetDC(window_.Handle());
         FillColor(dc, {0, 0, 200, 100}, RGB(1, 2, 3));
         button.Draw(dc);
         const Picture picture = Picture::OfDc(dc, 200, 100);
-        ReleaseDC(window.Handle(), dc);
+        ReleaseDC(window_.Handle(), dc);
         return picture;
     };
     const RECT inside{13, 13, 47, 27};
     const Picture normal = draw();
     EXPECT_TRUE(normal.IsAll(inside, RGB(255, 255, 255)));
     EXPECT_EQ(normal.Count({0, 0, 200, 100}, RGB(1, 2, 3)), 200 * 100 - 40 * 20);
-
     button.PenDown(15, 15);
     EXPECT_TRUE(draw().IsAll(inside, MixColor(110, BaseColor())));
     button.PenUp(0, 0);
     EXPECT_EQ(draw(), normal);
-
     button.SetText(u"abc");
     EXPECT_NE(draw(), normal);
 }

@@ -1,98 +1,91 @@
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "app/display_scale.h"
 #include "app/wide_text.h"
+#include "htmlview/display_messages.h"
 #include "resource.h"
-#include "support/dialog_driver.h"
-#include "support/files.h"
-#include "support/waiting.h"
+#include "support/program_test.h"
 #include "version.h"
 
 namespace velm::test {
 namespace {
 
 /// Settings, shown units, text references and the About box.
-class SmallDialogsTest : public testing::Test {
+class SmallDialogsTest : public ProgramTest {
 protected:
-    void Start() {
-        SaveConversionFile(program, u"Length", {{u"meters"}, {u"feet", 3.28084}, {u"miles", 0.000621371}});
-        ASSERT_TRUE(program.Start());
+    /// The first line of a rich text control that is in sight.
+    static std::string FirstLine(HWND text) {
+        std::array<wchar_t, 64> line{static_cast<wchar_t>(line.size())};
+        const LRESULT first = SendMessageW(text, EM_GETFIRSTVISIBLELINE, 0, 0);
+        SendMessageW(text, EM_GETLINE, static_cast<WPARAM>(first), reinterpret_cast<LPARAM>(line.data()));
+        const std::string words = ToUtf8(FromWide(line.data()));
+        return words.substr(0, words.find_first_of("\r\n"));
     }
-
-    void ProvideLibrary() {
-        ASSERT_TRUE(
-            CopyFileW(Wide(FromUtf8(VELMORA_HTMLVIEW)), Wide(program.ProgramFolder() + u"htmlview.dll"), FALSE));
-    }
-
-    RunningProgram program;
 };
 
 TEST_F(SmallDialogsTest, SettingsAreStoredAtOnceAndUsedAtTheNextStart) {
-    Start();
-    {
-        const DialogDriver dialog(program, ID_OPTIONS);
-        EXPECT_EQ(dialog.Caption(), "Velmora Settings");
-        EXPECT_EQ(dialog.Text(IDC_LABEL_1), "&Data File Location:");
-        EXPECT_EQ(dialog.Text(IDC_LABEL_2), "Currency &Update Download Source:");
-        EXPECT_EQ(dialog.Text(IDC_LABEL_3), "All changes will take effect after restarting the application.");
-        EXPECT_EQ(dialog.Text(IDC_DATA_FOLDER), ToUtf8(program.DataFolder()));
-        dialog.SetText(IDC_DATA_FOLDER, "C:\\elsewhere");
-        const auto before = program.StoredBytes();
-        EXPECT_TRUE(dialog.Cancel());
-        EXPECT_EQ(program.StoredBytes(), before);
-    }
+    StartLength();
+    const auto before = program.StoredBytes();
+    const DialogDriver left(program, ID_OPTIONS);
+    EXPECT_EQ(left.Caption(), "Velmora Settings");
+    EXPECT_EQ(left.Text(IDC_LABEL_1), "&Data File Location:");
+    EXPECT_EQ(left.Text(IDC_LABEL_2), "Currency &Update Download Source:");
+    EXPECT_EQ(left.Text(IDC_LABEL_3), "All changes will take effect after restarting the application.");
+    EXPECT_EQ(left.Text(IDC_DATA_FOLDER), ToUtf8(program.DataFolder()));
+    left.Fill({{IDC_DATA_FOLDER, "C:\\elsewhere"}, {IDC_UPDATE_URL, "elsewhere"}});
+    EXPECT_TRUE(left.Cancel());
+    EXPECT_EQ(program.StoredBytes(), before);
     const DialogDriver dialog(program, ID_OPTIONS);
-    dialog.SetText(IDC_DATA_FOLDER, "C:\\no\\such\\folder");
-    dialog.SetText(IDC_UPDATE_URL, std::string(128, 'u'));
+    dialog.Fill({{IDC_DATA_FOLDER, "C:\\no\\such\\folder"}, {IDC_UPDATE_URL, std::string(128, 'u')}});
     EXPECT_TRUE(dialog.Ok());
     EXPECT_EQ(CVelmString(program.StoredSettings().dataFolder), u"C:\\no\\such\\folder");
     EXPECT_EQ(CVelmString(program.StoredSettings().updateUrl), CVelmString(127, u'u'));
     EXPECT_TRUE(program.Close());
     ASSERT_TRUE(program.Start());
-    program.Ask([](CVelmFrame& frame) {
-        EXPECT_EQ(frame.TitleButton().Text(), u"(No file)");
-        EXPECT_TRUE(IsCommandEnabled(frame, ID_NEW_CONVERSION_FILE));
-        EXPECT_TRUE(IsCommandEnabled(frame, ID_OPTIONS));
-    });
+    EXPECT_EQ(Title(), "(No file)");
+    EXPECT_TRUE(DialogDriver(program, ID_OPTIONS).Cancel());
 }
 
 TEST_F(SmallDialogsTest, TickedUnitsAreShown) {
-    Start();
-    const auto before = ReadBytes(program, u"Length.cnv");
-    {
-        const DialogDriver dialog(program, ID_SHOW_UNITS);
-        EXPECT_EQ(dialog.Caption(), "Units/Items");
-        ASSERT_EQ(dialog.RowCount(IDC_LIST), 3);
-        EXPECT_EQ(dialog.RowText(IDC_LIST, 1), "feet");
-        EXPECT_TRUE(dialog.IsTicked(IDC_LIST, 1));
-        dialog.TickRow(IDC_LIST, 0, false);
-        EXPECT_TRUE(dialog.Cancel());
-        EXPECT_EQ(ReadBytes(program, u"Length.cnv"), before);
-    }
-    {
-        const DialogDriver dialog(program, ID_SHOW_UNITS);
-        EXPECT_TRUE(dialog.IsTicked(IDC_LIST, 0));
-        program.Key(VK_DOWN);
-        program.Key(VK_SPACE);
-        program.Settle();
-        EXPECT_FALSE(dialog.IsTicked(IDC_LIST, 1)) << "the space key takes the tick away";
-        program.Key(VK_RETURN);
-        EXPECT_TRUE(dialog.IsGone());
-    }
-    EXPECT_TRUE(program.Eventually([](CVelmFrame& frame) { return frame.List().RowCount() == 2; }));
+    StartLength();
+    const Bytes before = ReadBytes(program, u"Length.cnv");
+    const DialogDriver left(program, ID_SHOW_UNITS);
+    EXPECT_EQ(left.Caption(), "Units/Items");
+    EXPECT_EQ(left.Rows(IDC_LIST), (Texts{"meters", "feet"}));
+    EXPECT_TRUE(left.IsTicked(IDC_LIST, 1));
+    left.TickRow(IDC_LIST, 0, false);
+    EXPECT_TRUE(left.Cancel());
+    EXPECT_EQ(Rows(), "meters=, feet=");
+    const DialogDriver untouched(program, ID_SHOW_UNITS);
+    EXPECT_TRUE(untouched.Ok());
+    EXPECT_EQ(ReadBytes(program, u"Length.cnv"), before);
+    const DialogDriver byKeys(program, ID_SHOW_UNITS);
+    EXPECT_TRUE(byKeys.IsTicked(IDC_LIST, 0));
+    program.Key(VK_DOWN);
+    program.Key(VK_SPACE);
+    EXPECT_FALSE(byKeys.IsTicked(IDC_LIST, 1));
+    EXPECT_TRUE(byKeys.EndsWith(VK_RETURN));
+    EXPECT_EQ(Rows(), "meters=");
     EXPECT_TRUE(program.Close());
-    EXPECT_EQ(LoadFile(program, u"Length.cnv")->GetItem(1)->shown, 0);
     ASSERT_TRUE(program.Start());
+    EXPECT_EQ(Rows(), "meters=");
     const DialogDriver dialog(program, ID_SHOW_UNITS);
     EXPECT_FALSE(dialog.IsTicked(IDC_LIST, 1));
     dialog.TickRow(IDC_LIST, 1, true);
     EXPECT_TRUE(dialog.Ok());
-    EXPECT_EQ(program.Ask([](CVelmFrame& frame) { return frame.List().RowCount(); }), 3);
+    EXPECT_EQ(Rows(), "meters=, feet=");
 }
 
 TEST_F(SmallDialogsTest, ReferencesAreReadInTheViewer) {
-    Start();
-    WriteBytes(program, u"Time zones.htm", "<h1>Zones</h1><p>The <b>world</b> has 24.</p>");
+    StartLength();
+    std::string html = "<a href='http://127.0.0.1:9/x'>The <b>world</b></a> has 24.";
+    for (int i = 0; i < 99; ++i) {
+        const std::string number = std::to_string(i);
+        html += "<h2><a name=h" + number + "></a>Zone " + number + "</h2><p>Enough words for some lines of text.</p>";
+    }
+    WriteBytes(program, u"Time zones.htm", html);
     WriteBytes(program, u"empty.htm", "");
     const DialogDriver open(program, ID_OPEN_FILE);
     open.Choose(IDC_CATEGORY, static_cast<int>(open.Entries(IDC_CATEGORY).size()) - 1);
@@ -100,58 +93,48 @@ TEST_F(SmallDialogsTest, ReferencesAreReadInTheViewer) {
     const int page = open.RowText(IDC_LIST, 0) == "Time zones" ? 0 : 1;
     EXPECT_EQ(open.RowText(IDC_LIST, page), "Time zones");
     EXPECT_EQ(open.RowText(IDC_LIST, page, 1), "");
-
     open.TapRow(IDC_LIST, 1 - page);
     program.Settle();
     EXPECT_EQ(program.WaitForDialog(), open.Window()) << "an empty page is not shown";
-
-    const auto show = [&] {
-        open.TapRow(IDC_LIST, page);
-        HWND window = nullptr;
-        EXPECT_TRUE(WaitUntil([&] {
-            window = program.WaitForDialog();
-            return window != open.Window();
-        }));
-        program.Settle();
-        return DialogDriver(program, window);
-    };
-    {
-        const DialogDriver viewer = show();
+    for (const bool library : {false, true, true}) {
+        if (library) {
+            CopyFileW(Wide(FromUtf8(VELMORA_HTMLVIEW)), Wide(program.ProgramFolder() + u"htmlview.dll"), FALSE);
+        }
+        open.SelectRow(IDC_LIST, page);
+        const DialogDriver viewer = open.Over(IDOK);
         EXPECT_EQ(viewer.Caption(), "Time zones");
-        EXPECT_EQ(viewer.MenuBar(), (std::vector<std::string>{"  Done  "}));
-        EXPECT_EQ(viewer.Control(IDC_HTML), nullptr) << "the library is missing";
-        EXPECT_TRUE(viewer.Ok());
-    }
-    ProvideLibrary();
-    for (int time = 0; time < 2; ++time) {
-        const DialogDriver viewer = show();
+        EXPECT_EQ(viewer.MenuBar(), Texts{"  Done  "});
         const HWND control = viewer.Control(IDC_HTML);
-        ASSERT_NE(control, nullptr);
-        const RECT place = PlaceOf(control);
-        RECT client{};
-        GetClientRect(viewer.Window(), &client);
-        EXPECT_EQ(place.left, 0);
-        EXPECT_EQ(place.top, Scaled(25));
-        EXPECT_EQ(place.right, client.right);
-        const HWND text = GetWindow(control, GW_CHILD);
-        EXPECT_TRUE(WaitUntil([&] { return ToUtf8(WindowText(text)).find("The world has 24.") != std::string::npos; }))
-            << ToUtf8(WindowText(text));
-        program.Key(VK_ESCAPE);
-        EXPECT_TRUE(viewer.IsGone());
-        program.Settle();
+        ASSERT_EQ(control != nullptr, library);
+        if (library) {
+            const RECT client = ClientOf(viewer.Window());
+            EXPECT_EQ(Words(PlaceOf(control)), Words(RECT{0, Scaled(25), client.right, client.bottom - Scaled(26)}));
+            const HWND text = GetWindow(control, GW_CHILD);
+            EXPECT_TRUE(WaitUntil([&] { return WindowText(text).find(u"The world has 24.") != CVelmString::npos; }));
+            program.Tap(text, Scaled(20), Scaled(8));
+            const DialogDriver question(program, WaitForDialog(program.Thread(), viewer.Window()));
+            EXPECT_EQ(program.Answer(IDNO),
+                      "? Time zones: Do you want to open http://127.0.0.1:9/x in the web browser?");
+            viewer.Send(IDC_HTML, DTM_ANCHORW, 0, reinterpret_cast<LPARAM>(L"h50"));
+            for (const int size : {400, 240}) {
+                program.Resize(Scaled(size), Scaled(size));
+                EXPECT_EQ(FirstLine(text), "Zone 50") << "with lines that break anew";
+            }
+        }
+        EXPECT_TRUE(library ? viewer.EndsWith(VK_ESCAPE) : viewer.Ok());
     }
     EXPECT_TRUE(IsWindow(open.Window())) << "the list stays open behind the page";
     EXPECT_TRUE(open.Cancel());
 }
 
 TEST_F(SmallDialogsTest, AboutTellsVersionUpdatesAndLicense) {
-    Start();
+    StartLength();
     const DialogDriver dialog(program, ID_ABOUT);
     EXPECT_EQ(dialog.Caption(), "Corvane Velmora");
     EXPECT_EQ(dialog.Text(IDC_ABOUT_VERSION), "Version " VELMORA_VERSION);
     EXPECT_EQ(dialog.Text(IDC_ABOUT_UPDATES), ToUtf8(DEFAULT_UPDATE_URL));
     EXPECT_NE(dialog.Text(IDC_ABOUT_LICENSE).find("MIT License"), std::string::npos);
-    EXPECT_NE(SendMessageW(dialog.Control(IDC_ABOUT_PICTURE), STM_GETICON, 0, 0), 0);
+    EXPECT_NE(dialog.Send(IDC_ABOUT_PICTURE, STM_GETICON), 0);
     EXPECT_TRUE(dialog.Ok());
 }
 

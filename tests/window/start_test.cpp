@@ -6,79 +6,65 @@
 #include "app/single_instance.h"
 #include "app/wide_text.h"
 #include "resource.h"
-#include "support/files.h"
-#include "support/running_program.h"
-#include "support/waiting.h"
+#include "support/program_test.h"
 
 namespace velm::test {
 namespace {
 
-std::string Title(RunningProgram& program) {
-    return program.Ask([](CVelmFrame& frame) { return ToUtf8(frame.TitleButton().Text()); });
-}
-
-/// The document's kind as the header's icon tells it.
-int IconKind(RunningProgram& program) {
-    const HICON shown = program.Ask([](CVelmFrame& frame) { return frame.TitleButton().Icon(); });
-    return shown == program.Ask([](CVelmFrame& frame) { return frame.IconOf(KIND_CALCULATION); }) ? KIND_CALCULATION
-                                                                                                  : KIND_CONVERSION;
-}
-
-std::vector<std::string> StoredNames(const RunningProgram& program) {
-    const CVelmSettings settings = program.StoredSettings();
-    std::vector<std::string> names;
-    for (const char16_t* name = settings.openFiles; *name != 0; name += std::char_traits<char16_t>::length(name) + 1) {
-        names.push_back(ToUtf8(name));
+class StartTest : public ProgramTest {
+protected:
+    /// The title, behind the kind that the header's icon tells.
+    std::string Header() {
+        return program.Ask([](CVelmFrame& frame) {
+            const bool calculation = frame.TitleButton().Icon() == frame.IconOf(KIND_CALCULATION);
+            return (calculation ? "calculation " : "conversion ") + ToUtf8(frame.TitleButton().Text());
+        });
     }
-    return names;
-}
 
-TEST(Scale, IsTwoExactlyAt192DotsPerInch) {
-    const char* const dotsPerInch = std::getenv("VELMORA_DPI");
-    ASSERT_NE(dotsPerInch, nullptr) << "the test is started without its screen";
-    EXPECT_EQ(DisplayScale(), std::string(dotsPerInch) == "192" ? 2 : 1);
-}
+    Texts StoredNames() {
+        const CVelmSettings settings = program.StoredSettings();
+        Texts names;
+        for (CVelmStringView name = settings.openFiles; !name.empty(); name = name.data() + name.size() + 1) {
+            names.push_back(ToUtf8(CVelmString(name)));
+        }
+        return names;
+    }
 
-TEST(Start, OpensTheLastUsedFile) {
-    RunningProgram program;
-    SaveConversionFile(program, u"Area", {{u"ares"}, {u"acres", 0.0247}});
-    SaveConversionFile(program, u"Length", {{u"meters"}, {u"feet", 3.28084}});
-    program.StoreRecentFiles({u"LENGTH.CNV", u"Area.cnv"});
+    void EditName(CVelmStringView name) {
+        Document().GetItem(0)->name = name;
+        Document().Touch();
+    }
+};
+
+TEST_F(StartTest, OpensTheLastUsedFile) {
+    struct Case {
+        std::vector<CVelmString> recent;
+        std::string header;
+        std::string rows;
+    };
     ASSERT_TRUE(program.Start());
-    EXPECT_EQ(Title(program), "Length");
-    EXPECT_EQ(IconKind(program), KIND_CONVERSION);
-    EXPECT_EQ(program.Ask([](CVelmFrame& frame) { return frame.List().RowCount(); }), 2);
-}
-
-TEST(Start, ShowsNoFileInAnEmptyFolder) {
-    RunningProgram program;
-    ASSERT_TRUE(program.Start());
-    EXPECT_EQ(Title(program), "(No file)");
-    EXPECT_EQ(IconKind(program), KIND_CONVERSION);
-    EXPECT_EQ(program.Ask([](CVelmFrame& frame) { return frame.List().RowCount(); }), 0);
+    EXPECT_EQ(Header(), "conversion (No file)") << "in an empty folder";
+    EXPECT_EQ(Rows(), "");
     EXPECT_FALSE(IsWindowVisible(program.Panel()));
     EXPECT_TRUE(program.Close());
-    EXPECT_TRUE(StoredNames(program).empty());
-}
-
-TEST(Start, ShowsNoFileWhenTheFolderIsMissing) {
-    RunningProgram program;
+    EXPECT_EQ(StoredNames(), Texts{});
+    SaveConversionFile(program, u"Length", {{u"meters"}, {u"feet", 3.28084}});
+    SaveCalculationFile(program, u"Tip", {{u"bill", u"bill"}});
+    for (const Case& row : {Case{{u"LENGTH.CNV", u"Tip.cal"}, "conversion Length", "meters=, feet="},
+                            Case{{u"Gone.cnv", u"Tip.cal"}, "calculation Tip", "bill="},
+                            Case{{}, "conversion Length", "meters=, feet="}}) {
+        program.StoreRecentFiles(row.recent);
+        ASSERT_TRUE(program.Start());
+        EXPECT_EQ(Header(), row.header);
+        EXPECT_EQ(Rows(), row.rows);
+        EXPECT_TRUE(program.Close());
+    }
     program.StoreSettings([](CVelmSettings& settings) { SetField(settings.dataFolder, u"C:\\no such folder\\"); });
     ASSERT_TRUE(program.Start());
-    EXPECT_EQ(Title(program), "(No file)");
+    EXPECT_EQ(Header(), "conversion (No file)") << "in a folder that is missing";
 }
 
-TEST(Start, OpensTheFirstFileThereIsWhenTheLastUsedOneIsGone) {
-    RunningProgram program;
-    SaveCalculationFile(program, u"Tip", {{u"bill", u"bill"}});
-    program.StoreRecentFiles({u"Gone.cnv", u"Tip.cal"});
-    ASSERT_TRUE(program.Start());
-    EXPECT_EQ(Title(program), "Tip");
-    EXPECT_EQ(IconKind(program), KIND_CALCULATION);
-}
-
-TEST(Start, FailsWithoutItsWindowClass) {
-    RunningProgram program;
+TEST_F(StartTest, FailsWithoutItsWindowClass) {
     WNDCLASSW taken{};
     taken.lpfnWndProc = DefWindowProcW;
     taken.hInstance = GetModuleHandleW(nullptr);
@@ -89,143 +75,67 @@ TEST(Start, FailsWithoutItsWindowClass) {
     UnregisterClassW(WINDOW_CLASS, taken.hInstance);
 }
 
-/// Eight files, titled from "File 1" to "File 8", of which `recent` were used last.
-void SaveEightFiles(const RunningProgram& program) {
-    for (char16_t number = u'1'; number <= u'8'; ++number) {
-        SaveConversionFile(program, CVelmString(u"File ") + number, {{u"unit"}});
+TEST_F(StartTest, QuickFileMenuOffersTheSixFilesUsedLast) {
+    for (const CVelmStringView title : {u"A", u"B", u"C", u"D", u"E & F", u"G", u"H", u"I"}) {
+        SaveConversionFile(program, title, {{u"unit"}});
     }
-    program.StoreRecentFiles({u"File 5.cnv", u"File 3.cnv"});
-}
-
-TEST(QuickFileMenu, OffersTheSixFilesUsedLast) {
-    RunningProgram program;
-    SaveEightFiles(program);
+    program.StoreRecentFiles({u"H.cnv", u"E & F.cnv"});
     ASSERT_TRUE(program.Start());
     program.Tap(program.Frame(), Scaled(40), Scaled(10));
     const auto menu = program.WaitForMenu();
     ASSERT_TRUE(menu);
-    const std::vector<std::string> texts = menu->Texts();
-    ASSERT_EQ(texts.size(), 8U);
-    EXPECT_EQ(texts[0], "File 5");
-    EXPECT_EQ(texts[1], "File 3");
-    EXPECT_EQ(texts[6], "-");
-    EXPECT_EQ(texts[7], "More...");
-    EXPECT_TRUE(menu->Find("File 5")->checked);
-    EXPECT_FALSE(menu->Find("File 3")->checked);
-
+    EXPECT_EQ(menu->Words(), "*H, E & F, A, B, C, D, -, More...") << "titles letter for letter";
     RECT frame{};
     RECT place{};
     GetWindowRect(program.Frame(), &frame);
     GetWindowRect(menu->Window(), &place);
     EXPECT_EQ(place.left, frame.left);
     EXPECT_EQ(place.top, frame.top + Scaled(49));
-
-    ASSERT_TRUE(menu->Choose("File 3"));
-    EXPECT_TRUE(program.Eventually([](CVelmFrame& shown) { return shown.TitleButton().Text() == u"File 3"; }));
-    EXPECT_TRUE(program.Close());
-    const std::vector<std::string> names = StoredNames(program);
-    ASSERT_EQ(names.size(), 6U);
-    EXPECT_EQ(names[0], "File 3.cnv");
-    EXPECT_EQ(names[1], "File 5.cnv");
-}
-
-TEST(QuickFileMenu, ShowsTitlesLetterForLetter) {
-    RunningProgram program;
-    SaveConversionFile(program, u"Bed & Breakfast", {{u"night"}});
-    ASSERT_TRUE(program.Start());
+    EXPECT_TRUE(program.Choose("C"));
+    EXPECT_EQ(Title(), "C");
     program.Key(VK_F4);
-    const auto menu = program.WaitForMenu();
-    ASSERT_TRUE(menu);
-    EXPECT_TRUE(menu->Find("Bed & Breakfast"));
-    menu->Close();
+    EXPECT_TRUE(program.Choose("More..."));
+    const DialogDriver open(program, program.WaitForDialog());
+    EXPECT_EQ(open.Caption(), "Open File");
+    EXPECT_TRUE(open.Cancel());
+    EXPECT_TRUE(program.Close());
+    EXPECT_EQ(StoredNames(), (Texts{"C.cnv", "H.cnv", "E & F.cnv", "A.cnv", "B.cnv", "D.cnv"}));
 }
 
-TEST(Close, WritesTheSettingsByteForByte) {
-    RunningProgram program;
+TEST_F(StartTest, NothingIsLostAtTheEnd) {
     SaveConversionFile(program, u"Length", {{u"meters"}});
     SaveConversionFile(program, u"Area", {{u"ares"}});
     program.StoreRecentFiles({u"Area.cnv", u"Length.cnv"});
     ASSERT_TRUE(program.Start());
+    EditName(u"square feet");
     program.Command(ID_QUICK_FILE_FIRST + 1);
     program.Command(ID_ROW_SIZE);
-    program.Settle();
+    EXPECT_BECOMES(Title(), "Length");
+    EXPECT_EQ(LoadFile(program, u"Area.cnv")->GetItem(0)->name, u"square feet") << "by opening another file";
+    EditName(u"metres");
+    EXPECT_EQ(SendMessageW(program.Frame(), WM_QUERYENDSESSION, 0, 0), TRUE);
+    SendMessageW(program.Frame(), WM_ENDSESSION, FALSE, 0);
+    EXPECT_EQ(StoredNames(), (Texts{"Area.cnv", "Length.cnv"})) << "the session goes on";
+    SendMessageW(program.Frame(), WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(LoadFile(program, u"Length.cnv")->GetItem(0)->name, u"metres") << "by the end of the session";
+    EXPECT_EQ(StoredNames(), (Texts{"Length.cnv", "Area.cnv"}));
+    EditName(u"feet");
+    program.Key('F', VK_MENU);
+    const auto menu = program.WaitForMenu();
+    EXPECT_TRUE(menu && menu->Choose("Exit"));
+    EXPECT_TRUE(WaitUntil([this] { return !IsWindow(program.Frame()); }));
     ASSERT_TRUE(program.Close());
+    EXPECT_EQ(LoadFile(program, u"Length.cnv")->GetItem(0)->name, u"feet") << "by leaving the program";
 
     const std::vector<std::byte> stored = program.StoredBytes();
     ASSERT_EQ(stored.size(), 900U);
-    std::vector<std::byte> expected(384);
-    const CVelmStringView names(u"Length.cnv\0Area.cnv\0", 20);
-    std::memcpy(expected.data(), names.data(), names.size() * 2);
-    EXPECT_EQ(std::vector<std::byte>(stored.begin(), stored.begin() + 384), expected);
+    std::vector<std::byte> names(384);
+    std::memcpy(names.data(), u"Length.cnv\0Area.cnv", 40);
+    EXPECT_TRUE(std::equal(names.begin(), names.end(), stored.begin()));
     EXPECT_EQ(stored[896], std::byte{1});
 }
 
-TEST(Close, KeepsTheEditsOfTheOpenFile) {
-    RunningProgram program;
-    SaveConversionFile(program, u"Length", {{u"meters"}, {u"feet", 3.28}});
-    ASSERT_TRUE(program.Start());
-    program.Ask([](CVelmFrame& frame) {
-        frame.Document()->GetItem(1)->name = u"international feet";
-        frame.Document()->Touch();
-    });
-    ASSERT_TRUE(program.Close());
-    const auto document = LoadFile(program, u"Length.cnv");
-    ASSERT_NE(document, nullptr);
-    EXPECT_EQ(document->GetItem(1)->name, u"international feet");
-}
-
-TEST(EndOfSession, WritesTheOpenFileAndTheSettings) {
-    RunningProgram program;
-    SaveConversionFile(program, u"Length", {{u"meters"}});
-    ASSERT_TRUE(program.Start());
-    program.Ask([](CVelmFrame& frame) {
-        frame.Document()->GetItem(0)->name = u"metres";
-        frame.Document()->Touch();
-    });
-    EXPECT_EQ(SendMessageW(program.Frame(), WM_QUERYENDSESSION, 0, 0), TRUE);
-    SendMessageW(program.Frame(), WM_ENDSESSION, TRUE, 0);
-    EXPECT_EQ(LoadFile(program, u"Length.cnv")->GetItem(0)->name, u"metres");
-    EXPECT_EQ(StoredNames(program), std::vector<std::string>{"Length.cnv"});
-}
-
-TEST(SelectFile, WritesBackTheFileThatWasOpen) {
-    RunningProgram program;
-    SaveConversionFile(program, u"Length", {{u"meters"}});
-    SaveConversionFile(program, u"Area", {{u"ares"}});
-    program.StoreRecentFiles({u"Length.cnv"});
-    ASSERT_TRUE(program.Start());
-    program.Ask([](CVelmFrame& frame) {
-        frame.Document()->GetItem(0)->name = u"metres";
-        frame.Document()->Touch();
-    });
-    program.Command(ID_QUICK_FILE_FIRST + 1);
-    ASSERT_TRUE(program.Eventually([](CVelmFrame& frame) { return frame.TitleButton().Text() == u"Area"; }));
-    EXPECT_EQ(LoadFile(program, u"Length.cnv")->GetItem(0)->name, u"metres");
-    EXPECT_EQ(program.Ask([](CVelmFrame& frame) { return frame.Catalog().documents.front()->title; }), u"Area");
-}
-
-TEST(SelectFile, StaysWithAFileThatCannotBeWritten) {
-    RunningProgram program;
-    SaveConversionFile(program, u"Length", {{u"meters"}});
-    SaveConversionFile(program, u"Area", {{u"ares"}});
-    program.StoreRecentFiles({u"Length.cnv"});
-    ASSERT_TRUE(program.Start());
-    const CVelmString path = program.DataFolder() + u"Length.cnv";
-    const HANDLE held = CreateFileW(Wide(path), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    program.Ask([](CVelmFrame& frame) { frame.Document()->Touch(); });
-    program.Command(ID_QUICK_FILE_FIRST + 1);
-    const auto box = program.WaitForMessageBox();
-    ASSERT_TRUE(box);
-    EXPECT_EQ(box->Caption(), "Save");
-    EXPECT_NE(box->Text().find("Length.cnv"), std::string::npos) << box->Text();
-    EXPECT_TRUE(box->Press(IDOK));
-    program.Settle();
-    EXPECT_EQ(Title(program), "Length");
-    CloseHandle(held);
-}
-
-TEST(SecondStart, BringsTheFirstWindowToTheFrontAndEnds) {
-    RunningProgram program;
+TEST_F(StartTest, ASecondStartBringsTheFirstWindowToTheFrontAndEnds) {
     ASSERT_TRUE(program.Start());
     const CVelmSingleInstance first(L"Local\\Corvane.Velmora", FRAME_CLASS);
     ASSERT_TRUE(first.IsFirst());
@@ -235,14 +145,13 @@ TEST(SecondStart, BringsTheFirstWindowToTheFrontAndEnds) {
     PROCESS_INFORMATION process{};
     std::wstring path = TEXT(VELMORA_PROGRAM);
     ASSERT_TRUE(CreateProcessW(nullptr, path.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process));
-    EXPECT_EQ(WaitForSingleObject(process.hProcess, 20000), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(process.hProcess, 60000), WAIT_OBJECT_0);
     DWORD status = 1;
     GetExitCodeProcess(process.hProcess, &status);
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
     EXPECT_EQ(status, 0U);
-    EXPECT_TRUE(
-        WaitUntil([&program] { return !IsIconic(program.Frame()) && GetForegroundWindow() == program.Frame(); }));
+    EXPECT_TRUE(WaitUntil([this] { return !IsIconic(program.Frame()) && GetForegroundWindow() == program.Frame(); }));
 }
 
 }  // namespace

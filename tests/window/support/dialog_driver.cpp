@@ -10,11 +10,19 @@
 
 namespace velm::test {
 
-DialogDriver::DialogDriver(RunningProgram& program, WORD command) : program_(program), window_(nullptr) {
-    program.Command(command);
-    window_ = program.WaitForDialog();
-    EXPECT_NE(window_, nullptr) << "no dialog for command " << command;
+DialogDriver::DialogDriver(RunningProgram& program, int command)
+    : DialogDriver(program, (program.Command(command), nullptr)) {}
+
+DialogDriver::DialogDriver(RunningProgram& program, HWND window)
+    : program_(program), window_(window != nullptr ? window : program.WaitForDialog()) {
+    EXPECT_NE(window_, nullptr) << "no dialog opens";
+    EXPECT_TRUE(WaitUntil([&] { return IsChild(window_, program.Focus()) || program.Focus() == window_; }));
     program.Settle();
+}
+
+DialogDriver DialogDriver::Over(int command) const {
+    Command(command);
+    return {program_, WaitForDialog(program_.Thread(), window_)};
 }
 
 std::string DialogDriver::Caption() const {
@@ -25,29 +33,44 @@ std::string DialogDriver::Text(int id) const {
     return ToUtf8(WindowText(Control(id)));
 }
 
-void DialogDriver::SetText(int id, std::string_view text) const {
-    SendMessageW(Control(id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(Wide(FromUtf8(text))));
+Texts DialogDriver::MenuBar() const {
+    Texts titles;
+    const HMENU menu = program_.Ask(
+        [&](CVelmFrame&) { return CommandBar_GetMenu(FindWindowExW(window_, nullptr, L"VlCommandBar", nullptr)); });
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+        std::array<wchar_t, 64> text{};
+        GetMenuStringW(menu, static_cast<UINT>(i), text.data(), static_cast<int>(text.size()), MF_BYPOSITION);
+        titles.push_back(ToUtf8(FromWide(text.data())));
+    }
+    return titles;
+}
+
+void DialogDriver::Fill(const std::vector<std::pair<int, std::string>>& texts) const {
+    for (const auto& [id, text] : texts) {
+        Send(id, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(Wide(FromUtf8(text))));
+    }
+}
+
+bool DialogDriver::IsListBox(int id) const {
+    std::array<wchar_t, 16> name{};
+    GetClassNameW(Control(id), name.data(), static_cast<int>(name.size()));
+    return lstrcmpiW(name.data(), L"ListBox") == 0;
 }
 
 void DialogDriver::Choose(int id, int entry) const {
-    std::array<wchar_t, 16> name{};
-    GetClassNameW(Control(id), name.data(), static_cast<int>(name.size()));
-    const bool isList = lstrcmpiW(name.data(), L"ListBox") == 0;
-    SendMessageW(Control(id), isList ? LB_SETCURSEL : CB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+    const bool isList = IsListBox(id);
+    Send(id, isList ? LB_SETCURSEL : CB_SETCURSEL, static_cast<WPARAM>(entry));
     SendMessageW(window_, WM_COMMAND, MAKEWPARAM(id, isList ? LBN_SELCHANGE : CBN_SELCHANGE),
                  reinterpret_cast<LPARAM>(Control(id)));
 }
 
-std::vector<std::string> DialogDriver::Entries(int id) const {
-    std::array<wchar_t, 16> name{};
-    GetClassNameW(Control(id), name.data(), static_cast<int>(name.size()));
-    const bool isList = lstrcmpiW(name.data(), L"ListBox") == 0;
-    const LRESULT count = SendMessageW(Control(id), isList ? LB_GETCOUNT : CB_GETCOUNT, 0, 0);
-    std::vector<std::string> entries;
-    for (LRESULT i = 0; i < count; ++i) {
+Texts DialogDriver::Entries(int id) const {
+    const bool isList = IsListBox(id);
+    const auto count = static_cast<WPARAM>(Send(id, isList ? LB_GETCOUNT : CB_GETCOUNT));
+    Texts entries;
+    for (WPARAM i = 0; i < count; ++i) {
         std::array<wchar_t, 256> text{};
-        SendMessageW(Control(id), isList ? LB_GETTEXT : CB_GETLBTEXT, static_cast<WPARAM>(i),
-                     reinterpret_cast<LPARAM>(text.data()));
+        Send(id, isList ? LB_GETTEXT : CB_GETLBTEXT, i, reinterpret_cast<LPARAM>(text.data()));
         entries.push_back(ToUtf8(FromWide(text.data())));
     }
     return entries;
@@ -55,62 +78,40 @@ std::vector<std::string> DialogDriver::Entries(int id) const {
 
 void DialogDriver::Focus(int id) const {
     SendMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(id)), TRUE);
+    EXPECT_TRUE(GetsFocus(id));
 }
 
 bool DialogDriver::GetsFocus(int id) const {
     return WaitUntil([this, id] { return program_.Focus() == Control(id); });
 }
 
-std::vector<std::string> DialogDriver::MenuBar() const {
-    std::vector<std::string> titles;
-    program_.Ask([&](CVelmFrame&) {
-        const HMENU menu = CommandBar_GetMenu(FindWindowExW(window_, nullptr, L"VlCommandBar", nullptr));
-        for (int i = 0; i < GetMenuItemCount(menu); ++i) {
-            std::array<wchar_t, 64> text{};
-            GetMenuStringW(menu, static_cast<UINT>(i), text.data(), static_cast<int>(text.size()), MF_BYPOSITION);
-            titles.push_back(ToUtf8(FromWide(text.data())));
-        }
-    });
-    return titles;
-}
-
-void DialogDriver::Command(WORD id) const {
-    const HWND bar = FindWindowExW(window_, nullptr, L"VlCommandBar", nullptr);
-    PostMessageW(bar, WM_COMMAND, id, 0);
+void DialogDriver::Command(int id) const {
+    PostMessageW(FindWindowExW(window_, nullptr, L"VlCommandBar", nullptr), WM_COMMAND, MAKEWPARAM(id, 0), 0);
 }
 
 bool DialogDriver::IsGone() const {
-    return WaitUntil([this] { return !IsWindow(window_); });
-}
-
-bool DialogDriver::Leave(WORD command) const {
-    Command(command);
-    const bool gone = IsGone();
-    if (gone) {
-        program_.Settle();
-    }
+    const bool gone = WaitUntil([this] { return !IsWindow(window_); });
+    program_.Settle();
     return gone;
 }
 
-std::string DialogDriver::Answer(WORD command, int button) const {
+bool DialogDriver::Leave(int command) const {
     Command(command);
-    HWND box = nullptr;
-    if (!WaitUntil([&] {
-            box = program_.WaitForDialog();
-            return box != window_ || !IsWindow(window_);
-        }) ||
-        !IsWindow(window_)) {
-        return {};
-    }
-    const OpenMessageBox message(box);
-    const std::string text = message.Caption() + ": " + message.Text();
-    EXPECT_TRUE(message.Press(button)) << text;
-    program_.Settle();
-    return text;
+    return IsGone();
 }
 
-int DialogDriver::RowCount(int id) const {
-    return static_cast<int>(SendMessageW(Control(id), LVM_GETITEMCOUNT, 0, 0));
+bool DialogDriver::EndsWith(WORD key) const {
+    program_.Key(key);
+    return IsGone();
+}
+
+std::string DialogDriver::Answer(int command, int button) const {
+    Command(command);
+    const HWND box = WaitForDialog(program_.Thread(), window_);
+    const std::string words = box == nullptr ? "" : OpenMessageBox(box).Words();
+    EXPECT_TRUE(box != nullptr && OpenMessageBox(box).Press(button)) << words;
+    program_.Settle();
+    return words;
 }
 
 std::string DialogDriver::RowText(int id, int row, int column) const {
@@ -119,34 +120,34 @@ std::string DialogDriver::RowText(int id, int row, int column) const {
     item.iSubItem = column;
     item.pszText = text.data();
     item.cchTextMax = static_cast<int>(text.size());
-    SendMessageW(Control(id), LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    Send(id, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
     return ToUtf8(FromWide(text.data()));
+}
+
+Texts DialogDriver::Rows(int id) const {
+    Texts rows;
+    for (int row = 0; row < RowCount(id); ++row) {
+        rows.push_back(RowText(id, row));
+    }
+    return rows;
 }
 
 void DialogDriver::TapRow(int id, int row) const {
     RECT area{};
     area.left = LVIR_LABEL;
-    SendMessageW(Control(id), LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&area));
+    Send(id, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&area));
     program_.Tap(Control(id), static_cast<int>(area.left) + 3, static_cast<int>(area.top + area.bottom) / 2);
 }
 
-void DialogDriver::SelectRow(int id, int row) const {
-    LVITEMW item{};
-    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-    item.state = item.stateMask;
-    SendMessageW(Control(id), LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-}
-
 bool DialogDriver::IsTicked(int id, int row) const {
-    return SendMessageW(Control(id), LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_STATEIMAGEMASK) ==
-           INDEXTOSTATEIMAGEMASK(2);
+    return Send(id, LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_STATEIMAGEMASK) == INDEXTOSTATEIMAGEMASK(2);
 }
 
-void DialogDriver::TickRow(int id, int row, bool on) const {
+void DialogDriver::SetState(int id, int row, UINT mask, UINT state) const {
     LVITEMW item{};
-    item.stateMask = LVIS_STATEIMAGEMASK;
-    item.state = INDEXTOSTATEIMAGEMASK(on ? 2U : 1U);
-    SendMessageW(Control(id), LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    item.stateMask = mask;
+    item.state = state;
+    Send(id, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
 }
 
 }  // namespace velm::test

@@ -6,34 +6,49 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "support/running_program.h"
 
 namespace velm::test {
 
+using Texts = std::vector<std::string>;
+
 /// A dialog of the running program, and a user at it.
 class DialogDriver {
 public:
     /// Gives the program a command and waits for its dialog.
-    DialogDriver(RunningProgram& program, WORD command);
+    DialogDriver(RunningProgram& program, int command);
 
-    /// A dialog that is open already.
-    DialogDriver(RunningProgram& program, HWND window) : program_(program), window_(window) {}
+    /// A dialog that is open already, or comes before long.
+    DialogDriver(RunningProgram& program, HWND window);
+
+    /// The dialog that opens over this one upon a command of its menu bar.
+    DialogDriver Over(int command) const;
 
     HWND Window() const { return window_; }
     HWND Control(int id) const { return GetDlgItem(window_, id); }
+    LRESULT Send(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+        return SendMessageW(Control(id), message, wParam, lParam);
+    }
 
-    /// What the dialog's caption reads.
     std::string Caption() const;
     std::string Text(int id) const;
 
-    /// Writes over what a box holds, as if it were pasted: the box's own limit does not apply.
-    void SetText(int id, std::string_view text) const;
+    /// The titles on the menu bar.
+    Texts MenuBar() const;
+
+    /// Writes over what boxes hold, as if it were pasted: a box's own limit does not apply.
+    void Fill(const std::vector<std::pair<int, std::string>>& texts) const;
 
     /// Chooses an entry of a drop-down box or a row of a list box by its number.
     void Choose(int id, int entry) const;
-    std::vector<std::string> Entries(int id) const;
+    Texts Entries(int id) const;
+
+    /// Taps a check box.
+    void Click(int id) const { Send(id, BM_CLICK); }
+    bool IsChecked(int id) const { return Send(id, BM_GETCHECK) == BST_CHECKED; }
 
     void Focus(int id) const;
 
@@ -41,32 +56,33 @@ public:
     bool GetsFocus(int id) const;
     bool IsVisible(int id) const { return IsWindowVisible(Control(id)) != FALSE; }
 
-    /// The titles on the menu bar.
-    std::vector<std::string> MenuBar() const;
-
     /// Taps a title of the menu bar.
-    void Command(WORD id) const;
+    void Command(int id) const;
 
-    /// Taps OK or Cancel. True when the dialog is gone then.
+    /// Taps OK or Cancel, or presses a key. True when the dialog is gone then.
     bool Ok() const { return Leave(IDOK); }
     bool Cancel() const { return Leave(IDCANCEL); }
+    bool EndsWith(WORD key) const;
 
-    /// Waits until the dialog is gone; false when it stays.
-    bool IsGone() const;
-
-    /// Gives a command and answers the message box that comes: "caption: text". Empty when none comes.
-    std::string Answer(WORD command, int button = IDOK) const;
+    /// Gives a command and answers the message box that comes; what it said, or nothing when none comes.
+    std::string Answer(int command, int button = IDOK) const;
 
     // The rows of a list view.
-    int RowCount(int id) const;
+    int RowCount(int id) const { return static_cast<int>(Send(id, LVM_GETITEMCOUNT)); }
     std::string RowText(int id, int row, int column = 0) const;
+    Texts Rows(int id) const;
     void TapRow(int id, int row) const;
-    void SelectRow(int id, int row) const;
+    void SelectRow(int id, int row) const { SetState(id, row, LVIS_SELECTED | LVIS_FOCUSED, ~0U); }
     bool IsTicked(int id, int row) const;
-    void TickRow(int id, int row, bool on) const;
+    void TickRow(int id, int row, bool on) const {
+        SetState(id, row, LVIS_STATEIMAGEMASK, INDEXTOSTATEIMAGEMASK(on ? 2U : 1U));
+    }
 
 private:
-    bool Leave(WORD command) const;
+    bool Leave(int command) const;
+    bool IsGone() const;
+    bool IsListBox(int id) const;
+    void SetState(int id, int row, UINT mask, UINT state) const;
 
     RunningProgram& program_;
     HWND window_;

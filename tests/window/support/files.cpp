@@ -52,19 +52,12 @@ std::unique_ptr<CVelmDocument> LoadFile(const RunningProgram& program, CVelmStri
     return document != nullptr && document->Load(program.DataFolder(), true, bare) ? std::move(document) : nullptr;
 }
 
-std::string ReadBytes(const RunningProgram& program, CVelmStringView name) {
-    const auto file = SystemFiles().Open(program.DataFolder() + CVelmString(name), FileMode::Read);
-    std::string bytes(file ? static_cast<std::size_t>(file->Size().value_or(0)) : 0, '\0');
-    if (file) {
-        EXPECT_EQ(file->Read(bytes.data(), bytes.size()), static_cast<std::int64_t>(bytes.size()));
-    }
-    return bytes;
+Bytes ReadBytes(const RunningProgram& program, CVelmStringView name) {
+    return program.Folder().Read(u"Conversions\\" + CVelmString(name));
 }
 
 void WriteBytes(const RunningProgram& program, CVelmStringView name, std::string_view bytes) {
-    const auto file = SystemFiles().Open(program.DataFolder() + CVelmString(name), FileMode::Write);
-    ASSERT_NE(file, nullptr) << "cannot write " << ToUtf8(name);
-    EXPECT_EQ(file->Write(bytes.data(), bytes.size()), static_cast<std::int64_t>(bytes.size()));
+    program.Folder().WriteText(u"Conversions\\" + CVelmString(name), bytes);
 }
 
 }  // namespace velm::test

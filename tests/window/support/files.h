@@ -31,7 +31,7 @@ void SaveCalculationFile(const RunningProgram& program, CVelmStringView title,
 std::unique_ptr<CVelmDocument> LoadFile(const RunningProgram& program, CVelmStringView name);
 
 /// The bytes of a file of the data folder; empty when there is none.
-std::string ReadBytes(const RunningProgram& program, CVelmStringView name);
+Bytes ReadBytes(const RunningProgram& program, CVelmStringView name);
 
 /// Writes a file of the data folder as it stands.
 void WriteBytes(const RunningProgram& program, CVelmStringView name, std::string_view bytes);

@@ -1,8 +1,5 @@
 #include "support/picture.h"
 
-#include <algorithm>
-#include <ostream>
-
 #include "app/gdi.h"
 
 namespace velm::test {
@@ -57,12 +54,6 @@ int Picture::Count(const RECT& area, COLORREF color) const {
 
 bool Picture::IsAll(const RECT& area, COLORREF color) const {
     return Count(area, color) == velm::Width(area) * velm::Height(area);
-}
-
-void PrintTo(const Picture& picture, std::ostream* out) {
-    const RECT all{0, 0, picture.Width(), picture.Height()};
-    *out << picture.Width() << " x " << picture.Height() << " pixels, " << picture.Count(all, RGB(255, 255, 255))
-         << " of them white";
 }
 
 }  // namespace velm::test

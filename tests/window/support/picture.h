@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <iosfwd>
 #include <vector>
 
 namespace velm::test {
@@ -30,8 +29,5 @@ private:
     int height_ = 0;
     std::vector<COLORREF> pixels_;
 };
-
-/// Sizes and the number of white pixels: enough for a failed comparison to say something.
-void PrintTo(const Picture& picture, std::ostream* out);
 
 }  // namespace velm::test

@@ -8,38 +8,23 @@
 
 namespace velm::test {
 
-/// One entry of an open menu, as the user sees it: access keys are left out of the text.
-struct MenuEntry {
-    std::string text;
-    bool enabled = true;
-    bool checked = false;
-    bool separator = false;
-
-    bool operator==(const MenuEntry&) const = default;
-};
-void PrintTo(const MenuEntry& entry, std::ostream* out);
-
 /// A popup menu on the screen.
 class OpenMenu {
 public:
     OpenMenu(HWND window, HMENU menu) : window_(window), menu_(menu) {}
 
     HWND Window() const { return window_; }
-    std::vector<MenuEntry> Entries() const;
 
-    /// The texts alone; "-" for a separator.
-    std::vector<std::string> Texts() const;
+    /// The entries as the user sees them, without access keys: "*Length, Area, -, (Paste)" has a check mark before
+    /// the first, a line before the last, which is disabled.
+    std::string Words() const;
 
-    /// Nothing when there is no such entry.
-    std::optional<MenuEntry> Find(const std::string& text) const;
-
-    /// Walks to the entry with the arrow keys and presses Enter. False when there is no such entry.
+    /// Taps the entry of that text and waits until the menu is gone. False when there is no such entry or it stays.
     bool Choose(const std::string& text) const;
     void Close() const;
 
 private:
-    bool IsChosen(const std::string& text) const;
-    void Press(WORD key) const;
+    bool IsGone() const;
 
     HWND window_;
     HMENU menu_;
@@ -50,11 +35,8 @@ class OpenMessageBox {
 public:
     explicit OpenMessageBox(HWND window) : window_(window) {}
 
-    std::string Caption() const;
-    std::string Text() const;
-
-    /// IDI_QUESTION, IDI_INFORMATION, IDI_ERROR, IDI_WARNING; null for none.
-    const wchar_t* Icon() const;
+    /// "Caption: text", with the icon's sign before it: ? for a question, i for information, x for an error.
+    std::string Words() const;
 
     /// Presses the button of that identifier (IDOK, IDYES, IDNO) and waits until the box is gone. False when it stays.
     bool Press(int button) const;
@@ -66,11 +48,11 @@ private:
 /// The visible windows of a thread that are of a class, topmost first.
 std::vector<HWND> ThreadWindows(DWORD thread, const wchar_t* className);
 
-/// The menu that opened last, within a few seconds; nothing when none opens.
+/// The menu that opened last; nothing when none opens.
 std::optional<OpenMenu> WaitForMenu(DWORD thread);
 
-/// The same for a message box or dialog.
+/// The topmost dialog or message box, other than the one below it; null when none opens.
+HWND WaitForDialog(DWORD thread, HWND below = nullptr);
 std::optional<OpenMessageBox> WaitForMessageBox(DWORD thread);
-HWND WaitForDialog(DWORD thread);
 
 }  // namespace velm::test

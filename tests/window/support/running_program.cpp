@@ -8,7 +8,6 @@
 #include "app/wide_text.h"
 #include "platform/services.h"
 #include "resource.h"
-#include "support/waiting.h"
 
 namespace velm::test {
 namespace {
@@ -58,14 +57,6 @@ RunningProgram::RunningProgram()
 RunningProgram::~RunningProgram() {
     Close();
     RegDeleteTreeW(HKEY_CURRENT_USER, Wide(keyPath_));
-}
-
-CVelmString RunningProgram::ProgramFolder() const {
-    return WithSeparator(folder_.Path());
-}
-
-CVelmString RunningProgram::DataFolder() const {
-    return ProgramFolder() + u"Conversions\\";
 }
 
 void RunningProgram::StoreSettings(const std::function<void(CVelmSettings&)>& change) const {
@@ -149,10 +140,6 @@ void RunningProgram::Call(const std::function<void()>& function) const {
     ASSERT_TRUE(sent != 0 && answered == 1) << "the program's thread does not answer";
 }
 
-bool RunningProgram::Eventually(const std::function<bool(CVelmFrame&)>& condition) {
-    return WaitUntil([&] { return Ask(condition); });
-}
-
 void RunningProgram::Settle() {
     const HANDLE reached = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     for (int round = 0; round < SETTLE_ROUNDS; ++round) {
@@ -180,48 +167,52 @@ void RunningProgram::Tap(HWND window, int x, int y) const {
     PenUp(window, x, y);
 }
 
+void RunningProgram::Tap(HWND window, const RECT& area) const {
+    Tap(window, static_cast<int>(area.left + area.right) / 2, static_cast<int>(area.top + area.bottom) / 2);
+}
+
 void RunningProgram::RightClick(HWND window, int x, int y) const {
     PostMessageW(window, WM_RBUTTONDOWN, MK_RBUTTON, Place(x, y));
     PostMessageW(window, WM_RBUTTONUP, 0, Place(x, y));
 }
 
 void RunningProgram::Wheel(int distance) const {
-    PostMessageW(Focus(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(distance)), 0);
+    Post(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(distance)), 0);
+}
+
+void RunningProgram::Post(UINT message, WPARAM wParam, LPARAM lParam) const {
+    PostMessageW(WaitUntil([this] { return Focus(); }), message, wParam, lParam);
 }
 
 void RunningProgram::Key(WORD key, WORD held) {
-    const auto hold = [this, held](bool down) {
-        Call([held, down] {
+    const auto hold = [this, held](BYTE state) {
+        Call([held, state] {
             std::array<BYTE, 256> keys{};
             GetKeyboardState(keys.data());
-            keys[held] = down ? 0x80 : 0;
+            keys[held] = state;
             SetKeyboardState(keys.data());
         });
     };
     if (held != 0) {
-        hold(true);
+        hold(0x80);
     }
     const bool alt = held == VK_MENU;
     const LPARAM context = alt ? LPARAM{1} << 29 : 0;
-    PostMessageW(Focus(), alt ? WM_SYSKEYDOWN : WM_KEYDOWN, key, context | 1);
-    PostMessageW(Focus(), alt ? WM_SYSKEYUP : WM_KEYUP, key, context | static_cast<LPARAM>(0xC0000001));
+    Post(alt ? WM_SYSKEYDOWN : WM_KEYDOWN, key, context | 1);
+    Post(alt ? WM_SYSKEYUP : WM_KEYUP, key, context | static_cast<LPARAM>(0xC0000001));
+    Settle();
     if (held != 0) {
-        if (alt) {
-            WaitUntil([this] { return !ThreadWindows(threadId_, L"#32768").empty(); }, std::chrono::milliseconds(200));
-        } else {
-            Settle();
-        }
-        hold(false);
+        hold(0);
     }
 }
 
 void RunningProgram::Type(std::string_view text) const {
     for (const char16_t unit : FromUtf8(text)) {
-        PostMessageW(Focus(), WM_CHAR, unit, 1);
+        Post(WM_CHAR, unit, 1);
     }
 }
 
-void RunningProgram::Command(WORD id) const {
+void RunningProgram::Command(int id) const {
     PostMessageW(window_, WM_COMMAND, MAKEWPARAM(id, 0), 0);
 }
 
@@ -242,11 +233,37 @@ void RunningProgram::Resize(int width, int height) {
     Settle();
 }
 
+bool RunningProgram::Choose(const std::string& entry) {
+    const auto menu = WaitForMenu();
+    const bool chosen = menu && menu->Choose(entry);
+    Settle();
+    return chosen;
+}
+
+std::string RunningProgram::Answer(int button) {
+    const auto box = WaitForMessageBox();
+    const std::string words = box ? box->Words() : "";
+    EXPECT_TRUE(box && box->Press(button)) << words;
+    Settle();
+    return words;
+}
+
 RECT PlaceOf(HWND window) {
     RECT area{};
     GetWindowRect(window, &area);
     MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&area), 2);
     return area;
+}
+
+RECT ClientOf(HWND window) {
+    RECT area{};
+    GetClientRect(window, &area);
+    return area;
+}
+
+std::string Words(const RECT& area) {
+    return std::to_string(area.left) + "," + std::to_string(area.top) + " to " + std::to_string(area.right) + "," +
+           std::to_string(area.bottom);
 }
 
 }  // namespace velm::test

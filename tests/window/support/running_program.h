@@ -15,6 +15,7 @@
 #include "settings/settings.h"
 #include "support/popups.h"
 #include "support/temporary_folder.h"
+#include "support/waiting.h"
 
 namespace velm::test {
 
@@ -31,8 +32,9 @@ public:
     RunningProgram& operator=(const RunningProgram&) = delete;
 
     /// The data folder, with a separator behind it. The program's own folder is the one above it.
-    CVelmString DataFolder() const;
-    CVelmString ProgramFolder() const;
+    CVelmString DataFolder() const { return folder_.PathOf(u"Conversions\\"); }
+    CVelmString ProgramFolder() const { return folder_.Path(); }
+    const TemporaryFolder& Folder() const { return folder_; }
 
     /// What the next start finds in the registry, and what is there now.
     void StoreSettings(const std::function<void(CVelmSettings&)>& change) const;
@@ -68,7 +70,9 @@ public:
     }
 
     /// Waits until a condition, asked on the program's thread, holds. False when it does not hold in time.
-    bool Eventually(const std::function<bool(CVelmFrame&)>& condition);
+    bool Eventually(const std::function<bool(CVelmFrame&)>& condition) {
+        return WaitUntil([&] { return Ask(condition); });
+    }
 
     /// Waits until the program has done everything that is in its queue, painting included.
     void Settle();
@@ -78,17 +82,19 @@ public:
     void PenMove(HWND window, int x, int y) const;
     void PenUp(HWND window, int x, int y) const;
     void Tap(HWND window, int x, int y) const;
+    void Tap(HWND window, const RECT& area) const;
     void RightClick(HWND window, int x, int y) const;
     void Wheel(int distance) const;
 
-    /// A key pressed and released in the window that has the focus, with VK_CONTROL, VK_SHIFT or VK_MENU held.
+    /// A key pressed and released in the window that has the focus, with VK_CONTROL, VK_SHIFT or VK_MENU held; waits
+    /// for what it does.
     void Key(WORD key, WORD held = 0);
     void Type(std::string_view text) const;
 
     /// A command as a menu sends it.
-    void Command(WORD id) const;
+    void Command(int id) const;
 
-    /// The window that has the focus.
+    /// The window that has the focus; null while the screen has not given it to one.
     HWND Focus() const;
 
     /// Makes the client area as large as given, the command bar included, and waits for the layout.
@@ -98,9 +104,18 @@ public:
     std::optional<OpenMessageBox> WaitForMessageBox() const { return test::WaitForMessageBox(threadId_); }
     HWND WaitForDialog() const { return test::WaitForDialog(threadId_); }
 
+    /// Chooses from the menu that is open or opens, and waits for what that does. False when there is no such entry.
+    bool Choose(const std::string& entry);
+
+    /// Answers the message box that is open or opens; what it said, as OpenMessageBox has it.
+    std::string Answer(int button = IDOK);
+
+    bool IsAsking() const { return !ThreadWindows(threadId_, L"#32770").empty(); }
+
 private:
     void Run(HANDLE started);
     void Call(const std::function<void()>& function) const;
+    void Post(UINT message, WPARAM wParam, LPARAM lParam) const;
 
     TemporaryFolder folder_;
     CVelmString keyPath_;
@@ -113,7 +128,11 @@ private:
     int exitStatus_ = -1;
 };
 
-/// Where a window lies in its parent's client area.
+/// Where a window lies in its parent's client area, and its own client area.
 RECT PlaceOf(HWND window);
+RECT ClientOf(HWND window);
+
+/// "left,top to right,bottom"
+std::string Words(const RECT& area);
 
 }  // namespace velm::test

@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <chrono>
 #include <functional>
 #include <vector>
 
@@ -10,15 +9,6 @@
 #include "support/waiting.h"
 
 namespace velm::test {
-
-/// Registers the program's window class for as long as a test makes windows of its own.
-class WindowClass {
-public:
-    WindowClass() { RegisterWindowClass(GetModuleHandleW(nullptr)); }
-    ~WindowClass() { UnregisterClassW(WINDOW_CLASS, GetModuleHandleW(nullptr)); }
-    WindowClass(const WindowClass&) = delete;
-    WindowClass& operator=(const WindowClass&) = delete;
-};
 
 /// A command as a window received it.
 struct ReceivedCommand {
@@ -31,19 +21,24 @@ struct ReceivedCommand {
 
 /// A window of the test's own thread, 200 x 100 at (40, 40) of the screen, that keeps the commands it receives and
 /// hands other messages to `handler` first.
-class TestWindow : private WindowClass, public CVelmWindow {
+class TestWindow : public CVelmWindow {
 public:
-    TestWindow() { Create(WS_POPUP | WS_VISIBLE, 40, 40, 200, 100, nullptr, 0, L""); }
+    TestWindow() {
+        RegisterWindowClass(GetModuleHandleW(nullptr));
+        Create(WS_POPUP | WS_VISIBLE, 40, 40, 200, 100, nullptr, 0, L"");
+    }
+    ~TestWindow() override {
+        handler = nullptr;
+        DestroyWindow(Handle());
+        UnregisterClassW(WINDOW_CLASS, GetModuleHandleW(nullptr));
+    }
 
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
         if (message == WM_COMMAND) {
             commands.push_back({LOWORD(wParam), HIWORD(wParam), lParam});
             return 0;
         }
-        if (handler && handler(message, wParam, lParam)) {
-            return 0;
-        }
-        return CVelmWindow::WindowProc(message, wParam, lParam);
+        return handler && handler(message, wParam, lParam) ? TRUE : CVelmWindow::WindowProc(message, wParam, lParam);
     }
 
     std::function<bool(UINT, WPARAM, LPARAM)> handler;
@@ -51,16 +46,14 @@ public:
 };
 
 /// Dispatches the messages of the test's own thread until the condition holds.
-inline bool PumpUntil(const std::function<bool()>& condition, std::chrono::milliseconds patience = PATIENCE) {
-    return WaitUntil(
-        [&condition] {
-            MSG message{};
-            while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-                DispatchMessageW(&message);
-            }
-            return condition();
-        },
-        patience);
+template <typename Condition>
+bool PumpUntil(Condition condition) {
+    return WaitUntil([&condition] {
+        for (MSG message{}; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);) {
+            DispatchMessageW(&message);
+        }
+        return condition();
+    });
 }
 
 /// Dispatches what is in the queue now.

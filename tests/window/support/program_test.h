@@ -1,0 +1,75 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/dialog_driver.h"
+#include "support/files.h"
+#include "support/running_program.h"
+
+namespace velm::test {
+
+/// Something that a user does, in the words of ProgramTest::Do, and what is to be seen then.
+struct Step {
+    std::string act;
+    std::string seen;
+    const char* why = "";
+};
+
+/// A user at the program.
+class ProgramTest : public testing::Test {
+protected:
+    /// Starts the program on a file of miles, kilometers and yards, or on meters and feet.
+    void StartDistances();
+    void StartLength();
+
+    CVelmDocument& Document();
+    CVelmConversionDoc& Conversions() { return static_cast<CVelmConversionDoc&>(Document()); }
+    CVelmItem& Item(int row);
+
+    // What the frame shows: the title, the rows as "miles=1, kilometers=1.609344", and of the list its first visible
+    // row, the number of visible ones and the selected one as "0/3/2".
+    std::string Title();
+    std::string Rows();
+    std::string ListState();
+
+    /// What the value entry panel shows of the selected item, and the item's value: "2+3 = 5", "5+ = none (error)".
+    /// With pickers both sides are dates. Nothing while the panel is hidden.
+    std::string Entry();
+
+    /// The captions of the panel's tabs, the selected one in brackets.
+    std::string Tabs();
+
+    /// Allows formats for the item of a row and selects the row anew.
+    void Allow(int row, std::uint32_t formats, std::uint32_t inputFormat);
+
+    /// Gives the item of a row a value, as though it had been entered, and selects the row anew.
+    void Give(int row, double value);
+
+    void Select(int row);
+    void TapRow(int row);
+    void TapFormatButton(int row);
+
+    /// Does one thing after the other: acts are separated by "; ".
+    ///   type TEXT, enter TEXT (in the place of what the editor shows), press KEY, paste TEXT, accept, restore,
+    ///   tab CAPTION, pick 2020-02-29, pick 23:59:58, row N, give VALUE (to the selected item), wait (for the commit of
+    ///   what was edited), focus list, focus panel
+    void Do(const std::string& acts);
+
+    /// Does the steps; what is to be seen after each is Entry, unless `look` says something else.
+    void Play(const std::vector<Step>& steps, const std::function<std::string()>& look = nullptr);
+
+    void PutOnClipboard(CVelmStringView text);
+    void EmptyTheClipboard();
+
+    RunningProgram program;
+
+private:
+    void Act(const std::string& verb, const std::string& rest);
+    void WaitForCommit();
+    void Pick(const std::string& text);
+};
+
+}  // namespace velm::test
