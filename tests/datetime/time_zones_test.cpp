@@ -6,6 +6,7 @@
 
 #include "datetime/date_time.h"
 #include "support/fixed_clock.h"
+#include "support/table.h"
 
 namespace velm {
 namespace {
@@ -48,6 +49,35 @@ TEST(TimeZones, OffsetsFollowTheSeason) {
             EXPECT_TRUE(ToUtc(zone, value));
             EXPECT_NEAR(value, utc, SECOND / 10) << "zone " << zone << " and back";
         }
+    }
+}
+
+/// The hours of 2004 after which a zone's daylight time begins or ends: "4/4 2 10/31 2".
+std::string ChangesOf2004(const TimeZoneRow& row) {
+    std::string changes;
+    bool was = IsDaylightTime(row, At(2004, 1, 1));
+    for (int hour = 0; hour < 366 * 24; ++hour) {
+        const DateTime date = DateTime::FromFields(2004, 1, 1 + hour / 24, hour % 24);
+        if (IsDaylightTime(row, date.value + SECOND) != was) {
+            was = !was;
+            const DateTime shown = DateTime::FromValue(date.value);
+            changes += (changes.empty() ? "" : " ") + std::to_string(shown.month) + "/" + std::to_string(shown.day) +
+                       " " + std::to_string(hour % 24);
+        }
+    }
+    return changes;
+}
+
+TEST(TimeZones, AreThoseOfTheTable) {
+    const auto rows = test::ReadTable(VELMORA_TESTS "/datetime/zones.txt");
+    ASSERT_EQ(rows.size(), TimeZones().size());
+    for (const auto& row : rows) {
+        const TimeZoneRow* zone = FindTimeZone(std::stoi(row.at(0)));
+        ASSERT_NE(zone, nullptr) << row.at(0);
+        double standard = 0.0;
+        EXPECT_TRUE(FromUtc(zone->code + 1000, standard));
+        EXPECT_NEAR(standard * 24, std::stod(row.at(1)), 1e-4) << row.at(0);
+        EXPECT_EQ(ChangesOf2004(*zone), row.at(2)) << row.at(0);
     }
 }
 

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
@@ -24,42 +23,13 @@ double DoubleAt(Input input, std::size_t index) {
     return value;
 }
 
-void RequireReadsBack(const CVelmString& text, double value) {
-    if (!std::isfinite(value)) {
-        return;
-    }
-    const double magnitude = std::fabs(value);
-    const double tolerance = std::max(magnitude, magnitude >= 0.001 && magnitude < 1 ? 1.0 : 0.0) * 6e-12;
-    Require(std::fabs(std::strtod(ToUtf8(text).c_str(), nullptr) - value) <= tolerance + 1e-320,
-            "a number reads back within twelve digits");
-}
-
-void RequireBaseReadsBack(const CVelmValueFormat& format, char16_t suffix, FormulaContext& context, double value) {
-    CVelmString text = ToLowerAscii(format.FormatValueForInput(value));
-    if (text.empty()) {
-        return;
-    }
-    if (text[0] >= u'a') {
-        text.insert(0, u"0");
-    }
-    double read = 0;
-    Require(format.ParseValueText(text + suffix, context, read), "a number base reads back");
-    Require(read == (value < 0 ? value + 4294967296.0 : value), "a number base reads back as the same 32 bits");
-}
-
-void WriteInEveryFormat(CVelmValueFormat format, FormulaContext& context, double value) {
+void WriteInEveryFormat(CVelmValueFormat format, double value) {
     const FixedLocale locale;
     for (std::uint32_t code = 1; code <= 2 * FMT_CURRENCY; code <<= 1) {
         format.displayFormat = code;
         format.inputFormat = code;
         Require(format.FormatValue(value, locale).size() < LONGEST_TEXT, "a shown text is short");
         Require(format.FormatValueForInput(value).size() < LONGEST_TEXT, "a typed text is short");
-    }
-    format.inputFormat = FMT_DECIMAL;
-    RequireReadsBack(format.FormatValueForInput(value), value);
-    for (const auto& [code, suffix] : {std::pair(FMT_HEX, u'h'), {FMT_OCTAL, u'o'}, {FMT_BINARY, u'b'}}) {
-        format.inputFormat = code;
-        RequireBaseReadsBack(format, suffix, context, value);
     }
     std::array<CVelmString, COMPOUND_PARTS> texts;
     const int parts = format.SplitCompound(value, texts);
@@ -82,13 +52,13 @@ void Try(Input input) {
 
     const FixedClock clock;
     FormulaContext context(clock);
-    WriteInEveryFormat(format, context, value);
-    WriteInEveryFormat(format, context, std::trunc(value));
+    WriteInEveryFormat(format, value);
+    WriteInEveryFormat(format, std::trunc(value));
 
     double read = 0;
     if (format.ParseValueText(FromUtf8(Characters(input.subspan(HEADER))), context, read)) {
         Require(!std::isnan(read), "what was read is a number");
-        WriteInEveryFormat(format, context, read);
+        WriteInEveryFormat(format, read);
     }
 }
 

@@ -17,33 +17,26 @@ TEST(EntryCheck, IdentifiersAndFormulasOfItems) {
     const struct {
         const CVelmDocument& document;
         EntryFault fault;
-        std::vector<CVelmString> identifiers;
-    } identifierCases[] = {
-        {calculation, EntryFault::None, {u"", u"total", u"T2", u"sum_of", u"sin"}},
-        {calculation, EntryFault::IdentifierIsNoName, {u"two words", u"2nd", u"a+b", u"f(x)", u"1", u" "}},
-        {calculation, EntryFault::IdentifierIsBuiltIn, {u"PI"}},
-        {calculation, EntryFault::IdentifierIsTaken, {u"Bill"}},
-        {*conversion, EntryFault::None, {u"sq. ft/2", u"pi", u"MB"}},
-        {*conversion, EntryFault::IdentifierIsTaken, {u"Mb"}},
+        bool isOutput;
+        std::vector<CVelmString> entries;  ///< identifiers, or formulas of outputs
+    } cases[] = {
+        {calculation, EntryFault::None, false, {u"", u"total", u"T2", u"sum_of", u"sin"}},
+        {calculation, EntryFault::IdentifierIsNoName, false, {u"two words", u"2nd", u"a+b", u"f(x)", u"1", u" "}},
+        {calculation, EntryFault::IdentifierIsBuiltIn, false, {u"PI"}},
+        {calculation, EntryFault::IdentifierIsTaken, false, {u"Bill"}},
+        {*conversion, EntryFault::None, false, {u"sq. ft/2", u"pi", u"MB"}},
+        {*conversion, EntryFault::IdentifierIsTaken, false, {u"Mb"}},
+        {calculation, EntryFault::None, true, {u"bill*2", u"Unknown + 1", u"[5 3]", u"{2000-01-01}+1"}},
+        {calculation, EntryFault::FormulaDoesNotParse, true, {u"", u" ", u"(1", u"1 2", u"1+", u"a $ b"}},
     };
-    for (const auto& [document, fault, identifiers] : identifierCases) {
-        for (const CVelmString& identifier : identifiers) {
-            EXPECT_EQ(CheckItemEntry(document, added, {identifier, u"", false}, services.clock), fault)
-                << ToUtf8(identifier);
+    for (const auto& [document, fault, isOutput, entries] : cases) {
+        for (const CVelmString& entry : entries) {
+            const CVelmItemEntry typed{isOutput ? u"total" : entry, isOutput ? entry : u"", isOutput};
+            EXPECT_EQ(CheckItemEntry(document, added, typed, services.clock), fault) << ToUtf8(entry);
         }
     }
     const CVelmItem& bill = *calculation.GetItem(0);
     EXPECT_EQ(CheckItemEntry(calculation, bill, {u"bill", u"", false}, services.clock), EntryFault::None);
-
-    const std::pair<EntryFault, std::vector<CVelmString>> formulaCases[] = {
-        {EntryFault::None, {u"bill*2", u"Unknown + 1", u"[5 3]", u"{2000-01-01}+1"}},
-        {EntryFault::FormulaDoesNotParse, {u"", u" ", u"(1", u"1 2", u"1+", u"a $ b"}}};
-    for (const auto& [fault, formulas] : formulaCases) {
-        for (const CVelmString& formula : formulas) {
-            EXPECT_EQ(CheckItemEntry(calculation, added, {u"total", formula, true}, services.clock), fault)
-                << ToUtf8(formula);
-        }
-    }
 }
 
 TEST(EntryCheck, FactorsAndFormulasOfConversions) {

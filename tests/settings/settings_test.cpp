@@ -83,10 +83,10 @@ TEST(Settings, EachEmptyFieldFallsBackAloneAndTextsWithoutEndsAreEnded) {
     ExpectSettings(Load(store), "A.cnv|", DEFAULT_FOLDER, DEFAULT_URL);
 
     stored = {};
-    SetField(stored.dataFolder, u"elsewhere");
+    SetField(stored.dataFolder, u"e");
     SetField(stored.updateUrl, u"http://mine/list.txt");
     SaveSettings(stored, store);
-    ExpectSettings(Load(store), DEFAULT_NAMES, WithSeparator(u"elsewhere"), "http://mine/list.txt");
+    ExpectSettings(Load(store), DEFAULT_NAMES, WithSeparator(u"e"), "http://mine/list.txt");
 
     Fill(stored.openFiles, CVelmString(192, u'x'));
     Fill(stored.dataFolder, CVelmString(128, u'd'));
