@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "formula/evaluate.h"
+#include "formula/tokenizer.h"
 #include "platform/saturate.h"
 #include "support/table.h"
 
@@ -14,7 +15,7 @@ namespace velm::test {
 namespace {
 
 TEST(Formula, GivesTheValuesOfTheTableOrFailsWithoutTouchingTheResult) {
-    for (auto row : ReadTable(VELMORA_TESTS "/formula/values.txt")) {
+    for (const auto& row : ReadTable(VELMORA_TESTS "/formula/values.txt")) {
         Evaluator evaluate;
         evaluate.context.BindX(4);
         const CVelmString text = FromUtf8(row.at(0));
@@ -24,12 +25,18 @@ TEST(Formula, GivesTheValuesOfTheTableOrFailsWithoutTouchingTheResult) {
         double ofFormula = 42.0;
         EXPECT_EQ(EvaluateFormula(evaluate.context, text, ofText), !fails) << row.at(0);
         EXPECT_EQ(CVelmFormula(text).Evaluate(evaluate.context, ofFormula), !fails) << row.at(0);
+        EXPECT_TRUE(fails || CVelmFormula(text).Parses()) << row.at(0);
         EXPECT_DOUBLE_EQ(ofText, expected) << row.at(0);
         EXPECT_DOUBLE_EQ(ofFormula, expected) << row.at(0);
     }
     Evaluator evaluate;
     EXPECT_EQ(evaluate(u""), std::nullopt);
     EXPECT_EQ(evaluate(u"  "), std::nullopt);
+    EXPECT_EQ(evaluate(Repeat(u"0", TOKEN_MAX_LENGTH - 1) + u"1"), 1.0) << "only a token's length is bounded";
+    EXPECT_EQ(evaluate(Repeat(u"0", TOKEN_MAX_LENGTH) + u"1"), std::nullopt);
+    EXPECT_TRUE(DefineVariable(evaluate.context, Repeat(u"v", TOKEN_MAX_LENGTH), 7));
+    EXPECT_EQ(evaluate(Repeat(u"v", TOKEN_MAX_LENGTH)), 7.0);
+    EXPECT_EQ(evaluate(Repeat(u"v", TOKEN_MAX_LENGTH + 1)), std::nullopt);
     for (const double unusable : {2e301, std::numeric_limits<double>::infinity(), std::nan("")}) {
         evaluate.context.BindX(unusable);
         DefineVariable(evaluate.context, u"y", unusable);

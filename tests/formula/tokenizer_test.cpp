@@ -9,23 +9,6 @@
 namespace velm {
 namespace {
 
-TEST(Tokenizer, SplitsIntoNamesNumberWordsAndSingleCharacters) {
-    const std::pair<CVelmStringView, CVelmStringView> cases[] = {{u"2+3 * x_1", u"2|+|3|*|x_1|"},
-                                                                 {u"\t1e-5\r\n2.5e-3 0ffh ", u"1e-5|2.5e-3|0ffh|"},
-                                                                 {u"1e+5", u"1e|+|5|"},
-                                                                 {u"1-2 x-1 .5.5", u"1|-|2|x|-|1|.5.5|"},
-                                                                 {u"\u00B2\u00E9(,", u"\u00B2|\u00E9|(|,|"},
-                                                                 {u" \n", u""}};
-    for (const auto& [text, words] : cases) {
-        CVelmString split;
-        CVelmStringView word;
-        for (std::size_t position = 0; NextToken(text, position, word);) {
-            split.append(word).append(u"|");
-        }
-        EXPECT_EQ(ToUtf8(split), ToUtf8(words));
-    }
-}
-
 TEST(Tokenizer, ReadsNumbersOfFourRadixes) {
     const std::pair<CVelmStringView, double> numbers[] = {{u"12.25", 12.25},
                                                           {u"-3", -3},
@@ -51,18 +34,6 @@ TEST(Tokenizer, ReadsNumbersOfFourRadixes) {
                                  u"1e+3", u"1.2.3", u"+1", u"1e5.0", u"1e99999999999999999999", u".b", u"--1"}) {
         double value = 1.0;
         EXPECT_FALSE(ScanNumber(word, value)) << ToUtf8(word);
-    }
-}
-
-TEST(Tokenizer, TakesACharacterAsTheOperatorThatSharesItsLowByte) {
-    // U+012B has the low byte of "+"; U+0128 that of "(", which is no operator.
-    const std::pair<CVelmStringView, std::optional<std::int32_t>> cases[] = {
-        {u"-", 1},          {u"\u00B3", 15}, {u"\u012B", 0}, {u"\u0128", std::nullopt}, {u"--", std::nullopt},
-        {u"", std::nullopt}};
-    for (const auto& [token, code] : cases) {
-        std::int32_t found = -1;
-        EXPECT_EQ(IsOperatorToken(token, found), code.has_value()) << ToUtf8(token);
-        EXPECT_EQ(found, code.value_or(found)) << ToUtf8(token);
     }
 }
 

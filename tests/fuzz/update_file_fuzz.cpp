@@ -5,32 +5,11 @@
 #include "support/test_services.h"
 #include "update/downloader.h"
 #include "update/merge.h"
+#include "update/page_fetcher.h"
 #include "update/update_file.h"
 
 namespace velm::test {
 namespace {
-
-constexpr int MOST_FETCHES = 8;
-
-/// Answers every address with the input, a few times.
-class InputFetcher : public CVelmFetcher {
-public:
-    InputFetcher(MemoryFiles& files, const Bytes& input) : files_(files), input_(input) {}
-
-    CVelmFetched Fetch(const CVelmString& url, const CVelmFetchProgress&) override {
-        Require(StartsWithNoCase(url, HTTP_SCHEME), "only pages of the web are fetched");
-        if (++fetches_ > MOST_FETCHES) {
-            return {};
-        }
-        files_.Add(u"cached", input_);
-        return {FetchStatus::Ok, u"cached"};
-    }
-
-private:
-    MemoryFiles& files_;
-    const Bytes& input_;
-    int fetches_ = 0;
-};
 
 CVelmString PathOf(CVelmStringView name) {
     return WithSeparator(u"data") + CVelmString(name);
@@ -42,9 +21,16 @@ void Download(const Bytes& input) {
     TestServices services(files);
     CVelmCatalog catalog(services.Services());
     catalog.SetFolder(u"data");
-    InputFetcher fetcher(files, input);
+    PageFetcher fetcher([&](const std::string&) {
+        files.Add(u"cached", input);
+        return CVelmString(u"cached");
+    });
+    fetcher.pages["http://list"] = "the input";
     CVelmDownloader downloader(catalog, fetcher, u"http://list");
     downloader.Run();
+    for (const auto& [url, requests] : fetcher.requests) {
+        Require(StartsWithNoCase(FromUtf8(url), HTTP_SCHEME), "only pages of the web are fetched");
+    }
     for (const auto& [path, file] : files.files) {
         const CVelmStringView name = CVelmStringView(path).substr(PathOf(u"").size());
         Require(path.starts_with(PathOf(u"")) && name.ends_with(UPDATE_EXTENSION), "an update file of the folder");

@@ -23,20 +23,6 @@ protected:
     CVelmConversionDoc document{services.Services()};
 };
 
-TEST_F(Document, StartsLoadedAndStampedWithTheCurrentTime) {
-    CVelmCalculationDoc fresh(services.Services());
-    EXPECT_TRUE(fresh.loaded);
-    EXPECT_FALSE(fresh.IsModified());
-    EXPECT_EQ(fresh.updatedText, u"Fri 7/5/2024 9:05:03");
-    EXPECT_EQ(static_cast<int>(fresh.updatedTime), 2460496);
-    services.clock.now.hour = 10;
-    fresh.Touch();
-    EXPECT_EQ(fresh.updatedText, u"Fri 7/5/2024 10:05:03");
-    EXPECT_TRUE(fresh.IsModified());
-    fresh.Touch(u"rates of Monday");
-    EXPECT_EQ(fresh.updatedText, u"rates of Monday");
-}
-
 TEST_F(Document, RemovingItemsRemovesTheConversionsThatReferToThem) {
     CVelmItem* const metre = document.GetItem(0);
     CVelmItem* const foot = document.GetItem(1);
