@@ -24,7 +24,7 @@ prepare_terminal() {
 case ${1:-} in
     --screenshot)
         [ $# -ge 2 ] || { echo "usage: ./run.sh --screenshot FILE.png" >&2; exit 2; }
-        prepare_window xvfb imagemagick
+        prepare_window xvfb imagemagick xdotool
         cd "$start"
         exec "$here/tools/run-window" "$@"
         ;;
