@@ -1,10 +1,11 @@
-// From the commit of a typed value to the last row painted: what a user waits for after the last key, the pause of
-// the commit timer aside.
+// What a user waits for: from the commit of a typed value to the last row painted (the pause of the commit timer
+// aside), a long list to come up, and a step of scrolling.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <vector>
 
 #include "app/wide_text.h"
@@ -20,10 +21,31 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int ROUNDS = 200;
 
-/// Types a value into the selected item and waits until every row is painted. Milliseconds.
-double CommitAndPaint(CVelmFrame& frame, int round) {
+/// Paints what is to be painted.
+void Paint(CVelmFrame& frame) {
+    RedrawWindow(frame.Handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    GdiFlush();
+}
+
+/// Does something again and again on the program's thread and says how long it takes.
+void Measure(RunningProgram& program, const char* name, const std::function<void(CVelmFrame&, int)>& work) {
+    std::vector<double> times;
+    for (int round = 0; round < ROUNDS; ++round) {
+        times.push_back(program.Ask([&work, round](CVelmFrame& frame) {
+            const Clock::time_point start = Clock::now();
+            work(frame, round);
+            return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+        }));
+    }
+    std::sort(times.begin(), times.end());
+    const int rows = program.Ask([](CVelmFrame& frame) { return frame.List().RowCount(); });
+    std::printf("%-28s %6d rows   least %7.2f ms   median %7.2f ms   95%% %7.2f ms\n", name, rows, times.front(),
+                times[ROUNDS / 2], times[ROUNDS * 95 / 100]);
+}
+
+/// Types a value into the selected item, calculates and paints every row.
+void CommitAndPaint(CVelmFrame& frame, int round) {
     SetWindowTextW(frame.Panel().Editor().Box().Handle(), std::to_wstring(1000 + round * 7).c_str());
-    const Clock::time_point start = Clock::now();
     if (!frame.Panel().CommitValue(true)) {
         ADD_FAILURE() << "the value is not taken";
     }
@@ -31,36 +53,28 @@ double CommitAndPaint(CVelmFrame& frame, int round) {
     while (PeekMessageW(&message, frame.Handle(), WM_COMMAND, WM_COMMAND, PM_REMOVE)) {
         DispatchMessageW(&message);
     }
-    RedrawWindow(frame.Handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    GdiFlush();
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+    Paint(frame);
 }
 
-void Measure(RunningProgram& program, const char* name) {
-    std::vector<double> times;
-    int rows = 0;
-    for (int round = 0; round < ROUNDS; ++round) {
-        times.push_back(program.Ask([round](CVelmFrame& frame) { return CommitAndPaint(frame, round); }));
-    }
-    program.Ask([&rows](CVelmFrame& frame) { rows = frame.List().RowCount(); });
-    std::sort(times.begin(), times.end());
-    std::printf("%-8s %5d rows   median %7.2f ms   95%% %7.2f ms   most %7.2f ms\n", name, rows, times[ROUNDS / 2],
-                times[ROUNDS * 95 / 100], times.back());
-}
-
-TEST(WindowBench, CommitToLastRowPainted) {
-    RunningProgram program;
-    const CVelmString length = FromUtf8(VELMORA_DATA_FOLDER "/Length.cnv");
-    ASSERT_TRUE(CopyFileW(Wide(length), Wide(program.DataFolder() + u"Length.cnv"), TRUE));
+/// Writes a file of units that are multiples of the first.
+void SaveUnits(const RunningProgram& program, CVelmStringView title, std::size_t count) {
     std::vector<CVelmString> names;
-    for (int i = 0; i < 2000; ++i) {
+    for (std::size_t i = 0; i < count; ++i) {
         names.push_back(u"unit " + FromUtf8(std::to_string(i)));
     }
     std::vector<UnitFactor> units;
     for (const CVelmString& name : names) {
         units.push_back({name, 1.0 + static_cast<double>(units.size()) / 7.0, name});
     }
-    SaveConversionFile(program, u"Many", units);
+    SaveConversionFile(program, title, units);
+}
+
+TEST(WindowBench, WhatAUserWaitsFor) {
+    RunningProgram program;
+    const CVelmString length = FromUtf8(VELMORA_DATA_FOLDER "/Length.cnv");
+    ASSERT_TRUE(CopyFileW(Wide(length), Wide(program.DataFolder() + u"Length.cnv"), TRUE));
+    SaveUnits(program, u"Many", 2000);
+    SaveUnits(program, u"Most", 10000);
     ASSERT_TRUE(program.Start());
     const auto select = [&program](CVelmStringView file) {
         program.Ask([file](CVelmFrame& frame) {
@@ -74,9 +88,19 @@ TEST(WindowBench, CommitToLastRowPainted) {
         program.Settle();
     };
     select(u"Length.cnv");
-    Measure(program, "Length");
+    Measure(program, "commit to last row painted", CommitAndPaint);
     select(u"Many.cnv");
-    Measure(program, "Many");
+    Measure(program, "commit to last row painted", CommitAndPaint);
+    select(u"Most.cnv");
+    Measure(program, "commit to last row painted", CommitAndPaint);
+    Measure(program, "set document and paint", [](CVelmFrame& frame, int) {
+        frame.List().SetDocument(frame.Document());
+        Paint(frame);
+    });
+    Measure(program, "scroll step and paint", [](CVelmFrame& frame, int round) {
+        frame.List().ScrollTo(round + 1);
+        Paint(frame);
+    });
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Takes the pictures of docs/using-velmora.md anew, on a handheld's screen at both scales: tools/screenshots.sh
+# Takes the pictures of README.md and docs/using-velmora.md anew, on a handheld's screen at both scales: tools/screenshots.sh
 # Needs the 'windows' preset's build, and ImageMagick.
 set -eu
 here=$(cd "$(dirname "$0")/.." && pwd)
@@ -24,6 +24,6 @@ for scale in 1 2; do
         VELMORA_PICTURE=$taken/$scale/calculator.bmp "$here/tools/xvfb-wine" "$here/build/windows/Tallyra.exe"
 
     for picture in "$taken/$scale"/*.bmp; do
-        convert "$picture" -strip "PNG8:$images/$(basename "$picture" .bmp).png"
+        convert "$picture" -strip -colors 255 "PNG8:$images/$(basename "$picture" .bmp).png"
     done
 done

@@ -83,8 +83,23 @@ protected:
 };
 
 TEST_F(Pictures, DISABLED_OfEveryDialog) {
-    Give(0, 100);
+    Give(8, 26.2);
     Take("main-window");
+    program.Command(ID_ROW_SIZE);
+    Take("two-line-rows");
+    program.Command(ID_ROW_SIZE);
+    const auto show = [this](CVelmStringView file, int top) {
+        program.Ask([file, top](CVelmFrame& frame) {
+            frame.SelectFile(frame.Catalog().GetDocument(file, false));
+            frame.List().ScrollTo(top);
+        });
+    };
+    show(u"Currency.cnv", 12);
+    Take("long-list");
+    show(u"", 0);
+    Take("empty-list");
+    show(u"Length.cnv", 0);
+    Give(0, 100);
     TakeDialog(ID_OPEN_FILE, "open-file");
     TakeDialog(ID_NEW_CONVERSION_FILE, "new-file");
     TakeDialog(ID_PROPERTIES, "file-properties");
