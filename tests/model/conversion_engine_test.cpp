@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "support/sample_documents.h"
+#include "support/table.h"
 
 namespace velm::test {
 namespace {
@@ -25,8 +26,8 @@ void Enter(CVelmDocument& document, std::size_t unit, double value) {
     document.currentItem->state = STATE_VALID;
 }
 
-/// Conversions as they read: "0*1.8+32=1" is unit 1 = unit 0 x 1.8 + 32, "0{x^2|sqrt(x)}1" the same by formulas.
-void AddConversions(CVelmConversionDoc& document, const char* texts) {
+/// Adds conversions as the table writes them.
+void AddConversions(CVelmConversionDoc& document, const std::string& texts) {
     std::istringstream words(texts);
     for (std::string word; words >> word;) {
         const auto unit1 = static_cast<std::size_t>(word.front() - '0');
@@ -43,35 +44,19 @@ void AddConversions(CVelmConversionDoc& document, const char* texts) {
 }
 
 TEST(ConversionEngine, CarriesTheEnteredValueAlongTheConversions) {
-    const struct {
-        const char* rule;
-        const char* conversions;
-        const char* hidden;
-        const char* values;
-    } cases[] = {
-        {"linear steps work both ways", "0*1.8+32=1 2*2+1=0", "", "3 37.4 1 none"},
-        {"a factor of 0 works forward only", "0*0+1=1 3*0+1=0", "", "3 1 none error"},
-        {"what is not finite is an error", "0*1e308=1 2*1e-320=0 0*nan=3", "", "3 error error error"},
-        {"formulas work both ways", "0{x^2|sqrt(x)}1 2{sqrt(x)|x*x+1}0", "", "3 9 10 none"},
-        {"a direct step wins over a bridge listed before", "1*10=2 0*10=1 0*7=2", "1", "3 none 21 none"},
-        {"the first bridge wins and may be hidden", "3*2=1 2*10=3 0*1=1 0*1=2", "12", "3 3 none 1.5"},
-        {"a one-way formula is passed over in the other direction", "1{x+1|}0 0{x+1|}2 1*2=2", "", "3 2 4 none"},
-        {"a failure ends the search of its unit alone", "0{err|err}1 0*1=2 1*1=2 1*1=3 2*5=3", "", "3 error 3 15"},
-        {"what nothing leads to is empty", "2*1=3", "", "3 none none none"},
-    };
     FormulaContext context(SystemClock());
     DefineVariable(context, u"x", 1.0);
-    for (const auto& [rule, conversions, hidden, values] : cases) {
+    for (const auto& row : ReadTable(VELMORA_TESTS "/model/conversions.txt")) {
         CVelmConversionDoc document(SystemServices());
         AddUnits(document, 4);
-        AddConversions(document, conversions);
+        AddConversions(document, row.at(1));
         for (const auto& item : document.items) {
             item->state = STATE_VALID;
-            item->shown = std::string(hidden).find(ToUtf8(item->name)) == std::string::npos ? 1 : 0;
+            item->shown = row.at(2).find(ToUtf8(item->name)) == std::string::npos ? 1 : 0;
         }
         Enter(document, 0, 3.0);
         document.Recalculate(context);
-        EXPECT_EQ(Values(document, 15), values) << rule << ": " << conversions;
+        EXPECT_EQ(Values(document, 15), row.at(3)) << row.at(0) << ": " << row.at(1);
     }
     double x = 0.0;
     EXPECT_FALSE(EvaluateFormula(context, u"x", x)) << "x is not bound afterwards";

@@ -184,10 +184,8 @@ TEST_F(FileFormat, AFileInTheOlderFormatIsReadAndReplacedOnTheSpot) {
     }
 }
 
-/// Loads what may be anything; when that works the document must come back from a save as it is.
-class DamagedFile : public FileFormat {
-protected:
-    void CheckDamaged(const Bytes& bytes, std::int32_t kind) {
+TEST_F(FileFormat, ADamagedFileNeverBringsTheLoaderDownAndComesBackFromASaveAsItIs) {
+    const auto check = [this](const Bytes& bytes, std::int32_t kind) {
         if (!Load(bytes, kind)) {
             return;
         }
@@ -200,31 +198,24 @@ protected:
         ASSERT_TRUE(document->Save(FOLDER));
         EXPECT_EQ(files.Content(path), saved);
         files.files.clear();
-    }
-
-    /// Cuts the file at every byte (with a size word that agrees, where there is one), and damages every byte.
-    void CheckEveryDamage(const Bytes& whole, std::int32_t kind, bool hasSize) {
+    };
+    for (const auto& [whole, kind] :
+         {std::pair(Golden("conversion.hex"), KIND_CONVERSION), std::pair(Golden("calculation.hex"), KIND_CALCULATION),
+          std::pair(OlderFile().Get(), KIND_CONVERSION), std::pair(Golden("conversion.hex"), KIND_CALCULATION)}) {
         for (std::size_t size = 0; size < whole.size(); ++size) {
             Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-            CheckDamaged(cut, kind);
-            if (hasSize && size >= 8) {
-                cut[4] = static_cast<std::uint8_t>(size);
-                CheckDamaged(cut, kind);
+            check(cut, kind);
+            if (size >= 8) {
+                cut[4] = static_cast<std::uint8_t>(size);  // where the newer format has its size
+                check(cut, kind);
             }
             for (const int damage : {0x01, 0x02, 0x80, 0xFF}) {
                 Bytes damaged = whole;
                 damaged[size] ^= static_cast<std::uint8_t>(damage);
-                CheckDamaged(damaged, kind);
+                check(damaged, kind);
             }
         }
     }
-};
-
-TEST_F(DamagedFile, NeverBringsTheLoaderDown) {
-    CheckEveryDamage(Golden("conversion.hex"), KIND_CONVERSION, true);
-    CheckEveryDamage(Golden("calculation.hex"), KIND_CALCULATION, true);
-    CheckEveryDamage(OlderFile().Get(), KIND_CONVERSION, false);
-    CheckEveryDamage(Golden("conversion.hex"), KIND_CALCULATION, true);
 }
 
 }  // namespace
