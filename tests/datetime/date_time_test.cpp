@@ -130,6 +130,11 @@ TEST(DateTime, SettersClampTheDayAndKeepTheOtherHalf) {
 TEST(DateTime, LengthsOfMonthsAndYears) {
     EXPECT_EQ(DateTime::FromFields(2004, 12, 31).DayOfYear(), 366);
     EXPECT_EQ(DateTime::FromFields(2003, 12, 31, 23, 59, 59).DayOfYear(), 365);
+    std::string lengths;
+    for (int month = 1; month <= 12; ++month) {
+        lengths += std::to_string(DateTime::FromFields(2003, month, 1).DaysInMonth()) + " ";
+    }
+    EXPECT_EQ(lengths, "31 28 31 30 31 30 31 31 30 31 30 31 ");
     EXPECT_EQ(DateTime::FromFields(2000, 2, 1).DaysInMonth(), 29);
     EXPECT_EQ(DateTime::FromFields(1900, 2, 1).DaysInMonth(), 28);
     EXPECT_EQ(DateTime::FromFields(1500, 2, 1).DaysInMonth(), 29);
