@@ -62,20 +62,6 @@ TEST(ConversionEngine, CarriesTheEnteredValueAlongTheConversions) {
     EXPECT_FALSE(EvaluateFormula(context, u"x", x)) << "x is not bound afterwards";
 }
 
-TEST(ConversionEngine, AnEditedFormulaHoldsAtTheNextRecalculation) {
-    FormulaContext context(SystemClock());
-    CVelmConversionDoc document(SystemServices());
-    AddUnits(document, 2);
-    AddConversions(document, "1{x|x+1}0");
-    Enter(document, 0, 3.0);
-    for (const auto& [formula, values] :
-         {std::pair(u"x+1", "3 4"), std::pair(u"X*10", "3 30"), std::pair(u"x*", "3 error")}) {
-        document.conversions[0]->reverseFormula = formula;
-        document.Recalculate(context);
-        EXPECT_EQ(Values(document, 15), values);
-    }
-}
-
 /// The search as one would first write it down: recursive, and exponential at its worst.
 class PlainSearch {
 public:

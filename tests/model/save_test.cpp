@@ -153,22 +153,5 @@ TEST_F(Save, AFileIsFoundAndReplacedWhateverTheLetterCaseOfItsName) {
     }
 }
 
-/// "link.cnv" leads to "f.cnv".
-class LinkedFiles : public FaultyFiles {
-public:
-    using FaultyFiles::FaultyFiles;
-    CVelmString ResolveLinks(const CVelmString& path) override {
-        return path.ends_with(u"link.cnv") ? path.substr(0, path.size() - 8) + u"f.cnv" : path;
-    }
-};
-
-TEST_F(Save, ADataFileThatIsALinkStaysOne) {
-    LinkedFiles linked(files);
-    CVelmConversionDoc document({linked, services.clock, services.locale});
-    document.fileName = u"link";
-    ASSERT_TRUE(document.Save(folder.Path()));
-    EXPECT_EQ(folder.Names(), Names{u"f.cnv"});
-}
-
 }  // namespace
 }  // namespace velm::test
