@@ -77,6 +77,17 @@ TEST_F(Save, AnyFailureLeavesTheOldFileWholeAndNothingElse) {
     EXPECT_TRUE(Edited(UNITS)->Save(folder.Path()));
 }
 
+TEST_F(Save, UnloadWritesOnlyWhatTheFileDoesNotHoldAlready) {
+    ASSERT_TRUE(Edited(2)->Save(folder.Path()));
+    for (const int replaces : {2, 2}) {
+        const auto document = Loaded(u"f");
+        document->items[0]->name = u"Ell";
+        EXPECT_TRUE(document->Unload(folder.Path()));
+        EXPECT_EQ(files.replaces, replaces);
+    }
+    EXPECT_EQ(Loaded(u"f")->items[0]->name, u"Ell");
+}
+
 TEST_F(Save, ANewDocumentNeedsNoOldFile) {
     CVelmCalculationDoc document(services.Services());
     document.fileName = u"New";
