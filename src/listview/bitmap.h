@@ -11,7 +11,7 @@ namespace velm {
 COLORREF MixColor(int amount, COLORREF color);
 
 /// How much the rows of the item list are lightened.
-constexpr int MIX_ROW = 190;
+constexpr int MIX_ROW = 140;
 
 /// How much the edges of buttons and panels are, and the faces of pressed buttons.
 constexpr int MIX_EDGE = 110;
