@@ -245,7 +245,7 @@ TEST_F(ItemListTest, DrawsRowsApart) {
     EXPECT_EQ(Rows(), "a=Error, b=, zero=1") << "a factor of 0 does not go backwards";
     Select(0);
     ResizeList(240, 10 * 21);
-    const COLORREF fill = MixColor(MIX_ROW, BaseColor());
+    const COLORREF fill = MixColor(140, BaseColor());
     const Picture picture = Picture::OfWindow(program.List());
     const int right = picture.Width() - 2 * DisplayScale();
     const int row = Scaled(21);
