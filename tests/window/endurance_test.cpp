@@ -45,10 +45,11 @@ TEST(EnduranceTest, TenThousandSwitchesLeaveNothingBehind) {
     }
     Switch(program, 9900);
     const Holdings after = CountHoldings();
+    std::cout << before << "; then " << after << "\n";
     EXPECT_LE(after.gdi, before.gdi);
     EXPECT_LE(after.user, before.user);
     EXPECT_LE(after.handles, before.handles);
-    EXPECT_LE(after.workingSet, before.workingSet + WORKING_SET_TOLERANCE) << before << "; then " << after;
+    EXPECT_LE(after.workingSet, before.workingSet + WORKING_SET_TOLERANCE);
 }
 
 }  // namespace
