@@ -197,21 +197,6 @@ TEST_F(ItemListTest, FormatMenuShowsTheValueInEveryFormat) {
     EXPECT_EQ(LoadFile(program, u"Many.cnv")->items[1]->format.displayFormat, FMT_DATETIME) << "the choice is kept";
 }
 
-TEST_F(ItemListTest, KeysOpenTheMenusOfTheSelectedRow) {
-    Start(3);
-    Item(1).format.SetAllowedFormats(FMT_DECIMAL | FMT_HEX);
-    Document().Touch(u"rates of yesterday");
-    Do("row 1");
-    program.Key('F', VK_CONTROL);
-    EXPECT_TRUE(program.Choose("Hexadecimal"));
-    const auto saved = LoadFile(program, u"Many.cnv");
-    EXPECT_EQ(saved->items[1]->format.displayFormat, FMT_HEX);
-    EXPECT_EQ(saved->updatedText, u"rates of yesterday") << "a value shown in another way is no newer data";
-    PostMessageW(program.List(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(program.List()), -1);
-    EXPECT_TRUE(program.Choose("Remove from List"));
-    EXPECT_EQ(Rows(), "unit 0=, unit 2=");
-}
-
 TEST_F(ItemListTest, HoldingOrRightClickingOpensTheRowMenu) {
     Start(4);
     const RECT row = program.Ask([](CVelmFrame& frame) { return frame.List().Row(2).Rectangle(); });

@@ -48,36 +48,6 @@ TEST_F(SmallDialogsTest, SettingsAreStoredAtOnceAndUsedAtTheNextStart) {
     EXPECT_TRUE(DialogDriver(program, ID_OPTIONS).Cancel());
 }
 
-TEST_F(SmallDialogsTest, TickedUnitsAreShown) {
-    StartLength();
-    const Bytes before = ReadBytes(program, u"Length.cnv");
-    const DialogDriver left(program, ID_SHOW_UNITS);
-    EXPECT_EQ(left.Caption(), "Units/Items");
-    EXPECT_EQ(left.Rows(IDC_LIST), (Texts{"meters", "feet"}));
-    EXPECT_TRUE(left.IsTicked(IDC_LIST, 1));
-    left.TickRow(IDC_LIST, 0, false);
-    EXPECT_TRUE(left.Cancel());
-    EXPECT_EQ(Rows(), "meters=, feet=");
-    const DialogDriver untouched(program, ID_SHOW_UNITS);
-    EXPECT_TRUE(untouched.Ok());
-    EXPECT_EQ(ReadBytes(program, u"Length.cnv"), before);
-    const DialogDriver byKeys(program, ID_SHOW_UNITS);
-    EXPECT_TRUE(byKeys.IsTicked(IDC_LIST, 0));
-    program.Key(VK_DOWN);
-    program.Key(VK_SPACE);
-    EXPECT_FALSE(byKeys.IsTicked(IDC_LIST, 1));
-    EXPECT_TRUE(byKeys.EndsWith(VK_RETURN));
-    EXPECT_EQ(Rows(), "meters=");
-    EXPECT_TRUE(program.Close());
-    ASSERT_TRUE(program.Start());
-    EXPECT_EQ(Rows(), "meters=");
-    const DialogDriver dialog(program, ID_SHOW_UNITS);
-    EXPECT_FALSE(dialog.IsTicked(IDC_LIST, 1));
-    dialog.TickRow(IDC_LIST, 1, true);
-    EXPECT_TRUE(dialog.Ok());
-    EXPECT_EQ(Rows(), "meters=, feet=");
-}
-
 TEST_F(SmallDialogsTest, ReferencesAreReadInTheViewer) {
     StartLength();
     std::string html = "<a href='http://127.0.0.1:9/x'>The <b>world</b></a> has 24.";

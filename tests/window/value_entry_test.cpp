@@ -71,32 +71,6 @@ TEST_F(ValueEntryTest, TypingShowsEveryOtherUnitSomeTimeAfterTheLastKey) {
     EXPECT_LE(shortest, milliseconds(700));
 }
 
-TEST_F(ValueEntryTest, TakesWhatIsTyped) {
-    StartDistances();
-    Item(0).valueText = u"2*8";
-    Play({
-        {"row 0; type 1/3", "1/3 = none"},
-        {"wait", "1/3 = 0.333333333333333"},
-        {"accept", "0.33333333333 = 0.333333333333333", "the normal form has fewer digits, the value all of them"},
-        {"enter 2*3+0.50; accept", "6.5 = 6.5", "at once"},
-        {"enter (; accept", "6.5 = 6.5 (error)", "the value that the item still has"},
-        {"enter ; accept", "6.5 = 6.5", "nothing typed is no error"},
-        {"enter 8; press Enter", "8 = 8"},
-        {"restore; wait", "16 = 16", "the stored text"},
-        {"enter 5+; wait", "5+ = 16 (error)"},
-        {"row 1", "25.749504 = 25.749504", "what does not parse is dropped with the item"},
-        {"type 55; row 2", "28160 = 28160", "and so is what was not committed yet"},
-        {"type 3520; wait", "3520 = 3520"},
-        {"row 1", "3.218688 = 3.218688"},
-        {"focus list; press Down", "3520 = 3520", "keys walk the list"},
-        {"type 7; wait; press Tab; type 8; wait", "8 = 8", "typed with the focus on the list"},
-    });
-    Item(2).valueText = u"nonsense(";
-    Play({{"enter 4; restore", "4 = 8", "a text that does not parse restores nothing"}});
-    program.Key(VK_UP);
-    EXPECT_EQ(program.Focus(), Box()) << "an editor that has the focus keeps it";
-}
-
 TEST_F(ValueEntryTest, TextThatDoesNotParseTurnsRed) {
     StartDistances();
     Do("row 0; type 5+");
@@ -149,36 +123,6 @@ TEST_F(ValueEntryTest, OffersATabForEachFormat) {
     EXPECT_NE(Tabs().find("[hexadecimal]"), std::string::npos) << Tabs();
 }
 
-TEST_F(ValueEntryTest, ReadsAndWritesNumberBases) {
-    StartDistances();
-    Item(0).valueText = u"15";
-    Allow(0, FMT_DECIMAL | FMT_HEX | FMT_OCTAL | FMT_BINARY, FMT_DECIMAL);
-    Play({
-        {"wait", " = none", "an item with no value comes up empty"},
-        {"tab hexadecimal", "000F = none"},
-        {"wait", "000F = 15", "a tab commits the stored text"},
-        {"enter ff; accept", "00FF = 255"},
-        {"enter 1f; accept", "001F = 31"},
-        {"enter 001F; accept", "001F = 31", "padded forms parse again"},
-        {"enter 12345; accept", "000012345 = 74565"},
-        {"enter 000012345; accept", "000012345 = 74565"},
-        {"enter 0FFFFFFFF; accept", " = 4294967295", "more than the format shows"},
-        {"enter fg; wait", "fg = 4294967295 (error)"},
-        {"tab octal; enter 17; accept", "0017 = 15"},
-        {"enter 18; wait", "18 = 15 (error)", "no octal digit"},
-        {"tab binary; wait", "1111 = 15"},
-        {"enter 101; accept", "0101 = 5"},
-        {"tab numeric/calc; enter -1; accept", "-1 = -1"},
-        {"tab hexadecimal; wait", "0FFFFFFFF = -1", "looking at it in another base does not change it"},
-        {"enter 1.8; wait", "1.8 = -1 (error)", "no fractions in hexadecimal"},
-        {"tab numeric/calc; enter 2.5; accept; tab hexadecimal; wait", " = 2.5"},
-    });
-    EXPECT_EQ(Rows().substr(0, 9), "miles=2.5");
-    Item(0).state = STATE_NONE;
-    Item(0).valueText.clear();
-    Play({{"tab numeric/calc; wait", " = none", "no value is no value, not a marker"}});
-}
-
 TEST_F(ValueEntryTest, PicksDatesAndTimes) {
     StartDistances();
     Allow(0, FMT_DECIMAL | FMT_DATETIME, FMT_DATETIME);
@@ -225,7 +169,7 @@ TEST_F(ValueEntryTest, AValueThatATabCannotShowIsNotChangedByLookingAtIt) {
         EXPECT_EQ(Entry().find("error"), std::string::npos);
         Do("tab numeric/calc; wait");
         EXPECT_EQ(Item(0).value, value) << "after " << tab;
-        return seen.substr(0, seen.find(" = "));
+        return seen.starts_with("= ") ? "" : seen.substr(0, seen.find(" = "));
     };
     Allow(0, FMT_DECIMAL | FMT_DATE, FMT_DECIMAL);
     for (const double value : {DateTime::FromFields(-44, 3, 15).value, DateTime::FromFields(1752, 12, 31).value,
@@ -240,47 +184,6 @@ TEST_F(ValueEntryTest, AValueThatATabCannotShowIsNotChangedByLookingAtIt) {
     EXPECT_EQ(look("compound", -1e300), "");
     look("compound", 1.0 / 3.0);
     look("compound", 5.0 + 1e-9);
-}
-
-TEST_F(ValueEntryTest, TypesCompoundValues) {
-    StartDistances();
-    SetParts({{u"ft", 1.0}, {u"in", 12.0}});
-    Play({
-        {"type 5; press Tab; type 3; wait", "[5 3] = 5.25"},
-        {"type -; wait", "-[5 3] = -5.25", "the sign key turns the whole value"},
-        {"accept", "-[5 3] = -5.25"},
-        {"give 1", "[1 0] = 1", "the sign goes with the value"},
-        {"give -5.25", "-[5 3] = -5.25"},
-        {"type -; wait", "[5 3] = 5.25"},
-        {"focus panel; type .5; wait", "[.5 3] = 0.75", "what is selected gives way"},
-        {"focus panel; type 1.2.5x e[,; wait", "[1.25 3] = 1.5", "digits and one point"},
-        {"focus panel; type \b; press Tab; type 6; wait", "[0 6] = 0.5", "an empty part keeps its place"},
-        {"type \b; wait", " = 0.5", "nothing typed is no error"},
-        {"focus list; paste -1,234.5", "-[1234.5 0] = 0.5"},
-        {"paste 5 ft; wait", "-[1234.5 0] = -1234.5", "a part takes plain numbers only"},
-    });
-    EXPECT_EQ(Rows().substr(0, 22), "miles=(1234 ft 6 in ),");
-
-    SetParts({{u"h", 1.0 / 3600.0}, {u"min", 60.0}, {u"s", 60.0}});
-    Item(0).state = STATE_NONE;
-    Select(0);
-    Do("focus panel");
-    Play(
-        {
-            {"press Right", "2 of 3"},
-            {"press Left", "1 of 3"},
-            {"type 12; press Left", "1 of 3", "within the digits first"},
-            {"press Right", "1 of 3"},
-            {"press Right", "2 of 3"},
-            {"type \b", "1 of 3", "Backspace in an empty part moves back"},
-            {"press Enter", "2 of 3"},
-            {"type 3; press Enter", "3 of 3"},
-            {"type 5; press Enter", "3 of 3"},
-        },
-        [this] { return Part(); });
-    EXPECT_EQ(Entry(), "[12 3 5] = 43385") << "Enter in the last part accepts";
-    Play({{"press Shift+Tab", "2 of 3"}, {"press Tab; press Tab", "0 of 3"}}, [this] { return Part(); });
-    EXPECT_EQ(program.Focus(), program.List()) << "Tab leaves the last part for the list";
 }
 
 TEST_F(ValueEntryTest, EveryCompoundPartHasItsPlace) {
@@ -301,32 +204,6 @@ TEST_F(ValueEntryTest, EveryCompoundPartHasItsPlace) {
             EXPECT_LT(end, ClientOf(editor.Handle()).right);
         });
     }
-}
-
-TEST_F(ValueEntryTest, AnOutputHidesThePanel) {
-    SaveCalculationFile(program, u"Sum",
-                        {{u"first", u"first"}, {u"second", u"second"}, {u"sum", u"sum", u"first+second"}});
-    ASSERT_TRUE(program.Start());
-    Do("row 0; type 2; wait; row 1; type 3; wait");
-    EXPECT_EQ(Rows(), "first=2, second=3, sum=5");
-    const LONG above = ClientOf(program.List()).bottom;
-    Play({{"row 2", ""}});
-    EXPECT_EQ(program.Focus(), program.List()) << "keys still work";
-    EXPECT_EQ(ClientOf(program.List()).bottom - above, Scaled(42));
-    Play({{"type 7", ""}, {"press Up", "3 = 3"}});
-}
-
-TEST_F(ValueEntryTest, SwitchingFilesDropsWhatWasBeingTyped) {
-    SaveConversionFile(program, u"Areas", {{u"ares"}, {u"acres", 0.0247}});
-    StartDistances();
-    Give(0, 7);
-    Do("row 0; type 9");
-    program.Ask([](CVelmFrame& frame) { frame.SelectFile(frame.Catalog().GetDocument(u"Areas.cnv", false)); });
-    Do("row 1; type 247; wait");
-    EXPECT_EQ(Rows(), "ares=10,000, acres=247");
-    program.Ask([](CVelmFrame& frame) { frame.SelectFile(nullptr); });
-    Do("type 9");
-    EXPECT_FALSE(IsWindowVisible(program.Panel()));
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,8 +16,8 @@ namespace velm::test {
 /// Something that a user does, in the words of ProgramTest::Do, and what is to be seen then.
 struct Step {
     std::string act;
-    std::string seen;
-    const char* why = "";
+    std::optional<std::string> seen;
+    std::string why = "";
 };
 
 /// A user at the program.
@@ -42,6 +44,9 @@ protected:
     /// The captions of the panel's tabs, the selected one in brackets.
     std::string Tabs();
 
+    /// The part of the compound editor that has the focus, of how many that are shown: "1 of 3".
+    std::string Part();
+
     /// Allows formats for the item of a row and selects the row anew.
     void Allow(int row, std::uint32_t formats, std::uint32_t inputFormat);
 
@@ -52,13 +57,11 @@ protected:
     void TapRow(int row);
     void TapFormatButton(int row);
 
-    /// Does one thing after the other: acts are separated by "; ".
-    ///   type TEXT, enter TEXT (in the place of what the editor shows), press KEY, paste TEXT, accept, restore,
-    ///   tab CAPTION, pick 2020-02-29, pick 23:59:58, row N, give VALUE (to the selected item), wait (for the commit of
-    ///   what was edited), focus list, focus panel
-    void Do(const std::string& acts);
+    /// Does one thing after the other: acts are separated by "; ". Gives back what the last one shows, for most of them
+    /// Entry. The words are those of Verbs.
+    std::string Do(const std::string& acts);
 
-    /// Does the steps; what is to be seen after each is Entry, unless `look` says something else.
+    /// Does the steps; what is to be seen after each is what it shows, unless `look` says something else.
     void Play(const std::vector<Step>& steps, const std::function<std::string()>& look = nullptr);
 
     void PutOnClipboard(CVelmStringView text);
@@ -67,9 +70,18 @@ protected:
     RunningProgram program;
 
 private:
-    void Act(const std::string& verb, const std::string& rest);
+    using Verb = std::function<std::string(const std::string&)>;
+    std::map<std::string, Verb> Verbs();
+    std::map<std::string, Verb> FileVerbs();
+    std::map<std::string, Verb> DialogVerbs();
     void WaitForCommit();
     void Pick(const std::string& text);
+    DialogDriver Dialog() { return {program, program.WaitForDialog()}; }
+    HWND TopDialog() const;
+    std::string MenuWords();
+    std::string OneLine(std::string text) const;
+
+    Bytes remembered_;
 };
 
 }  // namespace velm::test
