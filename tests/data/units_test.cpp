@@ -45,24 +45,21 @@ TEST(Units, AreAllKnownAndExactToOnePartInTenToTheFifteenth) {
     static_assert(std::numeric_limits<long double>::digits >= 64,
                   "the ratios must be exact as far as a double can tell");
     const auto known = KnownUnits();
-    for (const CVelmString& name : DataFileNames({u".cnv"})) {
+    for (const CVelmString& name : DataFileNames(KIND_CONVERSION)) {
         SCOPED_TRACE(ToUtf8(name));
         DataFile file(name);
-        file.ShowAll();
         const Units& units = known.at(name);
         EXPECT_EQ(units.size(), file->ItemCount());
-        for (const auto& [from, fromSize] : units) {
-            CVelmItem& source = file.Item(from);
+        for (const auto& from : file->items) {
+            const auto fromSize = units.at(from->identifier);
             for (const double value : {1.0, 3.0, 26.2, 0.7, 12345.678}) {
-                if (!fromSize) {
-                    continue;
-                }
-                file.Enter(source, value);
-                for (const auto& [to, toSize] : units) {
-                    if (toSize) {
-                        const long double error = file.Item(to).value / (value * *fromSize / *toSize) - 1;
+                file.Enter(*from, value);
+                for (const auto& to : file->items) {
+                    const auto toSize = units.at(to->identifier);
+                    if (fromSize && toSize) {
+                        const long double error = to->value / (value * *fromSize / *toSize) - 1;
                         EXPECT_LE(std::abs(static_cast<double>(error)), 1e-15)
-                            << value << " " << ToUtf8(from) << " to " << ToUtf8(to);
+                            << value << " " << ToUtf8(from->identifier) << " to " << ToUtf8(to->identifier);
                     }
                 }
             }

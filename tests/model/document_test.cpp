@@ -50,6 +50,8 @@ TEST_F(Document, RemovingItemsRemovesTheConversionsThatReferToThem) {
     document.RemoveItem(inch);
     document.RemoveItems(7, 1);
     EXPECT_EQ(document.ItemCount(), 1U);
+    EXPECT_EQ(CreateDocument(3, services.Services()), nullptr);
+    EXPECT_EQ(CreateItem(3), nullptr);
 }
 
 TEST_F(Document, CopiedItemsKeepTheirPlaceInTheList) {
