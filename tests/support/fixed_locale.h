@@ -24,9 +24,7 @@ public:
         if (!IsLocaleDate(time)) {
             return std::nullopt;
         }
-        const std::string first = std::to_string(monthFirst ? time.month : time.day);
-        const std::string second = std::to_string(monthFirst ? time.day : time.month);
-        return FromUtf8(first + "/" + second + "/" + std::to_string(time.year));
+        return FromUtf8(std::to_string(time.month) + "/" + std::to_string(time.day) + "/" + std::to_string(time.year));
     }
 
     std::optional<CVelmString> TimeOfDay(const CVelmCalendarTime& time) const override {
@@ -39,7 +37,6 @@ public:
 
     std::optional<CVelmString> ShortDatePattern() const override { return pattern; }
 
-    bool monthFirst = true;
     std::optional<CVelmString> pattern = u"M/d/yyyy";
 };
 

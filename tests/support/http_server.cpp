@@ -37,11 +37,6 @@ void HttpServer::Serve(const std::string& path, std::string_view body) {
     ServeRaw(path, WithHead("200 OK", "", body));
 }
 
-void HttpServer::ServeFolder(const TemporaryFolder& folder) {
-    const std::lock_guard lock(mutex_);
-    folder_ = &folder;
-}
-
 void HttpServer::ServeRaw(const std::string& path, std::string answer) {
     const std::lock_guard lock(mutex_);
     answers_[path] = std::move(answer);
@@ -49,10 +44,6 @@ void HttpServer::ServeRaw(const std::string& path, std::string answer) {
 
 void HttpServer::Redirect(const std::string& path, const std::string& address) {
     ServeRaw(path, WithHead("302 Found", "Location: " + address + "\r\n", "moved"));
-}
-
-void HttpServer::KeepSilent(const std::string& path) {
-    ServeRaw(path, "");
 }
 
 int HttpServer::Requests(const std::string& path) const {
@@ -77,16 +68,16 @@ void HttpServer::Answer(std::unique_ptr<Socket> connection) {
         ++requests_[path];
         if (const auto found = answers_.find(path); found != answers_.end()) {
             answer = found->second;
-        } else if (folder_ != nullptr && path.size() > 1 && folder_->Contains(FromUtf8(path.substr(1)))) {
-            const Bytes file = folder_->Read(FromUtf8(path.substr(1)));
+        } else if (const TemporaryFolder* folder = folder_;
+                   folder != nullptr && path.size() > 1 && folder->Contains(FromUtf8(path.substr(1)))) {
+            const Bytes file = folder->Read(FromUtf8(path.substr(1)));
             answer = WithHead("200 OK", "", std::string(file.begin(), file.end()));
         }
     }
+    connection->SendAll(answer);
     if (answer.empty()) {
         silent_.push_back(std::move(connection));
-        return;
     }
-    connection->SendAll(answer);
 }
 
 }  // namespace velm::test

@@ -32,7 +32,7 @@ public:
     void Serve(const std::string& path, std::string_view body);
 
     /// Answers with the folder's files where nothing else was said. The folder outlives the server.
-    void ServeFolder(const TemporaryFolder& folder);
+    void ServeFolder(const TemporaryFolder& folder) { folder_ = &folder; }
 
     /// Answers with these very bytes and cuts the connection.
     void ServeRaw(const std::string& path, std::string answer);
@@ -40,7 +40,7 @@ public:
     void Redirect(const std::string& path, const std::string& address);
 
     /// Takes the request and never answers.
-    void KeepSilent(const std::string& path);
+    void KeepSilent(const std::string& path) { ServeRaw(path, {}); }
 
     /// How often a path was asked for.
     int Requests(const std::string& path) const;
@@ -51,8 +51,8 @@ private:
 
     std::uint16_t port_ = 0;
     std::unique_ptr<Socket> listening_;
-    mutable std::mutex mutex_;  ///< guards the folder and the two maps
-    const TemporaryFolder* folder_ = nullptr;
+    std::atomic<const TemporaryFolder*> folder_ = nullptr;
+    mutable std::mutex mutex_;  ///< guards the two maps
     std::map<std::string, std::string> answers_;
     std::map<std::string, int> requests_;
     std::vector<std::unique_ptr<Socket>> silent_;

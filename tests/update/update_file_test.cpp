@@ -61,21 +61,13 @@ TEST(UpdateRateLine, HasThreeFilledFields) {
     }
 }
 
-TEST(UpdateFileName, OfTheNetworkMayNotLeaveTheFolderOrNameADevice) {
-    for (const CVelmString& name :
-         {CVelmString(u"Currency"), CVelmString(u"Shoe sizes"), CVelmString(u"M\u00FCnzen"), CVelmString(u"a.b"),
-          CVelmString(u".hidden"), CVelmString(u"Console"), CVelmString(u"com"), CVelmString(u"COM10"),
-          CVelmString(u"Common"), CVelmString(u"x con"), CVelmString(u"lpta"), CVelmString(120, u'n')}) {
-        EXPECT_TRUE(IsUsableFileName(name)) << ToUtf8(name);
-    }
-    for (const char16_t* name :
-         {u"",       u"..\\..\\x", u"../x",      u"a/b",    u"a\\b",   u"C:x", u"..",   u"a..b",     u"con",
-          u"CON",    u"con.x",     u"con .x",    u"nul ",   u"Aux",    u"prn", u"COM1", u"lpt9.cnv", u"com\u00B2",
-          u"CONIN$", u"tab\there", u"line\nend", u"\u007F", u"\u0085", u"a*",  u"a?",   u"a|b"}) {
+TEST(UpdateFileName, OfTheNetworkMayNotLeaveTheFolderAndIsShort) {
+    EXPECT_TRUE(IsUsableFileName(u"a.b"));
+    EXPECT_TRUE(IsUsableFileName(CVelmString(120, u'n')));
+    for (const CVelmString& name : {CVelmString(u"..\\..\\x"), CVelmString(u"../x"), CVelmString(u"a..b"),
+                                    CVelmString(u"con"), CVelmString(121, u'n')}) {
         EXPECT_FALSE(IsUsableFileName(name)) << ToUtf8(name);
     }
-    EXPECT_FALSE(IsUsableFileName(CVelmString(u"a\0b", 3)));
-    EXPECT_FALSE(IsUsableFileName(CVelmString(121, u'n')));
 }
 
 }  // namespace
