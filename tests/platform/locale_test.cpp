@@ -17,6 +17,15 @@ TEST(Locale, WritesTheDatesAndTimesThatEverySystemCanWrite) {
     for (const auto& [date, text] : dates) {
         EXPECT_EQ(locale.ShortDate(date), text) << date.year << "-" << date.month << "-" << date.day;
     }
+    std::string lengths;
+    for (int month = 1; month <= 12; ++month) {
+        int days = 0;
+        while (locale.ShortDate({2023, month, days + 1})) {
+            ++days;
+        }
+        lengths += std::to_string(days) + " ";
+    }
+    EXPECT_EQ(lengths, "31 28 31 30 31 30 31 31 30 31 30 31 ");
     const std::pair<CVelmCalendarTime, std::optional<CVelmString>> times[] = {
         {{2024, 7, 5, 9, 5, 3}, u"9:05:03 AM"},
         {{2024, 7, 5, 0, 0, 0}, u"12:00:00 AM"},
