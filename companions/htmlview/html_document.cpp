@@ -26,6 +26,16 @@ private:
         int next = 1;
     };
 
+    /// A tag that holds as long as it is open, within others of its kind too.
+    enum class Breaks { Nothing, Paragraph, ParagraphWithSpace };
+    struct Nesting {
+        HtmlTag tag;
+        int DocumentBuilder::*depth;
+        Breaks breaks;  ///< where it opens and where it closes
+    };
+    static const Nesting* FindNesting(HtmlTag tag);
+    void BreakFor(const Nesting& nesting);
+
     void Open(HtmlTag tag, const HtmlToken& token);
     void Close(HtmlTag tag);
     void OpenList(bool numbered);
@@ -301,27 +311,36 @@ void DocumentBuilder::CloseTable() {
     spaceBefore_ = spaceBefore_ || tableDepth_ == 0;
 }
 
+const DocumentBuilder::Nesting* DocumentBuilder::FindNesting(HtmlTag tag) {
+    static constexpr Nesting NESTINGS[] = {
+        {HtmlTag::Bold, &DocumentBuilder::bold_, Breaks::Nothing},
+        {HtmlTag::Italic, &DocumentBuilder::italic_, Breaks::Nothing},
+        {HtmlTag::Underline, &DocumentBuilder::underline_, Breaks::Nothing},
+        {HtmlTag::Fixed, &DocumentBuilder::fixed_, Breaks::Nothing},
+        {HtmlTag::Hidden, &DocumentBuilder::hidden_, Breaks::Nothing},
+        {HtmlTag::Quote, &DocumentBuilder::quoted_, Breaks::ParagraphWithSpace},
+        {HtmlTag::Centre, &DocumentBuilder::centred_, Breaks::Paragraph},
+        {HtmlTag::Preformatted, &DocumentBuilder::preformatted_, Breaks::ParagraphWithSpace},
+    };
+    const auto* const found = std::ranges::find(NESTINGS, tag, &Nesting::tag);
+    return found != std::end(NESTINGS) ? found : nullptr;
+}
+
+void DocumentBuilder::BreakFor(const Nesting& nesting) {
+    if (nesting.breaks != Breaks::Nothing) {
+        BreakParagraph(nesting.breaks == Breaks::ParagraphWithSpace);
+    }
+}
+
 void DocumentBuilder::Open(HtmlTag tag, const HtmlToken& token) {
+    if (const Nesting* const nesting = FindNesting(tag)) {
+        BreakFor(*nesting);
+        ++(this->*nesting->depth);
+        return;
+    }
     switch (tag) {
-        case HtmlTag::None:
-            break;
         case HtmlTag::Link:
             OpenLink(token);
-            break;
-        case HtmlTag::Bold:
-            ++bold_;
-            break;
-        case HtmlTag::Italic:
-            ++italic_;
-            break;
-        case HtmlTag::Underline:
-            ++underline_;
-            break;
-        case HtmlTag::Fixed:
-            ++fixed_;
-            break;
-        case HtmlTag::Hidden:
-            ++hidden_;
             break;
         case HtmlTag::Subscript:
             script_ = -1;
@@ -347,18 +366,6 @@ void DocumentBuilder::Open(HtmlTag tag, const HtmlToken& token) {
         case HtmlTag::Definition:
             BreakParagraph(false);
             Current().indent = 1;
-            break;
-        case HtmlTag::Quote:
-            BreakParagraph(true);
-            ++quoted_;
-            break;
-        case HtmlTag::Centre:
-            BreakParagraph(false);
-            ++centred_;
-            break;
-        case HtmlTag::Preformatted:
-            BreakParagraph(true);
-            ++preformatted_;
             break;
         case HtmlTag::Heading1:
         case HtmlTag::Heading2:
@@ -402,29 +409,20 @@ void DocumentBuilder::Open(HtmlTag tag, const HtmlToken& token) {
         case HtmlTag::HeaderCell:
             OpenCell(tag == HtmlTag::HeaderCell);
             break;
+        default:
+            break;
     }
 }
 
 void DocumentBuilder::Close(HtmlTag tag) {
-    const auto leave = [](int& depth) { depth = std::max(depth - 1, 0); };
+    if (const Nesting* const nesting = FindNesting(tag)) {
+        BreakFor(*nesting);
+        this->*nesting->depth = std::max(this->*nesting->depth - 1, 0);
+        return;
+    }
     switch (tag) {
         case HtmlTag::Link:
             CloseLink();
-            break;
-        case HtmlTag::Bold:
-            leave(bold_);
-            break;
-        case HtmlTag::Italic:
-            leave(italic_);
-            break;
-        case HtmlTag::Underline:
-            leave(underline_);
-            break;
-        case HtmlTag::Fixed:
-            leave(fixed_);
-            break;
-        case HtmlTag::Hidden:
-            leave(hidden_);
             break;
         case HtmlTag::Subscript:
         case HtmlTag::Superscript:
@@ -434,18 +432,6 @@ void DocumentBuilder::Close(HtmlTag tag) {
             if (!colours_.empty()) {
                 colours_.pop_back();
             }
-            break;
-        case HtmlTag::Quote:
-            BreakParagraph(true);
-            leave(quoted_);
-            break;
-        case HtmlTag::Centre:
-            BreakParagraph(false);
-            leave(centred_);
-            break;
-        case HtmlTag::Preformatted:
-            BreakParagraph(true);
-            leave(preformatted_);
             break;
         case HtmlTag::Heading1:
         case HtmlTag::Heading2:
@@ -475,11 +461,7 @@ void DocumentBuilder::Close(HtmlTag tag) {
         case HtmlTag::Row:
             CloseRow();
             break;
-        case HtmlTag::None:
-        case HtmlTag::Break:
-        case HtmlTag::Rule:
-        case HtmlTag::Cell:
-        case HtmlTag::HeaderCell:
+        default:
             break;
     }
 }
