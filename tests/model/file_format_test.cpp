@@ -201,7 +201,8 @@ TEST_F(FileFormat, ADamagedFileNeverBringsTheLoaderDownAndComesBackFromASaveAsIt
     };
     for (const auto& [whole, kind] :
          {std::pair(Golden("conversion.hex"), KIND_CONVERSION), std::pair(Golden("calculation.hex"), KIND_CALCULATION),
-          std::pair(OlderFile().Get(), KIND_CONVERSION), std::pair(Golden("conversion.hex"), KIND_CALCULATION)}) {
+          std::pair(OlderFile().Get(), KIND_CONVERSION), std::pair(OlderFile().Get(), KIND_CALCULATION),
+          std::pair(Golden("conversion.hex"), KIND_CALCULATION)}) {
         for (std::size_t size = 0; size < whole.size(); ++size) {
             Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
             check(cut, kind);
