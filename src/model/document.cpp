@@ -118,6 +118,7 @@ LoadStatus CVelmDocument::ReadFile(const CVelmString& folder, bool full, bool& i
         }
     }
     TakeHeader(header);
+    updatedInFile_ = updatedText;
     return LoadStatus::Ok;
 }
 
@@ -185,8 +186,10 @@ bool CVelmDocument::Unload(const CVelmString& folder) {
     if (!loaded) {
         return true;
     }
-    // Looking costs a fraction of writing, and spares the memory card of a handheld.
-    if (!folder.empty() && !IsAsInFile(folder) && !Save(folder) && modified_) {
+    // Looking costs a fraction of writing, and spares the memory card of a handheld. How rows show their values is no
+    // reason to write old rates over the ones that another program has fetched meanwhile.
+    const bool stays = folder.empty() || IsAsInFile(folder) || (!modified_ && IsReplacedInFile(folder));
+    if (!stays && !Save(folder) && modified_) {
         return false;
     }
     storedItemCount = static_cast<std::int32_t>(items.size());
@@ -209,6 +212,13 @@ bool CVelmDocument::IsAsInFile(const CVelmString& folder) {
                         [this](CVelmFileStream& stream) { return WriteDocument(stream, *this); });
 }
 
+bool CVelmDocument::IsReplacedInFile(const CVelmString& folder) const {
+    CVelmFileStream stream(services_.files, services_.clock);
+    CVelmFileHeader header;
+    return updatedInFile_ && stream.OpenRead(PathIn(folder)) && ReadHeader(stream, header) == LoadStatus::Ok &&
+           header.updatedText != *updatedInFile_;
+}
+
 bool CVelmDocument::Save(const CVelmString& folder) {
     if (!loaded) {
         return false;  // the items are in the file only
@@ -224,6 +234,7 @@ bool CVelmDocument::Save(const CVelmString& folder) {
     if (path == originalToKeep_) {
         originalToKeep_.clear();
     }
+    updatedInFile_ = updatedText;
     modified_ = false;
     return true;
 }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "formula/formula_context.h"
@@ -125,6 +126,9 @@ private:
 
     /// Whether a save would write the very bytes that the file holds.
     bool IsAsInFile(const CVelmString& folder);
+
+    /// Whether another program has put other data into the file since it was read or saved here.
+    bool IsReplacedInFile(const CVelmString& folder) const;
     bool OpenOnDisk(CVelmFileStream& stream, const CVelmString& folder);
     LoadStatus ReadFile(const CVelmString& folder, bool full, bool& isOlder);
     LoadStatus ReadContent(CVelmFileStream& stream, const CVelmFileHeader& header);
@@ -133,8 +137,9 @@ private:
     LoadStatus lastLoad_ = LoadStatus::Ok;
     std::int32_t droppedRecords_ = 0;
     bool modified_ = false;
-    std::vector<CVelmItem*> itemsInFile_;  ///< by position in the file that is being read; null: left out
-    CVelmString nameOnDisk_;               ///< of the file loaded, where its letter case is another
+    std::vector<CVelmItem*> itemsInFile_;       ///< by position in the file that is being read; null: left out
+    std::optional<CVelmString> updatedInFile_;  ///< the file's updated text as last read or saved; none for a new one
+    CVelmString nameOnDisk_;                    ///< of the file loaded, where its letter case is another
     CVelmString originalToKeep_;  ///< path of the file read that must not be overwritten without a copy; or empty
 };
 

@@ -85,6 +85,13 @@ TEST_F(Save, UnloadWritesOnlyWhatTheFileDoesNotHoldAlready) {
         EXPECT_TRUE(document->Unload(folder.Path()));
         EXPECT_EQ(files.replaces, replaces);
     }
+    const auto open = Loaded(u"f");
+    const auto elsewhere = Loaded(u"f");
+    elsewhere->Touch(u"newer");
+    EXPECT_TRUE(elsewhere->Save(folder.Path()));
+    open->items[0]->name = u"";
+    EXPECT_TRUE(open->Unload(folder.Path()));
+    EXPECT_EQ(Loaded(u"f")->updatedText, u"newer") << "what another program wrote stays when nothing was edited";
     EXPECT_EQ(Loaded(u"f")->items[0]->name, u"Ell");
 }
 
