@@ -21,6 +21,14 @@ CVelmString Number(std::size_t number) {
     return FromUtf8(std::to_string(number));
 }
 
+/// Alt+F4 and a tap on the caption's cross become a WM_CLOSE, as they would have if they had been carried out.
+void KeepWishToClose(const MSG& message) {
+    if ((message.message == WM_SYSKEYDOWN && message.wParam == VK_F4) ||
+        (message.message == WM_NCLBUTTONDOWN && message.wParam == HTCLOSE)) {
+        PostMessageW(GetAncestor(message.hwnd, GA_ROOT), WM_CLOSE, 0, 0);
+    }
+}
+
 /// Whether what the user does means to stop. Keys and taps that come meanwhile are dropped, so that none of them is
 /// carried out late; closing the window stops, and is left in the queue.
 bool WantsToStop() {
@@ -28,9 +36,11 @@ bool WantsToStop() {
     bool stop = false;
     while (PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) {
         stop = stop || (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE);
+        KeepWishToClose(message);
     }
     while (PeekMessageW(&message, nullptr, WM_MOUSEFIRST, WM_MOUSELAST, PM_REMOVE) ||
            PeekMessageW(&message, nullptr, FIRST_FRAME_MOUSE, LAST_FRAME_MOUSE, PM_REMOVE)) {
+        KeepWishToClose(message);
     }
     return stop || PeekMessageW(&message, nullptr, WM_CLOSE, WM_CLOSE, PM_NOREMOVE) != FALSE;
 }

@@ -74,7 +74,8 @@ TEST_F(DownloadTest, EscapeStopsItWhileTheWindowStaysAlive) {
     EXPECT_FALSE(program.IsAsking()) << "keys of the meantime are dropped";
     program.Command(ID_DOWNLOAD);
     EXPECT_TRUE(WaitUntil([this] { return server.Requests("/silent.txt") > 1; }));
-    EXPECT_TRUE(program.Close()) << "closing the window stops it too";
+    PostMessageW(program.List(), WM_SYSKEYDOWN, VK_F4, 1);
+    EXPECT_TRUE(WaitUntil([this] { return !IsWindow(program.Frame()); })) << "closing the window stops it too";
 }
 
 }  // namespace
