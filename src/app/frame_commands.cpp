@@ -130,7 +130,11 @@ void ShowFormats(CVelmFrame& frame, WORD) {
 void SelectQuickFile(CVelmFrame& frame, WORD id) {
     const std::size_t index = static_cast<std::size_t>(id) - ID_QUICK_FILE_FIRST;
     const auto& documents = frame.Catalog().documents;
-    if (index < documents.size() && documents[index].get() != frame.Document()) {
+    if (index >= documents.size()) {
+        return;
+    }
+    // A file that could not be read may be there again.
+    if (documents[index].get() != frame.Document() || !documents[index]->loaded) {
         frame.SelectFile(documents[index].get());
     }
 }

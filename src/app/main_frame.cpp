@@ -208,7 +208,11 @@ HICON CVelmFrame::IconOf(std::int32_t kind) const {
 }
 
 void CVelmFrame::RefreshTitle() {
-    titleButton_.SetText(document_ != nullptr ? document_->title : u"(No file)");
+    if (document_ == nullptr) {
+        titleButton_.SetText(u"(No file)");
+    } else {
+        titleButton_.SetText(document_->loaded ? document_->title : u"(unreadable) " + document_->title);
+    }
 }
 
 void CVelmFrame::ShowTitle(const CVelmString& text) {
