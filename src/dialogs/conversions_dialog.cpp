@@ -83,11 +83,11 @@ protected:
     }
 
     bool OnListKey(WORD key) override {
-        if (key != VK_DELETE) {
+        if (key != VK_DELETE && key != VK_INSERT) {
             return false;
         }
-        // The question opens when the list is done with its key.
-        PostMessageW(Handle(), WM_COMMAND, ID_DELETE_CONVERSION, 0);
+        // The question or dialog opens when the list is done with its key.
+        PostMessageW(Handle(), WM_COMMAND, key == VK_DELETE ? ID_DELETE_CONVERSION : ID_ADD_STANDARD, 0);
         return true;
     }
 
