@@ -4,14 +4,6 @@
 #include <unordered_set>
 
 namespace velm {
-namespace {
-
-/// A file named like a bare extension is no data file.
-constexpr std::size_t SHORTEST_NAME = 5;
-
-constexpr std::size_t EXTENSION_LENGTH = 4;
-
-}  // namespace
 
 void CVelmCatalog::SetFolder(const CVelmString& path) {
     folder_ = WithSeparator(path);
@@ -24,11 +16,13 @@ int CVelmCatalog::AddFile(const CVelmString& name) {
 
 int CVelmCatalog::AddNewFile(const CVelmString& name) {
     const std::int32_t kind = KindOfFileName(name);
-    if (kind == 0 || name.size() < SHORTEST_NAME) {
+    const std::size_t extension = ExtensionOfKind(kind).size();
+    // A file named like a bare extension is no data file.
+    if (kind == 0 || name.size() == extension) {
         return -1;
     }
     auto document = CreateDocument(kind, services_);
-    const bool read = document->Load(folder_, false, name.substr(0, name.size() - EXTENSION_LENGTH));
+    const bool read = document->Load(folder_, false, name.substr(0, name.size() - extension));
     return read ? AddDocument(std::move(document)) : -1;
 }
 

@@ -176,10 +176,7 @@ bool CVelmDocument::OpenOnDisk(CVelmFileStream& stream, const CVelmString& folde
 }
 
 bool CVelmDocument::EnsureLoaded(const CVelmString& folder) {
-    if (!loaded) {
-        loaded = Load(folder, true);
-    }
-    return loaded;
+    return loaded || Load(folder, true);
 }
 
 bool CVelmDocument::Unload(const CVelmString& folder) {

@@ -9,12 +9,11 @@
 #include <type_traits>
 
 #include "platform/fetch.h"
+#include "platform/fetch_rules.h"
 #include "platform/transfer_watch.h"
 
 namespace velm {
 namespace {
-
-constexpr long MOST_REDIRECTIONS = 10;
 
 /// The local copy while it is written; removed unless it is kept.
 class CVelmCacheFile {
@@ -25,8 +24,11 @@ public:
         descriptor_ = mkostemp(path_.data(), O_CLOEXEC);
     }
     ~CVelmCacheFile() {
-        Close();
-        if (!kept_ && !path_.empty()) {
+        if (!IsOpen()) {
+            return;
+        }
+        close(descriptor_);
+        if (!kept_) {
             unlink(path_.c_str());
         }
     }
@@ -54,12 +56,6 @@ public:
     }
 
 private:
-    void Close() {
-        if (descriptor_ >= 0) {
-            close(descriptor_);
-        }
-    }
-
     std::string path_;
     int descriptor_ = -1;
     bool kept_ = false;
@@ -132,8 +128,7 @@ public:
     explicit CVelmCurlFetcher(const CVelmFetchLimits& limits) : limits_(limits) {}
 
     CVelmFetched Fetch(const CVelmString& url, const CVelmFetchProgress& progress) override {
-        const bool fetchable = StartsWithNoCase(url, HTTP_SCHEME) && url.find(u'\0') == CVelmString::npos;
-        if (!fetchable || !Curl().ready) {
+        if (!IsFetchable(url) || !Curl().ready) {
             return {};
         }
         Transfer transfer{{}, {limits_, progress}};
@@ -157,7 +152,7 @@ private:
         set(CURLOPT_PROTOCOLS_STR, "http");
         set(CURLOPT_REDIR_PROTOCOLS_STR, "http");
         set(CURLOPT_FOLLOWLOCATION, 1L);
-        set(CURLOPT_MAXREDIRS, MOST_REDIRECTIONS);
+        set(CURLOPT_MAXREDIRS, static_cast<long>(MOST_REDIRECTIONS));
         set(CURLOPT_FAILONERROR, 1L);
         set(CURLOPT_NOSIGNAL, 1L);
         set(CURLOPT_USERAGENT, "Velmora");

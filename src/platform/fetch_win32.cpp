@@ -3,13 +3,13 @@
 #include <urlmon.h>
 #include <wininet.h>
 
-#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <system_error>
 #include <thread>
 
 #include "platform/fetch.h"
+#include "platform/fetch_rules.h"
 #include "platform/transfer_watch.h"
 #include "platform/wide_text_win32.h"
 
@@ -19,7 +19,6 @@ namespace {
 constexpr DWORD CACHE_NAME_LENGTH = 259;
 constexpr DWORD POLL_MILLISECONDS = 20;
 constexpr DWORD HTTP_OK = 200;
-constexpr int MOST_REDIRECTIONS = 10;
 
 /// One download: the system's call on a thread of its own, which it may hold for minutes, and the notices it sends.
 /// Shared by that thread and by whoever waits, and counted like every COM object.
@@ -204,7 +203,7 @@ public:
     explicit CVelmMonikerFetcher(const CVelmFetchLimits& limits) : limits_(limits) {}
 
     CVelmFetched Fetch(const CVelmString& url, const CVelmFetchProgress& progress) override {
-        if (!StartsWithNoCase(url, HTTP_SCHEME) || url.find(u'\0') != CVelmString::npos) {
+        if (!IsFetchable(url)) {
             return {};
         }
         const DownloadReference download(new CVelmDownload(url, limits_.maxBytes));

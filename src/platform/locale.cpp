@@ -1,6 +1,6 @@
 #include "platform/locale.h"
 
-#include <array>
+#include <chrono>
 
 #include "platform/locale_limits.h"
 
@@ -10,11 +10,6 @@ namespace {
 
 constexpr int FIRST_YEAR = 1601;
 constexpr int LAST_YEAR = 30827;
-constexpr std::array<int, 12> DAYS_IN_MONTH = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-
-bool IsGregorianLeapYear(int year) {
-    return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-}
 
 }  // namespace
 
@@ -22,9 +17,9 @@ bool IsLocaleDate(const CVelmCalendarTime& time) {
     if (time.year < FIRST_YEAR || time.year > LAST_YEAR || time.month < 1 || time.month > 12) {
         return false;
     }
-    const bool leapDay = time.month == 2 && IsGregorianLeapYear(time.year);
-    const int days = DAYS_IN_MONTH[static_cast<std::size_t>(time.month - 1)] + (leapDay ? 1 : 0);
-    return time.day >= 1 && time.day <= days;
+    const auto month = std::chrono::year(time.year) / time.month;
+    const auto lastDay = static_cast<unsigned>((month / std::chrono::last).day());
+    return time.day >= 1 && time.day <= static_cast<int>(lastDay);
 }
 
 bool IsLocaleTime(const CVelmCalendarTime& time) {

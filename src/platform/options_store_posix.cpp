@@ -1,7 +1,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
-#include <string_view>
 
 #include "platform/file.h"
 #include "platform/options_store.h"
