@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "arguments.h"
 #include "cli_error.h"
 #include "data_file.h"
@@ -39,18 +37,14 @@ std::string CheckFile(const CVelmServices& services, const CVelmString& path, bo
 /// A folder stands for its data files.
 std::vector<CVelmString> FilesAt(CVelmFileSystem& files, const std::string& path) {
     const CVelmString whole = FromUtf8(path);
-    const auto entries = KindOfFileName(whole) == 0 ? files.List(whole) : std::nullopt;
-    if (!entries) {
+    auto found = KindOfFileName(whole) == 0 ? DataFilesIn(files, whole) : std::nullopt;
+    if (!found) {
         return {whole};
     }
-    std::vector<CVelmString> found;
-    for (const CVelmFolderEntry& entry : *entries) {
-        if (!entry.isFolder && KindOfFileName(entry.name) != 0) {
-            found.push_back(WithSeparator(whole) + entry.name);
-        }
+    for (CVelmString& name : *found) {
+        name = WithSeparator(whole) + name;
     }
-    std::sort(found.begin(), found.end());
-    return found;
+    return *std::move(found);
 }
 
 }  // namespace

@@ -22,21 +22,6 @@ CVelmStringView WithoutExtension(CVelmStringView name) {
     return name.substr(0, name.size() - ExtensionOfKind(KindOfFileName(name)).size());
 }
 
-std::vector<CVelmString> DataFilesOf(const CommandContext& context) {
-    const auto entries = context.services.files.List(context.dataFolder);
-    if (!entries) {
-        Fail("cannot read the data folder " + Quoted(ToUtf8(context.dataFolder)));
-    }
-    std::vector<CVelmString> names;
-    for (const CVelmFolderEntry& entry : *entries) {
-        if (!entry.isFolder && KindOfFileName(entry.name) != 0) {
-            names.push_back(entry.name);
-        }
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 /// The names that match, with or without their extension.
 template <typename Equal>
 std::vector<CVelmString> Matching(const std::vector<CVelmString>& names, CVelmStringView wanted, Equal equal) {
@@ -48,15 +33,18 @@ std::vector<CVelmString> Matching(const std::vector<CVelmString>& names, CVelmSt
 
 CVelmString FindInDataFolder(const CommandContext& context, const std::string& file) {
     const CVelmString wanted = FromUtf8(file);
-    const std::vector<CVelmString> names = DataFilesOf(context);
-    std::vector<CVelmString> found = Matching(names, wanted, std::equal_to<CVelmStringView>());
+    const auto names = DataFilesIn(context.services.files, context.dataFolder);
+    if (!names) {
+        FailDataFolder(context);
+    }
+    std::vector<CVelmString> found = Matching(*names, wanted, std::equal_to<CVelmStringView>());
     if (found.empty()) {
-        found = Matching(names, wanted, EqualsNoCase);
+        found = Matching(*names, wanted, EqualsNoCase);
     }
     if (found.empty()) {
         std::vector<CVelmString> known;
-        known.reserve(names.size());
-        for (const CVelmString& name : names) {
+        known.reserve(names->size());
+        for (const CVelmString& name : *names) {
             known.emplace_back(WithoutExtension(name));
         }
         Fail(fmt::format("there is no data file {} in {}; {}", Quoted(file), ToUtf8(context.dataFolder),
@@ -81,6 +69,25 @@ DataFilePath SplitDataFilePath(CVelmStringView path) {
     return {CVelmString(path.substr(0, start)), CVelmString(WithoutExtension(name)), KindOfFileName(name)};
 }
 
+std::optional<std::vector<CVelmString>> DataFilesIn(CVelmFileSystem& files, const CVelmString& folder) {
+    const auto entries = files.List(folder);
+    if (!entries) {
+        return std::nullopt;
+    }
+    std::vector<CVelmString> names;
+    for (const CVelmFolderEntry& entry : *entries) {
+        if (!entry.isFolder && KindOfFileName(entry.name) != 0) {
+            names.push_back(entry.name);
+        }
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+void FailDataFolder(const CommandContext& context) {
+    Fail("cannot read the data folder " + Quoted(ToUtf8(context.dataFolder)));
+}
+
 DataFilePath FindDataFile(const CommandContext& context, const std::string& file) {
     const CVelmString path = FromUtf8(file);
     const bool isDataFile = KindOfFileName(path) != 0;
@@ -96,8 +103,8 @@ DataFilePath FindDataFile(const CommandContext& context, const std::string& file
 std::unique_ptr<CVelmDocument> OpenDataFile(const CommandContext& context, const std::string& file, std::int32_t kind) {
     const DataFilePath path = FindDataFile(context, file);
     if (kind != 0 && path.kind != kind) {
-        Fail(kind == KIND_CONVERSION ? Quoted(file) + " is a calculation file: use velmora calc"
-                                     : Quoted(file) + " is a conversion file: use velmora convert");
+        const char* command = path.kind == KIND_CONVERSION ? "convert" : "calc";
+        Fail(fmt::format("{} is a {} file: use velmora {}", Quoted(file), KindWord(path.kind), command));
     }
     std::unique_ptr<CVelmDocument> document = CreateDocument(path.kind, context.services);
     if (!document->Load(path.folder, true, path.name)) {
@@ -124,6 +131,10 @@ std::string LoadFailureText(LoadStatus status) {
             return "damaged: it holds an item of an unknown type";
     }
     return "cannot be loaded";
+}
+
+std::string KindWord(std::int32_t kind) {
+    return kind == KIND_CONVERSION ? "conversion" : "calculation";
 }
 
 const std::vector<std::unique_ptr<CVelmConversion>>* ConversionsOf(const CVelmDocument& document) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "command.h"
 #include "model/document.h"
@@ -17,6 +19,12 @@ struct DataFilePath {
 
 DataFilePath SplitDataFilePath(CVelmStringView path);
 
+/// The names of a folder's data files, sorted; nothing when the folder cannot be read.
+std::optional<std::vector<CVelmString>> DataFilesIn(CVelmFileSystem& files, const CVelmString& folder);
+
+/// Ends the command: the data folder cannot be read.
+[[noreturn]] void FailDataFolder(const CommandContext& context);
+
 /// What FILE (UTF-8) names: a path, or a file of the data folder with or without its extension, in any letter case.
 /// Ends the command with the nearest names when there is none and with the list when there are several.
 DataFilePath FindDataFile(const CommandContext& context, const std::string& file);
@@ -24,6 +32,9 @@ DataFilePath FindDataFile(const CommandContext& context, const std::string& file
 /// Loads what FILE names. Ends the command when that cannot be, or when the file's kind is not `kind` (0: any).
 std::unique_ptr<CVelmDocument> OpenDataFile(const CommandContext& context, const std::string& file,
                                             std::int32_t kind = 0);
+
+/// "conversion" or "calculation".
+std::string KindWord(std::int32_t kind);
 
 /// Null for a document without conversions.
 const std::vector<std::unique_ptr<CVelmConversion>>* ConversionsOf(const CVelmDocument& document);

@@ -4,6 +4,7 @@
 
 #include "arguments.h"
 #include "cli_error.h"
+#include "data_file.h"
 #include "json.h"
 #include "model/catalog.h"
 #include "model/reference_list.h"
@@ -15,10 +16,6 @@ namespace velm {
 namespace {
 
 using Documents = std::vector<CVelmDocument*>;
-
-const char* KindName(const CVelmDocument& document) {
-    return document.GetKind() == KIND_CONVERSION ? "conversion" : "calculation";
-}
 
 /// A view for reading: the catalogue keeps its own order, whose first entry is the open document.
 Documents ByCategory(const CVelmCatalog& catalog) {
@@ -64,8 +61,9 @@ std::string AsJson(const Documents& documents, const CVelmReferenceList& referen
 void PrintTables(const Documents& documents, const CVelmReferenceList& references, CVelmOutput& out) {
     TableRows rows;
     for (CVelmDocument* document : documents) {
-        rows.push_back({ToUtf8(document->category), ToUtf8(document->FileNameWithExtension()), KindName(*document),
-                        ToUtf8(document->title), ToUtf8(CVelmCatalog::UnitCountText(*document))});
+        rows.push_back({ToUtf8(document->category), ToUtf8(document->FileNameWithExtension()),
+                        KindWord(document->GetKind()), ToUtf8(document->title),
+                        ToUtf8(CVelmCatalog::UnitCountText(*document))});
     }
     PrintTable(rows, out);
     if (references.names.empty()) {
@@ -90,7 +88,7 @@ int RunFiles(CommandContext& context, const std::vector<std::string>& arguments)
         return STATUS_OK;
     }
     if (!context.services.files.List(context.dataFolder)) {
-        Fail("cannot read the data folder " + Quoted(ToUtf8(context.dataFolder)));
+        FailDataFolder(context);
     }
     // Reading a header of the older format would rewrite the file.
     CVelmReadOnlyFiles files(context.services.files);

@@ -37,4 +37,17 @@ std::vector<std::string> FormatWords() {
     return words;
 }
 
+std::vector<std::string_view> NamesOfFormats(const CVelmValueFormat& format) {
+    std::vector<std::string_view> names;
+    if (const std::string_view shown = NameOfFormat(format.displayFormat); !shown.empty()) {
+        names.push_back(shown);
+    }
+    for (const FormatName& other : FORMAT_NAMES) {
+        if ((format.allowedFormats & other.code) != 0 && other.code != format.displayFormat) {
+            names.push_back(other.name);
+        }
+    }
+    return names;
+}
+
 }  // namespace velm

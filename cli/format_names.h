@@ -35,4 +35,8 @@ std::string_view NameOfFormat(std::uint32_t code);
 
 std::vector<std::string> FormatWords();
 
+/// The names of a format's codes: the one that is shown, then the others that it allows. Codes without a name are
+/// left out.
+std::vector<std::string_view> NamesOfFormats(const CVelmValueFormat& format);
+
 }  // namespace velm

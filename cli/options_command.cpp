@@ -90,8 +90,7 @@ const OptionRow& FindOption(const std::string& name) {
 }
 
 void PrintAll(CVelmOutput& out) {
-    CVelmSettings settings;
-    LoadSettings(settings, *UserOptions(), ProgramFolder());
+    const CVelmSettings settings = LoadUserSettings();
     TableRows rows;
     for (const OptionRow& option : OPTIONS) {
         rows.push_back({option.name, option.show(settings)});
@@ -132,9 +131,7 @@ int RunOptions(CommandContext& context, const std::vector<std::string>& argument
     if (words.size() == 2) {
         Change(option, words.back());
     } else {
-        CVelmSettings settings;
-        LoadSettings(settings, *UserOptions(), ProgramFolder());
-        context.out.WriteLine(OneLine(option.show(settings)));
+        context.out.WriteLine(OneLine(option.show(LoadUserSettings())));
     }
     return STATUS_OK;
 }

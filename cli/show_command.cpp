@@ -95,16 +95,6 @@ std::string DocumentAsJson(const CVelmDocument& document) {
     return json.Result();
 }
 
-std::string FormatList(const CVelmValueFormat& format) {
-    std::string list(NameOfFormat(format.displayFormat));
-    for (const FormatName& other : FORMAT_NAMES) {
-        if ((format.allowedFormats & other.code) != 0 && other.code != format.displayFormat) {
-            list += (list.empty() ? "" : ", ") + std::string(other.name);
-        }
-    }
-    return list;
-}
-
 std::string LinearText(const CVelmConversion& conversion) {
     std::string text = "x * " + ShortestText(conversion.factor);
     if (conversion.offset != 0.0) {
@@ -138,8 +128,9 @@ void PrintDocument(const CVelmDocument& document, CVelmOutput& out) {
     TableRows rows;
     for (const auto& item : document.items) {
         const char* formulaMark = item->IsOutput() ? "= " : "";
-        rows.push_back({"  " + ToUtf8(item->identifier), ToUtf8(item->name), formulaMark + ToUtf8(item->valueText),
-                        FormatList(item->format) + (item->shown != 0 ? "" : " (hidden)")});
+        rows.push_back(
+            {"  " + ToUtf8(item->identifier), ToUtf8(item->name), formulaMark + ToUtf8(item->valueText),
+             fmt::format("{}{}", fmt::join(NamesOfFormats(item->format), ", "), item->shown != 0 ? "" : " (hidden)")});
     }
     PrintTable(rows, out);
     const auto* conversions = ConversionsOf(document);

@@ -88,8 +88,7 @@ public:
         Write(KEY_TITLE, TextAsToml(document_.title));
         Write(KEY_CATEGORY, TextAsToml(document_.category));
         Write(KEY_UPDATED, TextAsToml(document_.updatedText));
-        const bool isConversion = document_.GetKind() == KIND_CONVERSION;
-        Write(KEY_KIND, fmt::format("\"{}\"", isConversion ? WORD_CONVERSION : WORD_CALCULATION));
+        Write(KEY_KIND, fmt::format("\"{}\"", KindWord(document_.GetKind())));
         for (const auto& item : document_.items) {
             WriteItem(*item);
         }
@@ -158,13 +157,7 @@ private:
     }
 
     void WriteFormatNames(const CVelmValueFormat& format) {
-        std::string list = fmt::format("\"{}\"", NameOfFormat(format.displayFormat));
-        for (const FormatName& other : FORMAT_NAMES) {
-            if ((format.allowedFormats & other.code) != 0 && other.code != format.displayFormat) {
-                list += fmt::format(", \"{}\"", other.name);
-            }
-        }
-        Write(KEY_FORMATS, "[" + list + "]");
+        Write(KEY_FORMATS, fmt::format("[\"{}\"]", fmt::join(NamesOfFormats(format), "\", \"")));
         if (format.inputFormat != format.displayFormat) {
             Write(KEY_INPUT, fmt::format("\"{}\"", NameOfFormat(format.inputFormat)));
         }

@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "cli_error.h"
+#include "data_file.h"
 #include "format_names.h"
 #include "source_keys.h"
 #include "suggest.h"
@@ -14,10 +15,6 @@
 namespace velm {
 
 namespace {
-
-std::string KindWord(std::int32_t kind) {
-    return std::string(kind == KIND_CONVERSION ? WORD_CONVERSION : WORD_CALCULATION);
-}
 
 std::uint32_t ReadFormatName(const SourceFile& file, const toml::node& node) {
     const auto* name = node.as_string();

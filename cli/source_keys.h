@@ -46,9 +46,7 @@ inline constexpr std::array ITEM_KEYS{KEY_ID,     KEY_NAME,   KEY_TYPE,    KEY_V
 inline constexpr std::array CONVERSION_KEYS{KEY_FROM,    KEY_TO,   KEY_FACTOR, KEY_OFFSET, KEY_FORWARD,
                                             KEY_REVERSE, KEY_FLAG, KEY_SOURCE, KEY_NOTE};
 
-/// Words for the two kinds of file and the two types of item.
-inline constexpr std::string_view WORD_CONVERSION = "conversion";
-inline constexpr std::string_view WORD_CALCULATION = "calculation";
+/// Words for the two types of item.
 inline constexpr std::string_view WORD_VALUE = "value";
 inline constexpr std::string_view WORD_FORMULA = "formula";
 

@@ -4,18 +4,14 @@
 
 namespace velm {
 
-namespace {
+std::unique_ptr<CVelmOptionsStore> UserOptions() {
+    return OpenOptionsStore(DefaultOptionsLocation());
+}
 
 CVelmSettings LoadUserSettings() {
     CVelmSettings settings;
     LoadSettings(settings, *UserOptions(), ProgramFolder());
     return settings;
-}
-
-}  // namespace
-
-std::unique_ptr<CVelmOptionsStore> UserOptions() {
-    return OpenOptionsStore(DefaultOptionsLocation());
 }
 
 CVelmString DataFolderOfOptions() {

@@ -122,7 +122,7 @@ int RunUpdate(CommandContext& context, const std::vector<std::string>& arguments
         return STATUS_OK;
     }
     if (!context.services.files.List(context.dataFolder)) {
-        Fail("cannot read the data folder " + Quoted(ToUtf8(context.dataFolder)));
+        FailDataFolder(context);
     }
     CVelmCatalog catalog(context.services);
     catalog.SetFolder(context.dataFolder);
