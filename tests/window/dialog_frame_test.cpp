@@ -86,8 +86,11 @@ TEST_F(DialogFrameTest, EveryDialogFollowsTheSizeOfTheProgramsWindow) {
 TEST_F(DialogFrameTest, PaintsItsCaptionAboveABlackLine) {
     StartLength();
     const DialogDriver dialog(program, ID_OPTIONS);
-    const Picture picture = program.Ask([&](CVelmFrame&) { return Picture::OfWindow(dialog.Window()); });
-    EXPECT_TRUE(picture.IsAll({0, Scaled(24), picture.Width(), Scaled(24) + 1}, RGB(0, 0, 0)));
+    Picture picture;
+    EXPECT_TRUE(WaitUntil([&] {
+        picture = Picture::OfWindow(dialog.Window());
+        return picture.IsAll({0, Scaled(24), picture.Width(), Scaled(24) + 1}, RGB(0, 0, 0));
+    }));
     const RECT caption{0, 0, picture.Width(), Scaled(24)};
     EXPECT_GT(picture.Count(caption, GetSysColor(COLOR_ACTIVECAPTION)), 50) << "the caption's text";
     EXPECT_EQ(picture.Count(caption, RGB(0, 0, 0)), 0);

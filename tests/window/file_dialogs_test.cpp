@@ -7,39 +7,11 @@
 namespace velm::test {
 namespace {
 
-class FileDialogsTest : public ProgramTest {
-protected:
-    /// On three conversion files: Weight and Length, both "Home", and Volume without a category.
-    void Start() {
-        SaveConversionFile(program, u"Length", {{u"meters"}, {u"feet", 3.28084}});
-        SaveConversionFile(program, u"Volume", {{u"liters"}});
-        SaveConversionFile(program, u"Weight", {{u"grams"}, {u"pounds", 0.0022}, {u"ounces", 0.035}});
-        program.StoreRecentFiles({u"Weight.cnv", u"Length.cnv", u"Volume.cnv"});
-        ASSERT_TRUE(program.Start());
-        SetCategories({u"Home", u"Home"});
-    }
+using FileDialogsTest = ProgramTest;
 
-    void SetCategories(const std::vector<CVelmString>& categories) {
-        program.Ask([&](CVelmFrame& frame) {
-            for (std::size_t i = 0; i < categories.size(); ++i) {
-                frame.Catalog().documents[i]->category = categories[i];
-            }
-        });
-    }
-};
-
-TEST_F(FileDialogsTest, OpenListsFilesByCategory) {
-    Start();
+TEST_F(FileDialogsTest, OpenFollowsItsSize) {
+    StartLength();
     const DialogDriver dialog(program, ID_OPEN_FILE);
-    EXPECT_EQ(dialog.Caption(), "Open File");
-    EXPECT_EQ(dialog.MenuBar(), (Texts{"  OK   ", " Cancel "}));
-    EXPECT_EQ(dialog.Entries(IDC_CATEGORY), (Texts{"- All -", "Home", "- Other Text References -"}));
-    EXPECT_EQ(dialog.Text(IDC_CATEGORY), "Home") << "the category of the file that is open";
-    EXPECT_EQ(dialog.Rows(IDC_LIST), (Texts{"Weight", "Length"})) << "in the order of last use";
-    EXPECT_EQ(dialog.RowText(IDC_LIST, 0, 1), "3 units");
-    EXPECT_EQ(dialog.RowText(IDC_LIST, 1, 1), "2 units") << "of a file that is not loaded";
-    dialog.Choose(IDC_CATEGORY, 0);
-    EXPECT_EQ(dialog.Rows(IDC_LIST), (Texts{"Weight", "Length", "Volume"}));
     for (const int width : {160, 400}) {
         program.Resize(Scaled(width), Scaled(300));
         const int listWidth = Width(ClientOf(dialog.Window()));
@@ -48,10 +20,6 @@ TEST_F(FileDialogsTest, OpenListsFilesByCategory) {
         EXPECT_EQ(dialog.Send(IDC_LIST, LVM_GETCOLUMNWIDTH, 0), 2 * listWidth / 3 - Scaled(14));
         EXPECT_EQ(dialog.Send(IDC_LIST, LVM_GETCOLUMNWIDTH, 1), listWidth / 3);
     }
-    EXPECT_EQ(dialog.Answer(IDOK), "Open File: Please select a file from the list");
-    dialog.SelectRow(IDC_LIST, 2);
-    EXPECT_TRUE(dialog.Ok());
-    EXPECT_EQ(Title(), "Volume");
 }
 
 TEST_F(FileDialogsTest, NewOffersToMakeAMissingDataFolder) {

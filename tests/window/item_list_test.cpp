@@ -36,15 +36,6 @@ protected:
         program.Ask([](CVelmFrame& frame) { frame.SelectFile(frame.Document()); });
     }
 
-    /// Gives the list that many pixels of an ordinary screen.
-    void ResizeList(int width, int height) {
-        program.Resize(Scaled(width), Scaled(400));
-        program.Ask([&](CVelmFrame& frame) {
-            MoveWindow(frame.List().Handle(), 0, Scaled(24), Scaled(width), Scaled(height), TRUE);
-        });
-        program.Settle();
-    }
-
     SCROLLINFO ScrollBar() {
         SCROLLINFO info{};
         info.cbSize = sizeof(info);
@@ -88,55 +79,6 @@ TEST_F(ItemListTest, LaysRowsOutInOneLineOrTwo) {
     EXPECT_TRUE(SecondRow().ends_with("unit 1")) << "a wide label has the full name";
 }
 
-TEST_F(ItemListTest, ScrollsByRowsAndStopsAtTheEnds) {
-    Start(10);
-    ResizeList(240, 3 * 21);
-    EXPECT_EQ(ScrollBar().nMax, 9);
-    EXPECT_EQ(ScrollBar().nPage, 3U);
-    for (const auto& [request, top] : std::vector<std::pair<WORD, int>>{{SB_LINEDOWN, 1},
-                                                                        {SB_PAGEDOWN, 4},
-                                                                        {SB_PAGEDOWN, 7},
-                                                                        {SB_PAGEDOWN, 7},
-                                                                        {SB_LINEUP, 6},
-                                                                        {SB_PAGEUP, 3},
-                                                                        {SB_TOP, 0},
-                                                                        {SB_LINEUP, 0},
-                                                                        {SB_BOTTOM, 7}}) {
-        SendMessageW(program.List(), WM_VSCROLL, request, 0);
-        EXPECT_EQ(ListState(), std::to_string(top) + "/3/0") << request;
-        EXPECT_EQ(ScrollBar().nPos, top);
-    }
-    for (const auto& [distance, top] : {std::pair{240, 5}, {-60, 5}, {-60, 6}}) {
-        program.Wheel(distance);
-        program.Settle();
-        EXPECT_EQ(ListState(), std::to_string(top) + "/3/0") << "away from the user is up, fine wheels add up";
-    }
-    ResizeList(240, 5 * 21);
-    EXPECT_EQ(ListState(), "5/5/0") << "more room shows more rows, not an empty end";
-}
-
-TEST_F(ItemListTest, KeysGoRoundAtTheEnds) {
-    Start(5);
-    ResizeList(240, 3 * 21);
-    const auto state = [this] { return ListState(); };
-    Select(4);
-    Do("focus list");
-    Play({{"press Down", "0/3/0"},
-          {"press Up", "2/3/4"},
-          {"press Up", "2/3/3"},
-          {"press PageDown", "1/3/1"},
-          {"press PageUp", "1/3/3"}},
-         state);
-    EXPECT_EQ(Document().currentItem->name, u"unit 3");
-    ResizeList(240, 12 * 21);
-    Select(0);
-    Play({{"press PageUp", "0/12/3", "a page longer than the list goes round too"}}, state);
-    program.Ask([](CVelmFrame& frame) { frame.SelectFile(nullptr); });
-    Do("press Down; press PageDown");
-    EXPECT_TRUE(ListState().ends_with("/-1")) << "an empty list ignores keys";
-    EXPECT_EQ(ScrollBar().nMax, 0);
-}
-
 TEST_F(ItemListTest, RemovingARowMovesOnlyTheRowsBelow) {
     Start(5);
     ResizeList(240, 10 * 21);
@@ -158,43 +100,6 @@ TEST_F(ItemListTest, RemovingARowMovesOnlyTheRowsBelow) {
         EXPECT_EQ(list.Row(1).Rectangle().top, Scaled(21));
     });
     EXPECT_EQ(ScrollBar().nMax, 1);
-}
-
-TEST_F(ItemListTest, FormatMenuShowsTheValueInEveryFormat) {
-    Start(3);
-    constexpr std::uint32_t ALL =
-        FMT_DECIMAL | FMT_HEX | FMT_OCTAL | FMT_BINARY | FMT_COMPOUND | FMT_DATE | FMT_DATETIME | FMT_CURRENCY;
-    Item(1).format.SetAllowedFormats(ALL);
-    // What a whole number, a negative fraction and a huge number look like in each of them.
-    constexpr std::array<double, 3> VALUES = {20, -2.5, 1e300};
-    const std::vector<std::pair<std::string, Texts>> formats = {
-        {"Currency", {"20.00", "(2.50)", "1 e300"}},
-        {"Hexadecimal", {"0014", "Dec: -2.5", "Dec: 1 e300"}},
-        {"Octal", {"0024", "Dec: -2.5", "Dec: 1 e300"}},
-        {"Binary", {"0001 0100", "Dec: -2.5", "Dec: 1 e300"}},
-        {"Date", {"Mon 1/21/4713 BC", "Sun 12/30/4714 BC", "Wed 6/5/32767"}},
-        {"Date Time", {"Mon 1/21/4713 BC 12:00:00 AM", "Sun 12/30/4714 BC 12:00:00 PM", "Wed 6/5/32767 12:00:00 AM"}},
-        {"Compound", {"20 ", "(2.5 )", "1e300 "}},
-        {"Default (decimal)", {"20", "-2.5", "1 e300"}}};
-    for (const auto& [entry, texts] : formats) {
-        TapFormatButton(1);
-        EXPECT_TRUE(program.Choose(entry)) << entry;
-        for (std::size_t i = 0; i < VALUES.size(); ++i) {
-            Give(1, VALUES[i]);
-            EXPECT_EQ(program.Ask([](CVelmFrame& frame) { return ToUtf8(frame.List().Row(1).ValueText()); }), texts[i]);
-        }
-    }
-    TapFormatButton(1);
-    auto menu = program.WaitForMenu();
-    EXPECT_EQ(menu ? menu->Words() : "",
-              "*Default (decimal), Currency, Hexadecimal, Octal, Binary, Date, Date Time, Compound, -, Customize...");
-    EXPECT_TRUE(program.Choose("Date Time"));
-    TapFormatButton(2);
-    menu = program.WaitForMenu();
-    EXPECT_EQ(menu ? menu->Words() : "", "*Default (decimal), -, Customize...");
-    menu->Close();
-    EXPECT_TRUE(program.Close());
-    EXPECT_EQ(LoadFile(program, u"Many.cnv")->items[1]->format.displayFormat, FMT_DATETIME) << "the choice is kept";
 }
 
 TEST_F(ItemListTest, HoldingOrRightClickingOpensTheRowMenu) {
@@ -239,6 +144,15 @@ TEST_F(ItemListTest, DrawsRowsApart) {
     EXPECT_EQ(picture.At(right, 2 * row - 2), fill);
     EXPECT_EQ(picture.At(right, 2 * row - 1), WHITE) << "a line of background below an unselected row";
     EXPECT_TRUE(picture.IsAll({0, 3 * row, picture.Width(), picture.Height()}, WHITE));
+    const RECT button = program.Ask([](CVelmFrame& frame) { return frame.List().Row(1).Button().Rectangle(); });
+    const int middle = static_cast<int>(button.top + button.bottom) / 2;
+    program.PenDown(program.List(), static_cast<int>(button.left) + Scaled(5), middle);
+    program.Settle();
+    const Picture pressed = Picture::OfWindow(program.List());
+    const int inside = static_cast<int>(button.left) + Scaled(2);
+    EXPECT_EQ(pressed.At(inside, middle), WHITE) << "a pressed button has a wide edge";
+    EXPECT_NE(pressed.At(inside - 1, middle), WHITE);
+    program.PenUp(program.List(), 0, 0);
 }
 
 TEST_F(ItemListTest, ShortensTextsThatDoNotFit) {

@@ -25,29 +25,6 @@ protected:
     }
 };
 
-TEST_F(SmallDialogsTest, SettingsAreStoredAtOnceAndUsedAtTheNextStart) {
-    StartLength();
-    const auto before = program.StoredBytes();
-    const DialogDriver left(program, ID_OPTIONS);
-    EXPECT_EQ(left.Caption(), "Velmora Settings");
-    EXPECT_EQ(left.Text(IDC_LABEL_1), "&Data File Location:");
-    EXPECT_EQ(left.Text(IDC_LABEL_2), "Currency &Update Download Source:");
-    EXPECT_EQ(left.Text(IDC_LABEL_3), "All changes will take effect after restarting the application.");
-    EXPECT_EQ(left.Text(IDC_DATA_FOLDER), ToUtf8(program.DataFolder()));
-    left.Fill({{IDC_DATA_FOLDER, "C:\\elsewhere"}, {IDC_UPDATE_URL, "elsewhere"}});
-    EXPECT_TRUE(left.Cancel());
-    EXPECT_EQ(program.StoredBytes(), before);
-    const DialogDriver dialog(program, ID_OPTIONS);
-    dialog.Fill({{IDC_DATA_FOLDER, "C:\\no\\such\\folder"}, {IDC_UPDATE_URL, std::string(128, 'u')}});
-    EXPECT_TRUE(dialog.Ok());
-    EXPECT_EQ(CVelmString(program.StoredSettings().dataFolder), u"C:\\no\\such\\folder");
-    EXPECT_EQ(CVelmString(program.StoredSettings().updateUrl), CVelmString(127, u'u'));
-    EXPECT_TRUE(program.Close());
-    ASSERT_TRUE(program.Start());
-    EXPECT_EQ(Title(), "(No file)");
-    EXPECT_TRUE(DialogDriver(program, ID_OPTIONS).Cancel());
-}
-
 TEST_F(SmallDialogsTest, ReferencesAreReadInTheViewer) {
     StartLength();
     std::string html = "<a href='http://127.0.0.1:9/x'>The <b>world</b></a> has 24.";

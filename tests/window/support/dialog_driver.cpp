@@ -127,7 +127,8 @@ std::string DialogDriver::RowText(int id, int row, int column) const {
 Texts DialogDriver::Rows(int id) const {
     Texts rows;
     for (int row = 0; row < RowCount(id); ++row) {
-        rows.push_back(RowText(id, row));
+        const std::string second = RowText(id, row, 1);
+        rows.push_back(RowText(id, row) + (second.empty() ? "" : " ") + second);
     }
     return rows;
 }

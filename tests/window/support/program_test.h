@@ -58,11 +58,17 @@ protected:
     void TapFormatButton(int row);
 
     /// Does one thing after the other: acts are separated by "; ". Gives back what the last one shows, for most of them
-    /// Entry. The words are those of Verbs.
+    /// Entry. The words are those of Acts, Looks and Questions.
     std::string Do(const std::string& acts);
 
     /// Does the steps; what is to be seen after each is what it shows, unless `look` says something else.
     void Play(const std::vector<Step>& steps, const std::function<std::string()>& look = nullptr);
+
+    /// Compound parts of the item of a row, as "1 ft, 12 in".
+    void SetParts(int row, const std::string& text);
+
+    /// Gives the list that many pixels of an ordinary screen.
+    void ResizeList(int width, int height);
 
     void PutOnClipboard(CVelmStringView text);
     void EmptyTheClipboard();
@@ -70,16 +76,30 @@ protected:
     RunningProgram program;
 
 private:
-    using Verb = std::function<std::string(const std::string&)>;
-    std::map<std::string, Verb> Verbs();
-    std::map<std::string, Verb> FileVerbs();
-    std::map<std::string, Verb> DialogVerbs();
+    struct Said;
+    std::map<std::string, std::function<void(const Said&)>> Acts();
+    std::map<std::string, std::function<std::string(const Said&)>> Looks();
+    std::map<std::string, std::function<std::string(const Said&)>> Questions();
+
+    void SaveFile(const std::string& text);
+    void StoreRecent(const std::string& names);
+    void Press(const std::string& name);
+    void Focus(HWND window);
+    void Enter(const std::string& text);
+    void Paste(const std::string& text);
+    void TapPanel(const std::string& name);
     void WaitForCommit();
     void Pick(const std::string& text);
+    void GiveText(const std::string& text);
+    void AllowNamed(const std::string& text);
+    void Unselect(int row);
+    HWND Over(int command);
+    std::string Ask(HWND box, int button);
+    std::string Shortened(std::string text) const;
+    std::string FormatMenu(int row);
+    std::string Parts(int row);
+    std::string Fields();
     DialogDriver Dialog() { return {program, program.WaitForDialog()}; }
-    HWND TopDialog() const;
-    std::string MenuWords();
-    std::string OneLine(std::string text) const;
 
     Bytes remembered_;
 };
