@@ -3,14 +3,12 @@
 #include <algorithm>
 
 #include "app/display_scale.h"
+#include "app/frame_window.h"
 #include "app/wide_text.h"
 #include "htmlview/display_messages.h"
 
 namespace velm {
 namespace {
-
-constexpr int FIRST_WIDTH = 240;
-constexpr int FIRST_HEIGHT = 320;
 
 void TellUser(HWND owner, const CVelmString& text) {
     MessageBoxW(owner, Wide(text), L"Help", MB_OK | MB_ICONSTOP);
@@ -43,21 +41,14 @@ bool CVelmHelpWindow::Open(const HelpTarget& target, int showCommand) {
 }
 
 bool CVelmHelpWindow::CreateFrame() {
-    WNDCLASSEXW windowClass{};
-    windowClass.cbSize = sizeof(windowClass);
-    windowClass.lpfnWndProc = ClassProc;
-    windowClass.hInstance = GetModuleHandleW(nullptr);
-    windowClass.hIcon = LoadIconW(nullptr, IDI_QUESTION);
-    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    windowClass.lpszClassName = HELP_CLASS;
-    if (RegisterClassExW(&windowClass) == 0) {
+    if (!RegisterFrameClass(HELP_CLASS, LoadIconW(nullptr, IDI_QUESTION), LoadCursorW(nullptr, IDC_ARROW))) {
         return false;
     }
-    RECT area{0, 0, Scaled(FIRST_WIDTH), Scaled(FIRST_HEIGHT)};
+    RECT area{0, 0, Scaled(FRAME_FIRST_WIDTH), Scaled(FRAME_FIRST_HEIGHT)};
     AdjustWindowRectEx(&area, WS_OVERLAPPEDWINDOW, FALSE, 0);
     const HWND window =
         CreateWindowExW(0, HELP_CLASS, L"Velmora Help", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
-                        CW_USEDEFAULT, Width(area), Height(area), nullptr, nullptr, windowClass.hInstance, this);
+                        CW_USEDEFAULT, Width(area), Height(area), nullptr, nullptr, GetModuleHandleW(nullptr), this);
     return window != nullptr && display_ != nullptr;
 }
 

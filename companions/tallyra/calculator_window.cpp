@@ -6,9 +6,10 @@
 #include <utility>
 
 #include "app/display_scale.h"
+#include "app/frame_window.h"
 #include "app/wide_text.h"
 #include "formats/decimal_format.h"
-#include "listview/bitmap.h"
+#include "tallyra/calculator_messages.h"
 #include "tallyra/key_table.h"
 
 namespace velm {
@@ -29,17 +30,11 @@ constexpr std::array<Base, 4> BASES = {
     {{u"Dec", FMT_DECIMAL}, {u"Hex", FMT_HEX}, {u"Oct", FMT_OCTAL}, {u"Bin", FMT_BINARY}}};
 
 // Pixels of an ordinary screen.
-constexpr int FIRST_WIDTH = 240;
-constexpr int FIRST_HEIGHT = 320;
-constexpr int LEAST_SIZE = 160;
 constexpr int MARGIN = 2;
 constexpr int LINE_HEIGHT = 22;
 constexpr int LEAST_KEY_HEIGHT = 14;
 constexpr int MOST_KEY_HEIGHT = 28;
 constexpr int TEXT_FONT = 14;
-
-constexpr int HANDHELD_WIDTH = 480;
-constexpr int HANDHELD_HEIGHT = 640;
 
 CVelmString TapeText(const TapeLine& line) {
     return line.expression + u" = " + line.result;
@@ -55,26 +50,11 @@ CVelmCalculatorWindow::CVelmCalculatorWindow(const CVelmServices& services, CVel
       resultFont_(CreateProgramFont(TEXT_FONT, true)) {}
 
 bool CVelmCalculatorWindow::CreateFrame(int showCommand) {
-    WNDCLASSEXW windowClass{};
-    windowClass.cbSize = sizeof(windowClass);
-    windowClass.style = CS_HREDRAW | CS_VREDRAW;
-    windowClass.lpfnWndProc = ClassProc;
-    windowClass.hInstance = GetModuleHandleW(nullptr);
-    windowClass.hIcon = LoadIconW(windowClass.hInstance, MAKEINTRESOURCEW(1));
-    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    windowClass.lpszClassName = CALCULATOR_CLASS;
-    if (RegisterClassExW(&windowClass) == 0 && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
+    const HICON icon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1));
+    if (!RegisterFrameClass(CALCULATOR_CLASS, icon, LoadCursorW(nullptr, IDC_ARROW))) {
         return false;
     }
-    const int screenWidth = GetSystemMetrics(SM_CXSCREEN);
-    const int screenHeight = GetSystemMetrics(SM_CYSCREEN);
-    const bool handheld = screenWidth <= HANDHELD_WIDTH && screenHeight <= HANDHELD_HEIGHT;
-    const DWORD style = (handheld ? WS_POPUP : WS_OVERLAPPEDWINDOW) | WS_CLIPCHILDREN;
-    RECT area{0, 0, handheld ? screenWidth : Scaled(FIRST_WIDTH), handheld ? screenHeight : Scaled(FIRST_HEIGHT)};
-    AdjustWindowRectEx(&area, style, FALSE, 0);
-    const int place = handheld ? 0 : CW_USEDEFAULT;
-    const HWND window = CreateWindowExW(0, CALCULATOR_CLASS, CALCULATOR_TITLE, style, place, place, Width(area),
-                                        Height(area), nullptr, nullptr, GetModuleHandleW(nullptr), this);
+    const HWND window = CreateFrameWindow(*this, CALCULATOR_CLASS, CALCULATOR_TITLE);
     if (window == nullptr) {
         return false;
     }
@@ -183,12 +163,9 @@ LRESULT CVelmCalculatorWindow::WindowProc(UINT message, WPARAM wParam, LPARAM lP
         case WM_SIZE:
             Layout();
             return 0;
-        case WM_GETMINMAXINFO: {
-            RECT area{0, 0, Scaled(LEAST_SIZE), Scaled(LEAST_SIZE)};
-            AdjustWindowRectEx(&area, static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_STYLE)), FALSE, 0);
-            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {Width(area), Height(area)};
+        case WM_GETMINMAXINFO:
+            LimitFrameSize(Handle(), *reinterpret_cast<MINMAXINFO*>(lParam));
             return 0;
-        }
         case WM_ERASEBKGND:
             return 1;
         case WM_PAINT:

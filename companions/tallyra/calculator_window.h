@@ -18,10 +18,6 @@ namespace velm {
 
 inline constexpr const wchar_t* CALCULATOR_CLASS = L"TallyraFrame";
 
-/// The converter finds the calculator by this title and hands it a value: code 1, eight bytes, a double.
-inline constexpr const wchar_t* CALCULATOR_TITLE = L"Tallyra";
-constexpr ULONG_PTR COPYDATA_VALUE = 1;
-
 /// The calculator's one window: tape, expression, message line, choice of base, angle mode and keypad.
 class CVelmCalculatorWindow : public CVelmWindow {
 public:

@@ -5,15 +5,14 @@
 #include "app/frame_commands.h"
 #include "app/main_frame.h"
 #include "app/wide_text.h"
+#include "tallyra/calculator_messages.h"
 
 namespace velm {
 namespace {
 
-constexpr const wchar_t* CALCULATOR_TITLE = L"Tallyra";
 constexpr CVelmStringView CALCULATOR_PROGRAM = u"Tallyra.exe";
 constexpr const wchar_t* CALCULATOR_MISSING =
     L"Tallyra application could not be started. Please reinstall the software to fix the problem.";
-constexpr ULONG_PTR VALUE_DATA = 1;
 constexpr UINT ANSWER_MS = 2000;
 
 /// A program's window is looked for after this time; a slow machine gets two more chances.
@@ -49,7 +48,7 @@ HWND WaitForCalculator() {
 }
 
 void SendValue(HWND from, HWND to, double value) {
-    COPYDATASTRUCT data{VALUE_DATA, sizeof(value), &value};
+    COPYDATASTRUCT data{COPYDATA_VALUE, sizeof(value), &value};
     SendMessageTimeoutW(to, WM_COPYDATA, reinterpret_cast<WPARAM>(from), reinterpret_cast<LPARAM>(&data),
                         SMTO_ABORTIFHUNG, ANSWER_MS, nullptr);
 }

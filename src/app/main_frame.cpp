@@ -4,6 +4,7 @@
 
 #include "app/display_scale.h"
 #include "app/frame_commands.h"
+#include "app/frame_window.h"
 #include "app/wait_cursor.h"
 #include "app/wide_text.h"
 #include "listview/bitmap.h"
@@ -28,13 +29,6 @@ constexpr int SHOW_UNITS_LEFT = 22;
 constexpr int TITLE_FONT = 20;
 constexpr int IMAGE_SIZE = 16;
 
-// The frame fills a handheld's screen; on a larger one it opens as large as a handheld's is.
-constexpr int HANDHELD_WIDTH = 480;
-constexpr int HANDHELD_HEIGHT = 640;
-constexpr int FIRST_WIDTH = 240;
-constexpr int FIRST_HEIGHT = 320;
-constexpr int LEAST_SIZE = 160;
-
 constexpr COLORREF HEADER_COLOR = RGB(255, 255, 255);
 
 constexpr const wchar_t* SAVE_CAPTION = L"Save";
@@ -42,32 +36,6 @@ constexpr const wchar_t* SAVE_CAPTION = L"Save";
 /// The tooltips from the left: the two menu titles, then the tool buttons.
 constexpr std::array<UINT, 8> TOOL_TIP_TEXTS = {IDS_FILE_MENU, IDS_EDIT_MENU,   IDS_COPY,     IDS_PASTE,
                                                 IDS_EDIT_UNIT, IDS_CONVERSIONS, IDS_ROW_SIZE, IDS_OPEN_CALCULATOR};
-
-bool IsHandheldScreen() {
-    return GetSystemMetrics(SM_CXSCREEN) <= HANDHELD_WIDTH && GetSystemMetrics(SM_CYSCREEN) <= HANDHELD_HEIGHT;
-}
-
-DWORD FrameStyle() {
-    return (IsHandheldScreen() ? WS_POPUP : WS_OVERLAPPEDWINDOW) | WS_CLIPCHILDREN;
-}
-
-/// The window's size for a client area of that size.
-SIZE WindowSize(int clientWidth, int clientHeight, DWORD style) {
-    RECT area{0, 0, clientWidth, clientHeight};
-    AdjustWindowRectEx(&area, style, FALSE, 0);
-    return {area.right - area.left, area.bottom - area.top};
-}
-
-bool RegisterFrameClass() {
-    WNDCLASSEXW windowClass{};
-    windowClass.cbSize = sizeof(windowClass);
-    windowClass.style = CS_HREDRAW | CS_VREDRAW;
-    windowClass.lpfnWndProc = CVelmWindow::ClassProc;
-    windowClass.hInstance = GetModuleHandleW(nullptr);
-    windowClass.hIcon = LoadIconW(windowClass.hInstance, MAKEINTRESOURCEW(IDI_CONVERSION_FILE));
-    windowClass.lpszClassName = FRAME_CLASS;
-    return RegisterClassExW(&windowClass) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
-}
 
 CVelmString SystemMessage(DWORD error) {
     std::array<wchar_t, 512> text{};
@@ -100,17 +68,11 @@ CVelmFrame::CVelmFrame(const CVelmProgram& program)
       keysOutsideText_(MakeAccelerators(KeyPlace::OutsideText)) {}
 
 bool CVelmFrame::CreateFrame(int showCommand) {
-    if (!RegisterFrameClass()) {
+    const HICON icon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_CONVERSION_FILE));
+    if (!RegisterFrameClass(FRAME_CLASS, icon, nullptr)) {
         return false;
     }
-    const bool handheld = IsHandheldScreen();
-    const DWORD style = FrameStyle();
-    const SIZE size = handheld ? SIZE{GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}
-                               : WindowSize(Scaled(FIRST_WIDTH), Scaled(FIRST_HEIGHT), style);
-    const int place = handheld ? 0 : CW_USEDEFAULT;
-    const HWND window =
-        CreateWindowExW(0, FRAME_CLASS, Wide(FrameTitle()), style, place, place, static_cast<int>(size.cx),
-                        static_cast<int>(size.cy), nullptr, nullptr, GetModuleHandleW(nullptr), this);
+    const HWND window = CreateFrameWindow(*this, FRAME_CLASS, Wide(FrameTitle()));
     if (window == nullptr) {
         return false;
     }
@@ -289,12 +251,9 @@ LRESULT CVelmFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
                 Layout();
             }
             return 0;
-        case WM_GETMINMAXINFO: {
-            const auto style = static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_STYLE));
-            const SIZE least = WindowSize(Scaled(LEAST_SIZE), Scaled(LEAST_SIZE), style);
-            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {least.cx, least.cy};
+        case WM_GETMINMAXINFO:
+            LimitFrameSize(Handle(), *reinterpret_cast<MINMAXINFO*>(lParam));
             return 0;
-        }
         case WM_ERASEBKGND: {
             RECT header{};
             GetClientRect(Handle(), &header);

@@ -1,0 +1,53 @@
+#include "app/frame_window.h"
+
+#include "app/display_scale.h"
+#include "app/window_class.h"
+
+namespace velm {
+namespace {
+
+// Pixels of the screen itself.
+constexpr int HANDHELD_WIDTH = 480;
+constexpr int HANDHELD_HEIGHT = 640;
+
+// Pixels of an ordinary screen.
+constexpr int LEAST_SIZE = 160;
+
+/// The window's size for a client area of that size.
+SIZE WindowSize(int clientWidth, int clientHeight, DWORD style) {
+    RECT area{0, 0, clientWidth, clientHeight};
+    AdjustWindowRectEx(&area, style, FALSE, 0);
+    return {area.right - area.left, area.bottom - area.top};
+}
+
+}  // namespace
+
+bool RegisterFrameClass(const wchar_t* name, HICON icon, HCURSOR cursor) {
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof(windowClass);
+    windowClass.style = CS_HREDRAW | CS_VREDRAW;
+    windowClass.lpfnWndProc = CVelmWindow::ClassProc;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.hIcon = icon;
+    windowClass.hCursor = cursor;
+    windowClass.lpszClassName = name;
+    return RegisterClassExW(&windowClass) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+}
+
+HWND CreateFrameWindow(CVelmWindow& object, const wchar_t* className, const wchar_t* title) {
+    const SIZE screen{GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    const bool handheld = screen.cx <= HANDHELD_WIDTH && screen.cy <= HANDHELD_HEIGHT;
+    const DWORD style = (handheld ? WS_POPUP : WS_OVERLAPPEDWINDOW) | WS_CLIPCHILDREN;
+    const SIZE size = handheld ? screen : WindowSize(Scaled(FRAME_FIRST_WIDTH), Scaled(FRAME_FIRST_HEIGHT), style);
+    const int place = handheld ? 0 : CW_USEDEFAULT;
+    return CreateWindowExW(0, className, title, style, place, place, static_cast<int>(size.cx),
+                           static_cast<int>(size.cy), nullptr, nullptr, GetModuleHandleW(nullptr), &object);
+}
+
+void LimitFrameSize(HWND window, MINMAXINFO& limits) {
+    const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
+    const SIZE least = WindowSize(Scaled(LEAST_SIZE), Scaled(LEAST_SIZE), style);
+    limits.ptMinTrackSize = {least.cx, least.cy};
+}
+
+}  // namespace velm
