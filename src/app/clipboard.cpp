@@ -1,52 +1,73 @@
 #include "app/clipboard.h"
 
 #include <cstring>
+#include <memory>
+#include <type_traits>
 
 namespace velm {
 namespace {
 
-/// A movable block with the text and its NUL, which the clipboard takes over; null when memory is short.
-HGLOBAL CopyToGlobal(CVelmStringView text) {
+/// The clipboard, kept from other programs for its lifetime.
+class OpenedClipboard {
+public:
+    explicit OpenedClipboard(HWND owner) : isOpen_(OpenClipboard(owner) != FALSE) {}
+    ~OpenedClipboard() {
+        if (isOpen_) {
+            CloseClipboard();
+        }
+    }
+    OpenedClipboard(const OpenedClipboard&) = delete;
+    OpenedClipboard& operator=(const OpenedClipboard&) = delete;
+
+    bool IsOpen() const { return isOpen_; }
+
+private:
+    bool isOpen_;
+};
+
+struct BlockDeleter {
+    void operator()(HGLOBAL block) const { GlobalFree(block); }
+};
+using Block = std::unique_ptr<std::remove_pointer_t<HGLOBAL>, BlockDeleter>;
+
+/// A movable block with the text and its NUL; null when memory is short.
+Block CopyToBlock(CVelmStringView text) {
     const std::size_t bytes = text.size() * sizeof(char16_t);
-    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes + sizeof(char16_t));
-    void* const target = block != nullptr ? GlobalLock(block) : nullptr;
+    Block block(GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes + sizeof(char16_t)));
+    void* const target = block ? GlobalLock(block.get()) : nullptr;
     if (target == nullptr) {
-        GlobalFree(block);
         return nullptr;
     }
     std::memcpy(target, text.data(), bytes);
-    GlobalUnlock(block);
+    GlobalUnlock(block.get());
     return block;
 }
 
 }  // namespace
 
 bool SetClipboardText(HWND owner, CVelmStringView text) {
-    if (!OpenClipboard(owner)) {
+    const OpenedClipboard clipboard(owner);
+    if (!clipboard.IsOpen() || !EmptyClipboard()) {
         return false;
     }
-    const HGLOBAL block = EmptyClipboard() ? CopyToGlobal(text) : nullptr;
-    const bool set = block != nullptr && SetClipboardData(CF_UNICODETEXT, block) != nullptr;
-    if (!set) {
-        GlobalFree(block);
+    Block block = CopyToBlock(text);
+    if (!block || SetClipboardData(CF_UNICODETEXT, block.get()) == nullptr) {
+        return false;
     }
-    CloseClipboard();
-    return set;
+    static_cast<void>(block.release());  // the clipboard's now
+    return true;
 }
 
 std::optional<CVelmString> GetClipboardText(HWND owner) {
-    if (!OpenClipboard(owner)) {
+    const OpenedClipboard clipboard(owner);
+    const HANDLE block = clipboard.IsOpen() ? GetClipboardData(CF_UNICODETEXT) : nullptr;
+    const auto* const units = block != nullptr ? static_cast<const char16_t*>(GlobalLock(block)) : nullptr;
+    if (units == nullptr) {
         return std::nullopt;
     }
-    std::optional<CVelmString> text;
-    const HANDLE block = GetClipboardData(CF_UNICODETEXT);
-    const auto* const units = block != nullptr ? static_cast<const char16_t*>(GlobalLock(block)) : nullptr;
-    if (units != nullptr) {
-        const CVelmStringView all(units, GlobalSize(block) / sizeof(char16_t));
-        text = all.substr(0, all.find(u'\0'));
-        GlobalUnlock(block);
-    }
-    CloseClipboard();
+    const CVelmStringView all(units, GlobalSize(block) / sizeof(char16_t));
+    CVelmString text(all.substr(0, all.find(u'\0')));
+    GlobalUnlock(block);
     return text;
 }
 
