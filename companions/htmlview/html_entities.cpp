@@ -38,6 +38,7 @@ constexpr std::array ENTITIES = {
     Entity{u"tau", 0x3C4},     Entity{u"theta", 0x3B8},  Entity{u"thinsp", 0x2009}, Entity{u"times", 0xD7},
     Entity{u"trade", 0x2122},  Entity{u"yen", 0xA5},     Entity{u"zeta", 0x3B6},
 };
+static_assert(std::ranges::is_sorted(ENTITIES, {}, &Entity::name));
 
 constexpr std::size_t LONGEST_ENTITY = 8;
 constexpr char16_t REPLACEMENT = 0xFFFD;

@@ -9,7 +9,7 @@ namespace velm {
 
 namespace {
 
-// Heading sizes 1 to 6 as tenths of body text.
+// Sizes in tenths of body text: its own, then those of the headings 1 to 6.
 constexpr std::array HEADING_TENTHS = {10, 16, 14, 12, 11, 10, 10};
 constexpr int INDENT_TWIPS = 240;
 constexpr int SPACE_TWIPS = 100;

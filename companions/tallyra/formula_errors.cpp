@@ -10,6 +10,7 @@
 #include "formula/functions.h"
 #include "formula/operators.h"
 #include "formula/parser.h"
+#include "formula/program.h"
 #include "formula/tokenizer.h"
 
 namespace velm {
@@ -63,7 +64,7 @@ FormulaFault ExplainSyntax(const FormulaTokenList& list) {
         return {u"Something is missing at the end", text.size(), 0};
     }
     const std::size_t start = position - word.size();
-    const bool digit = (word.front() >= u'0' && word.front() <= u'9') || word.front() == u'.';
+    const bool digit = IsDigit(word.front()) || word.front() == u'.';
     double number = 0.0;
     std::int32_t code = 0;
     if (digit && !ScanNumber(word, number)) {
@@ -156,7 +157,8 @@ private:
         if (FindFunction(name, count) != nullptr) {
             CVelmString formula(name);
             if (count > 0) {
-                formula += count > 1 ? u"(tallyra_left,tallyra_right)" : u"(tallyra_right)";
+                formula +=
+                    u'(' + (count > 1 ? CVelmString(LEFT_NAME) + u',' : CVelmString()) + CVelmString(RIGHT_NAME) + u')';
             }
             const auto domain =
                 std::find_if(DOMAINS.begin(), DOMAINS.end(), [&](const Domain& row) { return row.name == name; });
@@ -211,7 +213,8 @@ private:
     }
 
     Part Check(const FormulaToken& token, double value, CVelmString message) const {
-        return std::isfinite(value) && std::fabs(value) <= 1e301 ? Part{value, {}} : Fail(token, std::move(message));
+        return std::isfinite(value) && std::fabs(value) <= VALUE_LIMIT ? Part{value, {}}
+                                                                       : Fail(token, std::move(message));
     }
 
     FormulaContext& context_;

@@ -17,10 +17,6 @@ namespace {
 constexpr UINT FIRST_FRAME_MOUSE = WM_NCMOUSEMOVE;
 constexpr UINT LAST_FRAME_MOUSE = WM_NCXBUTTONDBLCLK;
 
-CVelmString Number(std::size_t number) {
-    return FromUtf8(std::to_string(number));
-}
-
 /// Alt+F4 and a tap on the caption's cross become a WM_CLOSE, as they would have if they had been carried out.
 void KeepWishToClose(const MSG& message) {
     if ((message.message == WM_SYSKEYDOWN && message.wParam == VK_F4) ||
@@ -74,7 +70,8 @@ void DownloadUpdates(CVelmFrame& frame, WORD) {
     {
         const CVelmWaitCursor wait;
         done = downloader.Run([&frame](const CVelmDownloadProgress& progress) {
-            frame.ShowTitle(u"Downloading " + Number(progress.file) + u" of " + Number(progress.fileCount));
+            frame.ShowTitle(u"Downloading " + IntegerText(static_cast<std::int64_t>(progress.file)) + u" of " +
+                            IntegerText(static_cast<std::int64_t>(progress.fileCount)));
             const bool stop = WantsToStop();
             Repaint();
             return !stop;
@@ -87,7 +84,7 @@ void DownloadUpdates(CVelmFrame& frame, WORD) {
     frame.RefreshTitle();
     const CVelmString text =
         done ? u"Updated conversion data files have been successfully downloaded (" +
-                   Number(static_cast<std::size_t>(downloader.DownloadedCount())) + u")."
+                   IntegerText(downloader.DownloadedCount()) + u")."
              : u"Velmora could NOT complete downloading due to a system error: " + downloader.ErrorText();
     MessageBoxW(frame.Handle(), Wide(text), L"Download", MB_OK | (done ? MB_ICONINFORMATION : MB_ICONSTOP));
 }

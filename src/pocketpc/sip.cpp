@@ -10,7 +10,7 @@
 namespace {
 
 constexpr const wchar_t* STATE_PROPERTY = L"SipPreference";
-constexpr UINT_PTR FOCUS_SUBCLASS = 1;
+constexpr UINT_PTR SUBCLASS = 1;
 
 bool IsEditBox(HWND control) {
     std::array<wchar_t, 16> name{};
@@ -35,7 +35,7 @@ LRESULT CALLBACK FollowFocus(HWND dialog, UINT message, WPARAM wParam, LPARAM lP
 
 LRESULT CALLBACK SipPrefProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_CREATE) {
-        SetWindowSubclass(GetParent(window), FollowFocus, FOCUS_SUBCLASS, 0);
+        SetWindowSubclass(GetParent(window), FollowFocus, SUBCLASS, 0);
     }
     return DefWindowProcW(window, message, wParam, lParam);
 }
@@ -60,7 +60,7 @@ BOOL SHSipPreference(HWND window, SIPSTATE state) {
         return TRUE;
     }
     // A property of 0 is that of a window that was never asked for, so the state is kept one higher.
-    SetWindowSubclass(top, DropState, FOCUS_SUBCLASS, 0);
+    SetWindowSubclass(top, DropState, SUBCLASS, 0);
     return SetPropW(top, STATE_PROPERTY, reinterpret_cast<HANDLE>(static_cast<INT_PTR>(state) + 1));
 }
 
