@@ -1,6 +1,6 @@
 #!/bin/sh
 # Takes the pictures of README.md and docs/using-velmora.md anew, on a handheld's screen at both scales: tools/screenshots.sh
-# Needs the 'windows' preset's build, and ImageMagick.
+# Needs the 'windows' preset's build, Xvfb, xdotool and ImageMagick.
 set -eu
 here=$(cd "$(dirname "$0")/.." && pwd)
 tests=$here/build/windows/tests/window/window_tests.exe
