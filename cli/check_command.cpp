@@ -42,7 +42,7 @@ std::vector<CVelmString> FilesAt(CVelmFileSystem& files, const std::string& path
         return {whole};
     }
     for (CVelmString& name : *found) {
-        name = WithSeparator(whole) + name;
+        name.insert(0, WithSeparator(whole));
     }
     return *std::move(found);
 }
