@@ -107,7 +107,15 @@ TEST_F(ItemListTest, HoldingOrRightClickingOpensTheRowMenu) {
     const RECT row = program.Ask([](CVelmFrame& frame) { return frame.List().Row(2).Rectangle(); });
     const int x = static_cast<int>(row.right) / 2;
     const int y = static_cast<int>(row.top) + 5;
-    program.PenDown(program.List(), x, y);  // and held in place
+    for (const auto& [right, down] : {std::pair{5, 0}, {0, -5}}) {
+        program.PenDown(program.List(), x, y);
+        program.PenMove(program.List(), x + right, y + down);  // which ends the gesture: the answer comes at once
+        program.Settle();
+        EXPECT_TRUE(ThreadWindows(program.Thread(), L"#32768").empty());
+        program.PenUp(program.List(), x, y);
+    }
+    program.PenDown(program.List(), x, y);  // and held in place, if with a trembling hand
+    program.PenMove(program.List(), x + 4, y - 4);
     auto menu = program.WaitForMenu();
     ASSERT_TRUE(menu);
     EXPECT_EQ(menu->Words(), "Edit, Remove from List") << "there is no value to copy";
