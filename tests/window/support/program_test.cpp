@@ -1,5 +1,6 @@
 #include "support/program_test.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "app/clipboard.h"
@@ -88,6 +89,11 @@ std::string ProgramTest::Rows() {
 std::string ProgramTest::ListState() {
     return program.Ask([](CVelmFrame& frame) {
         const CVelmItemList& list = frame.List();
+        SCROLLINFO bar{sizeof(bar), SIF_ALL, 0, 0, 0, 0, 0};
+        GetScrollInfo(list.Handle(), SB_VERT, &bar);
+        EXPECT_EQ(bar.nMax, std::max(0, list.RowCount() - 1)) << "the scroll bar tells of another list";
+        EXPECT_EQ(bar.nPos, list.Top());
+        EXPECT_EQ(static_cast<int>(bar.nPage), std::min(list.VisibleRows(), bar.nMax + 1));
         return std::to_string(list.Top()) + "/" + std::to_string(list.VisibleRows()) + "/" +
                std::to_string(list.Selected());
     });
