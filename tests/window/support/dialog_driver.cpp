@@ -16,8 +16,12 @@ DialogDriver::DialogDriver(RunningProgram& program, int command)
 DialogDriver::DialogDriver(RunningProgram& program, HWND window)
     : program_(program), window_(window != nullptr ? window : program.WaitForDialog()) {
     EXPECT_NE(window_, nullptr) << "no dialog opens";
-    EXPECT_TRUE(WaitUntil([&] { return IsChild(window_, program.Focus()) || program.Focus() == window_; }));
+    EXPECT_TRUE(HasFocus());
     program.Settle();
+}
+
+bool DialogDriver::HasFocus() const {
+    return WaitUntil([this] { return IsChild(window_, program_.Focus()) || program_.Focus() == window_; });
 }
 
 DialogDriver DialogDriver::Over(int command) const {
@@ -101,6 +105,7 @@ bool DialogDriver::Leave(int command) const {
 }
 
 bool DialogDriver::EndsWith(WORD key) const {
+    EXPECT_TRUE(HasFocus());  // it comes back some time after a box over the dialog is closed
     program_.Key(key);
     return IsGone();
 }

@@ -81,6 +81,7 @@ public:
 private:
     bool Leave(int command) const;
     bool IsGone() const;
+    bool HasFocus() const;
     bool IsListBox(int id) const;
     void SetState(int id, int row, UINT mask, UINT state) const;
 
