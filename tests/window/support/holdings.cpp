@@ -77,9 +77,10 @@ int CountHandles() {
     }));
 }
 
-/// Wine keeps this many device contexts for windows to come. They are all made here, so that they do not count as
-/// growth.
-void FillContextCache() {
+/// What the system makes when it is first needed and then keeps: Wine's device contexts for windows to come, the
+/// cursors and icons that everybody shares, the brushes of its colours. All of it is made here, so that it does not
+/// count as growth.
+void FillSystemCaches() {
     std::array<HDC, 64> contexts{};
     for (HDC& context : contexts) {
         context = GetDC(nullptr);
@@ -87,12 +88,21 @@ void FillContextCache() {
     for (const HDC context : contexts) {
         ReleaseDC(nullptr, context);
     }
+    constexpr WORD FIRST_CURSOR = 32512;
+    constexpr WORD LAST_CURSOR = 32651;
+    for (WORD id = FIRST_CURSOR; id <= LAST_CURSOR; ++id) {
+        LoadCursorW(nullptr, MAKEINTRESOURCEW(id));
+        LoadIconW(nullptr, MAKEINTRESOURCEW(id));
+    }
+    for (int color = 0; color <= COLOR_MENUBAR; ++color) {
+        GetSysColorBrush(color);
+    }
 }
 
 }  // namespace
 
 Holdings CountHoldings() {
-    FillContextCache();
+    FillSystemCaches();
     const HANDLE process = GetCurrentProcess();
     Holdings holdings{static_cast<int>(GetGuiResources(process, GR_GDIOBJECTS)),
                       static_cast<int>(GetGuiResources(process, GR_USEROBJECTS)), 0, 0};
