@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/fetch.h"
+
 namespace velm {
 
 void Fail(const std::string& text) {
@@ -10,6 +12,12 @@ void Fail(const std::string& text) {
 
 void FailUsage(const std::string& text) {
     throw CVelmCliError(STATUS_USAGE, text);
+}
+
+void CheckHttp(const CVelmString& url) {
+    if (!StartsWithNoCase(url, HTTP_SCHEME)) {
+        Fail(Quoted(ToUtf8(url)) + " does not begin with " + ToUtf8(HTTP_SCHEME));
+    }
 }
 
 std::string Quoted(const std::string& text) {

@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "platform/text.h"
+
 namespace velm {
 
 /// Exit statuses of the command.
@@ -20,6 +22,9 @@ public:
 
 [[noreturn]] void Fail(const std::string& text);
 [[noreturn]] void FailUsage(const std::string& text);
+
+/// Ends the command unless the address is one that files are fetched from.
+void CheckHttp(const CVelmString& url);
 
 /// The text in quotation marks, for a message.
 std::string Quoted(const std::string& text);

@@ -66,8 +66,9 @@ void ReadParts(const std::string& list, FormulaContext& formulas, CVelmValueForm
         }
         format.compoundParts[i].label = FromUtf8(pieces[i].substr(0, colon));
         const std::string factor = pieces[i].substr(colon + 1);
-        if (!EvaluateFormula(formulas, FromUtf8(factor), format.compoundParts[i].factor)) {
-            Fail(fmt::format("eval: cannot evaluate the factor {} of --parts", Quoted(factor)));
+        double& value = format.compoundParts[i].factor;
+        if (!EvaluateFormula(formulas, FromUtf8(factor), value) || value <= 0.0) {
+            Fail(fmt::format("eval: the factor {} of --parts is no positive number", Quoted(factor)));
         }
     }
 }
@@ -118,7 +119,7 @@ private:
         }
     }
 
-    /// Each value may use the names before it. A streamed one is 0 until its first line.
+    /// Each value may use the names before it. A streamed one, and those behind it, get theirs with every line.
     void Define(const Assignment& assignment) {
         double value = 0.0;
         if (assignment.IsStreamed()) {
@@ -126,7 +127,7 @@ private:
                 FailUsage("eval: only one of FORMULA and the values can be -");
             }
             streamed_ = &assignment;
-        } else if (!Evaluate(assignment.value, value)) {
+        } else if (streamed_ == nullptr && !Evaluate(assignment.value, value)) {
             Fail(fmt::format("eval: cannot evaluate {} for {}", Quoted(assignment.value), assignment.name));
         }
         const CVelmString name = FromUtf8(assignment.name);
@@ -161,17 +162,28 @@ private:
         return STATUS_OK;
     }
 
+    /// The streamed value and those behind it, which may use it. What the line before gave them is forgotten first.
+    bool DefineStreamed(std::string_view line) {
+        const Assignment* const end = assignments_.data() + assignments_.size();
+        for (const Assignment* assignment = streamed_; assignment != end; ++assignment) {
+            UndefineVariable(context_.formulas, FromUtf8(assignment->name));
+        }
+        for (const Assignment* assignment = streamed_; assignment != end; ++assignment) {
+            double value = 0.0;
+            if (!Evaluate(assignment == streamed_ ? line : assignment->value, value)) {
+                return false;
+            }
+            DefineVariable(context_.formulas, FromUtf8(assignment->name), value);
+        }
+        return true;
+    }
+
     int EvaluateStream() {
         return StreamLines(context_, [this](std::string_view line, std::string& result) {
             double value = 0.0;
-            if (!Evaluate(line, value)) {
+            const bool streams = streamed_ != nullptr;
+            if ((streams && !DefineStreamed(line)) || !Evaluate(streams ? formula_ : line, value)) {
                 return false;
-            }
-            if (streamed_ != nullptr) {
-                DefineVariable(context_.formulas, FromUtf8(streamed_->name), value);
-                if (!Evaluate(formula_, value)) {
-                    return false;
-                }
             }
             result = Text(value);
             return true;

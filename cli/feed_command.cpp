@@ -8,7 +8,6 @@
 #include "arguments.h"
 #include "cli_error.h"
 #include "model/file_replacement.h"
-#include "platform/fetch.h"
 #include "rates_table.h"
 #include "update/update_file.h"
 
@@ -86,9 +85,7 @@ void WriteFile(const CommandContext& context, const CVelmString& path, const std
 }
 
 std::string CheckedBase(std::string url) {
-    if (!StartsWithNoCase(FromUtf8(url), HTTP_SCHEME)) {
-        Fail(Quoted(url) + " does not begin with " + ToUtf8(HTTP_SCHEME));
-    }
+    CheckHttp(FromUtf8(url));
     url.erase(url.find_last_not_of('/') + 1);
     return url;
 }

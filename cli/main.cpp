@@ -86,7 +86,7 @@ int RunWords(std::vector<std::string> words, CVelmOutput& out) {
         FailUsage("a command is missing (see velmora --help)");
     }
     const std::string name = words.front();
-    if (name == "--help" || name == "-h") {
+    if (name == "--help" || name == "-h" || name == "help") {
         out.Write(HelpText());
         return STATUS_OK;
     }

@@ -8,7 +8,6 @@
 
 #include "arguments.h"
 #include "cli_error.h"
-#include "platform/fetch.h"
 #include "platform/program_folder.h"
 #include "stored_options.h"
 #include "suggest.h"
@@ -49,8 +48,8 @@ std::string ShowUpdateUrl(const CVelmSettings& settings) {
 }
 
 void SetUpdateUrl(CVelmSettings& settings, const CVelmString& value) {
-    if (!value.empty() && !StartsWithNoCase(value, HTTP_SCHEME)) {
-        Fail(Quoted(ToUtf8(value)) + " does not begin with " + ToUtf8(HTTP_SCHEME));
+    if (!value.empty()) {
+        CheckHttp(value);
     }
     SetText(settings.updateUrl, value);
 }
@@ -105,7 +104,9 @@ void Change(const OptionRow& option, const std::string& value) {
     ReadStoredSettings(settings, *store);
     option.set(settings, FromUtf8(value));
     if (const std::int32_t status = SaveSettings(settings, *store); status != 0) {
-        Fail(fmt::format("the options cannot be kept in {} (system error {})", ToUtf8(DefaultOptionsLocation()),
+        const CVelmString location = DefaultOptionsLocation();
+        Fail(fmt::format("the options cannot be kept in {} (system error {})",
+                         location.empty() ? "a folder of the user, which HOME does not name" : ToUtf8(location),
                          status));
     }
 }

@@ -121,6 +121,9 @@ int RunUpdate(CommandContext& context, const std::vector<std::string>& arguments
     if (!declared.Parse(arguments, context.out)) {
         return STATUS_OK;
     }
+    if (!url.empty()) {
+        CheckHttp(FromUtf8(url));
+    }
     if (!context.services.files.List(context.dataFolder)) {
         FailDataFolder(context);
     }

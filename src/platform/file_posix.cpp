@@ -122,7 +122,7 @@ int OpenFlags(FileMode mode) {
         case FileMode::Write:
             return O_WRONLY | O_CREAT | O_TRUNC;
         case FileMode::Append:
-            return O_WRONLY;
+            return O_WRONLY | O_NONBLOCK;  // nor one without a reader
         case FileMode::CreateNew:
             return O_WRONLY | O_CREAT | O_EXCL;
     }
@@ -208,6 +208,10 @@ public:
         }
         struct stat status {};
         if (stat(target->c_str(), &status) == 0) {
+            if (!S_ISREG(status.st_mode)) {
+                errno = EEXIST;  // a device or a pipe would be lost to a file of its name
+                return false;
+            }
             // The rights of the old file go on to the new one, where the file system knows rights.
             [[maybe_unused]] const int ignored = chmod(source->c_str(), status.st_mode & 07777);
         }

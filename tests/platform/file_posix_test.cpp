@@ -30,6 +30,10 @@ TEST(PosixFile, RightsLinksPipesAndFullDisks) {
     ASSERT_EQ(mkfifo(path(u"pipe").c_str(), 0600), 0);
     EXPECT_EQ(files.Open(folder.PathOf(u"pipe"), FileMode::Read), nullptr) << "and nothing waits for a writer";
 
+    EXPECT_EQ(files.Open(folder.PathOf(u"pipe"), FileMode::Append), nullptr) << "nor for a reader";
+    folder.WriteText(u"new", "new");
+    EXPECT_FALSE(files.Replace(folder.PathOf(u"new"), folder.PathOf(u"pipe"))) << "and it stays a pipe";
+
     const auto full = files.Open(u"/dev/full", FileMode::Append);
     ASSERT_NE(full, nullptr);
     EXPECT_EQ(full->Write("x", 1), -1);
