@@ -33,6 +33,7 @@ void FormulaCompiler::Compile(CVelmStringView text, FormulaProgram& program) {
     program.names.clear();
     program.frame.assign(FormulaProgram::FIRST_FREE_SLOT, 0.0);
     program.needsX = false;
+    program.isVolatile = false;
     program.isLinear = false;
     program.parses = !Parse(text).IsEmpty() && !list_.HasError();
     if (program.parses) {
@@ -110,7 +111,7 @@ std::uint32_t FormulaCompiler::TranslateName(const FormulaToken& token) {
         return TranslateX();
     }
     if (const FunctionRow* function = FindFunction(name, 0)) {
-        EmitSaving(OPCODE_CALL).call = function->call;
+        EmitCall(*function, FormulaProgram::UNUSED_SLOT, FormulaProgram::UNUSED_SLOT);
     } else if (name == CONDITIONAL_NAME) {
         EmitSaving(OPCODE_FAIL);
     } else {
@@ -198,6 +199,7 @@ bool FormulaCompiler::EmitShort(std::uint32_t code, std::uint32_t left, std::uin
 }
 
 void FormulaCompiler::EmitCall(const FunctionRow& function, std::uint32_t first, std::uint32_t second) {
+    program_->isVolatile = program_->isVolatile || function.isVolatile;
     if (function.arity == 1 && first == ACCUMULATOR) {
         Emit(OPCODE_CALL_WITH).call = function.call;
         return;

@@ -88,8 +88,12 @@ bool IsPlainName(CVelmStringView text) {
     return !ParseName(compiler, text).empty();
 }
 
+CVelmStringView PlainName(FormulaContext& context, CVelmStringView text) {
+    return ParseName(context.Workspace().compiler, text);
+}
+
 bool DefineVariable(FormulaContext& context, CVelmStringView name, double value) {
-    const CVelmStringView plainName = ParseName(context.Workspace().compiler, name);
+    const CVelmStringView plainName = PlainName(context, name);
     if (plainName.empty()) {
         return false;
     }
@@ -98,7 +102,7 @@ bool DefineVariable(FormulaContext& context, CVelmStringView name, double value)
 }
 
 bool UndefineVariable(FormulaContext& context, CVelmStringView name) {
-    const CVelmStringView plainName = ParseName(context.Workspace().compiler, name);
+    const CVelmStringView plainName = PlainName(context, name);
     return !plainName.empty() && context.Unbind(plainName);
 }
 

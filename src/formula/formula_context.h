@@ -69,6 +69,9 @@ bool EvaluateFormula(FormulaContext& context, CVelmStringView text, double& resu
 /// Whether the text is one plain name, which values can be bound to.
 bool IsPlainName(CVelmStringView text);
 
+/// That name as it is bound, in lower case; empty for any other text. Valid until the next formula or name is parsed.
+CVelmStringView PlainName(FormulaContext& context, CVelmStringView text);
+
 /// Binds one plain name to a value, replacing an earlier binding. False when `name` is not one plain name.
 bool DefineVariable(FormulaContext& context, CVelmStringView name, double value);
 

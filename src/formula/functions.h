@@ -17,6 +17,7 @@ struct FunctionRow {
     CVelmStringView name;
     std::int32_t arity;
     FunctionCall call;
+    bool isVolatile = false;  ///< may give another result for the same arguments: it asks the clock or draws a number
 };
 
 /// The conditional: any odd number of arguments from three on, and it evaluates only those it needs. It is no

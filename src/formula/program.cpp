@@ -56,7 +56,7 @@ double ExecuteOther(const FormulaProgram& program, FormulaContext& context, cons
         case OP_FACTORIAL:
             return Factorial(left());
         case OPCODE_VARIABLE:
-            return context.ValueOf(CVelmStringView(program.names).substr(instruction.a, instruction.b));
+            return context.ValueOf(program.Name(instruction));
         default:
             return FAILURE;
     }
@@ -309,6 +309,21 @@ void FormulaProgram::FindLinear() {
     isLinear = parses && !instructions.empty() &&
                std::ranges::all_of(instructions, [&](const FormulaInstruction& i) { return builder.Take(i); });
     linear = builder.Result();
+}
+
+std::vector<CVelmStringView> FormulaProgram::VariablesRead() const {
+    std::vector<CVelmStringView> variables;
+    if (needsX) {
+        variables.push_back(X_NAME);
+    }
+    for (const FormulaInstruction& instruction : instructions) {
+        if (instruction.code == OPCODE_VARIABLE) {
+            variables.push_back(Name(instruction));
+        } else if (instruction.code == OPCODE_CHECK_X) {
+            variables.push_back(X_NAME);
+        }
+    }
+    return variables;
 }
 
 }  // namespace velm

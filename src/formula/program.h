@@ -58,8 +58,9 @@ struct FormulaProgram {
     std::vector<FormulaInstruction> instructions;
     CVelmString names;
     bool parses = false;
-    bool needsX = false;    ///< whatever is evaluated, x is
-    bool isLinear = false;  ///< `linear` does the same as the instructions
+    bool needsX = false;      ///< whatever is evaluated, x is
+    bool isVolatile = false;  ///< calls a function that is
+    bool isLinear = false;    ///< `linear` does the same as the instructions
     LinearFormula linear;
 
     /// x, constants and intermediate results. Every result is written before it is read, so a run leaves nothing
@@ -68,6 +69,14 @@ struct FormulaProgram {
 
     /// Finds out whether the program is linear.
     void FindLinear();
+
+    /// The bound names that it may read, x among them, each once for every use.
+    std::vector<CVelmStringView> VariablesRead() const;
+
+    /// The name that an OPCODE_VARIABLE reads.
+    CVelmStringView Name(const FormulaInstruction& variable) const {
+        return CVelmStringView(names).substr(variable.a, variable.b);
+    }
 
     /// False, with `result` untouched, when the evaluation fails.
     bool Run(FormulaContext& context, double& result) const;

@@ -1,3 +1,6 @@
+#include <cstddef>
+#include <set>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -8,22 +11,108 @@ namespace velm {
 
 namespace {
 
-/// An output that has no value yet, with its formula parsed once for all sweeps.
-struct PendingOutput {
-    CVelmItem* item;
-    CVelmFormula formula;
+/// The outputs of one recalculation. They are swept in their order until a sweep computes none; each that gets a value
+/// is bound at once. A formula that failed does so again until a name that it reads is bound anew, so until then the
+/// sweeps pass it over. One that asks the clock or the random generator is never passed over.
+class OutputSweeps {
+public:
+    explicit OutputSweeps(FormulaContext& context) : context_(context) {}
 
-    bool Evaluate(FormulaContext& context) const {
-        const bool evaluated = formula.Evaluate(context, item->value);
-        item->state = evaluated ? STATE_VALID : STATE_NONE;
+    void Add(CVelmItem& item) {
+        item.state = STATE_NONE;
+        outputs_.push_back({&item, ReadFormula(item)});
+    }
+
+    /// Those that never get a value end in an error.
+    void Run() {
+        bool computed = false;
+        for (std::size_t position = 0; position < outputs_.size(); ++position) {
+            computed = Compute(position) || computed;
+        }
+        while (computed) {
+            computed = Sweep();
+        }
+        for (const Output& output : outputs_) {
+            if (IsPending(output)) {
+                output.item->state = STATE_ERROR;
+            }
+        }
+    }
+
+private:
+    struct Output {
+        CVelmItem* item;
+        CVelmFormula formula;
+        bool hasFailed = false;
+    };
+
+    static bool IsPending(const Output& output) { return output.item->state == STATE_NONE; }
+
+    CVelmFormula ReadFormula(const CVelmItem& item) const {
+        CVelmString formula;
+        const bool read = item.format.ToFormula(item.valueText, context_.Clock(), formula);
+        return read ? CVelmFormula(formula) : CVelmFormula();
+    }
+
+    /// Evaluates what is due, in order. What becomes due on the way is evaluated still when it lies ahead, otherwise
+    /// in the next sweep. False when none got a value.
+    bool Sweep() {
+        bool computed = false;
+        for (auto next = due_.begin(); next != due_.end();) {
+            const std::size_t position = *next;
+            due_.erase(next);
+            computed = Compute(position) || computed;
+            next = due_.upper_bound(position);
+        }
+        return computed;
+    }
+
+    bool Compute(std::size_t position) {
+        const Output& output = outputs_[position];
+        const bool evaluated = output.formula.Evaluate(context_, output.item->value);
+        if (evaluated) {
+            output.item->state = STATE_VALID;
+            Bind(*output.item);
+        } else {
+            Postpone(position);
+        }
         return evaluated;
     }
-};
 
-CVelmFormula ReadFormula(const CVelmItem& output, const CVelmClock& clock) {
-    CVelmString formula;
-    return output.format.ToFormula(output.valueText, clock, formula) ? CVelmFormula(formula) : CVelmFormula();
-}
+    void Bind(const CVelmItem& item) {
+        const CVelmStringView name = PlainName(context_, item.identifier);
+        if (name.empty()) {
+            return;
+        }
+        context_.Bind(name, item.value);
+        const auto found = readers_.find(name);
+        if (found == readers_.end()) {
+            return;
+        }
+        for (const std::size_t reader : found->second) {
+            if (IsPending(outputs_[reader])) {
+                due_.insert(reader);
+            }
+        }
+    }
+
+    void Postpone(std::size_t position) {
+        Output& output = outputs_[position];
+        if (output.formula.IsVolatile()) {
+            due_.insert(position);
+        }
+        if (!std::exchange(output.hasFailed, true)) {
+            for (const CVelmStringView name : output.formula.VariablesRead()) {
+                readers_[name].push_back(position);
+            }
+        }
+    }
+
+    FormulaContext& context_;
+    std::vector<Output> outputs_;
+    std::set<std::size_t> due_;                                              ///< positions
+    std::unordered_map<CVelmStringView, std::vector<std::size_t>> readers_;  ///< of each name, those that have failed
+};
 
 void ReadInput(CVelmItem& input, FormulaContext& context) {
     if (input.state == STATE_NONE) {
@@ -35,39 +124,18 @@ void ReadInput(CVelmItem& input, FormulaContext& context) {
     }
 }
 
-/// Evaluates every pending output once, in order; those that got a value are bound at once and leave the list.
-/// False when none did.
-bool Sweep(std::vector<PendingOutput>& pending, FormulaContext& context) {
-    std::vector<PendingOutput> left;
-    for (PendingOutput& output : pending) {
-        if (output.Evaluate(context)) {
-            DefineVariable(context, output.item->identifier, output.item->value);
-        } else {
-            left.push_back(std::move(output));
-        }
-    }
-    const bool progressed = left.size() < pending.size();
-    pending = std::move(left);
-    return progressed;
-}
-
 }  // namespace
 
 void CVelmCalculationDoc::Recalculate(FormulaContext& context) {
-    std::vector<PendingOutput> pending;
+    OutputSweeps outputs(context);
     for (const auto& item : items) {
         if (item->IsOutput()) {
-            item->state = STATE_NONE;
-            pending.push_back({item.get(), ReadFormula(*item, context.Clock())});
+            outputs.Add(*item);
         } else {
             ReadInput(*item, context);
         }
     }
-    while (Sweep(pending, context)) {
-    }
-    for (const PendingOutput& output : pending) {
-        output.item->state = STATE_ERROR;
-    }
+    outputs.Run();
     for (const auto& item : items) {
         UndefineVariable(context, item->identifier);
     }

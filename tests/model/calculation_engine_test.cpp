@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/fixed_clock.h"
 #include "support/sample_documents.h"
 
 namespace velm::test {
@@ -47,6 +48,8 @@ TEST_F(CalculationEngine, ComputesInputsAndOutputsInWhateverOrderTheyCome) {
         // A later binding of the same name holds for what follows.
         {u"a: 1; b = a; a = a + 1; c = a", "1 1 2 2"},
         {u"mine = in; in: 1; lost = err", "1 1 error"},
+        // A formula that failed gets another chance when any name that it reads is bound, again or for the first time.
+        {u"c = 1 / a; d = x * 2; f = iif(1, x, 0); a: 0; a = 2; x = 3", "0.5 6 3 0 2 3"},
     };
     for (const auto& [items, values] : cases) {
         document.RemoveItems(0, document.ItemCount());
@@ -77,6 +80,18 @@ TEST_F(CalculationEngine, FormulasOfOutputsMayHoldDatesAndCompoundGroups) {
     length.format.compoundParts[1].factor = 12.0;
     Add(u"days = {1/2/2000} - {1/1/2000} + n; notallowed = [5 3]; n: 2");
     EXPECT_EQ(Computed(), "-10.5 3 error 2");
+}
+
+TEST_F(CalculationEngine, ARandomNumberIsDrawnInEverySweep) {
+    const FixedClock clock;
+    FormulaContext swept(clock);
+    Add(u"lost = nowhere + rand; b = c; c = 1");
+    document.Recalculate(swept);
+    FormulaContext same(clock);
+    for (int sweep = 0; sweep < 3; ++sweep) {
+        same.Random().Next();
+    }
+    EXPECT_EQ(swept.Random().Next(), same.Random().Next());
 }
 
 TEST_F(CalculationEngine, TwoThousandOutputsInReverseOrderAreComputed) {
