@@ -103,13 +103,14 @@ struct CurlLibrary {
         decltype(&curl_global_init) start = nullptr;
         const bool complete = find(start, "curl_global_init") && find(open, "curl_easy_init") &&
                               find(set, "curl_easy_setopt") && find(perform, "curl_easy_perform") &&
-                              find(close, "curl_easy_cleanup");
+                              find(ask, "curl_easy_getinfo") && find(close, "curl_easy_cleanup");
         ready = complete && start(CURL_GLOBAL_DEFAULT) == CURLE_OK;
     }
 
     decltype(&curl_easy_init) open = nullptr;
     decltype(&curl_easy_setopt) set = nullptr;
     decltype(&curl_easy_perform) perform = nullptr;
+    decltype(&curl_easy_getinfo) ask = nullptr;
     decltype(&curl_easy_cleanup) close = nullptr;
     bool ready = false;
 };
@@ -136,13 +137,21 @@ public:
         if (!handle || !transfer.file.IsOpen()) {
             return {};
         }
-        if (!Prepare(handle.get(), ToUtf8(url), transfer) || Curl().perform(handle.get()) != CURLE_OK) {
+        if (!Prepare(handle.get(), ToUtf8(url), transfer) || Curl().perform(handle.get()) != CURLE_OK ||
+            !BringsThePage(Status(handle.get()))) {
             return {transfer.watch.Status(), {}};
         }
         return {FetchStatus::Ok, transfer.file.Keep()};
     }
 
 private:
+    /// What the server has answered, redirections apart; 0 when it has not.
+    static long Status(CURL* handle) {
+        long status = 0;
+        Curl().ask(handle, CURLINFO_RESPONSE_CODE, &status);
+        return status;
+    }
+
     bool Prepare(CURL* handle, const std::string& url, Transfer& transfer) const {
         bool ok = true;
         const auto set = [&](CURLoption option, auto value) {

@@ -18,7 +18,6 @@ namespace {
 
 constexpr DWORD CACHE_NAME_LENGTH = 259;
 constexpr DWORD POLL_MILLISECONDS = 20;
-constexpr DWORD HTTP_OK = 200;
 
 /// One download: the system's call on a thread of its own, which it may hold for minutes, and the notices it sends.
 /// Shared by that thread and by whoever waits, and counted like every COM object.
@@ -109,7 +108,7 @@ public:
     }
     STDMETHODIMP OnResponse(DWORD code, LPCWSTR, LPCWSTR, LPWSTR*) override {
         connected_ = true;
-        if (code != HTTP_OK || IsSecured()) {
+        if (!BringsThePage(static_cast<long>(code)) || IsSecured()) {
             refused_ = true;
         }
         return refused_ ? E_ABORT : S_OK;

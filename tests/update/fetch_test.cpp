@@ -40,6 +40,8 @@ TEST_F(FetchTest, BringsTheBytesOfThePageAsItIsNow) {
     EXPECT_EQ(Get(server.Url("/page.txt")), bytes);
     server.Serve("/page.txt", "changed");
     EXPECT_EQ(Get(server.Url("/page.txt")), "changed") << "a copy kept from before was taken for the page";
+    server.ServeRaw("/copy.txt", "HTTP/1.1 203 From elsewhere\r\nContent-Length: 4\r\n\r\ncopy");
+    EXPECT_EQ(Get(server.Url("/copy.txt")), "copy");
     server.Redirect("/moved.txt", server.Address("/page.txt"));
     EXPECT_EQ(Get(server.Url("/moved.txt")), "changed");
 }
@@ -48,13 +50,15 @@ TEST_F(FetchTest, RefusesEverythingButAWholePageOverHttp) {
     const TemporaryFolder folder;
     folder.WriteText(u"page.txt", "local");
     server.ServeRaw("/cut.txt", "HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\nVLMUPD\r\nhalf");
+    server.ServeRaw("/piece.txt", "HTTP/1.1 206 A piece\r\nContent-Length: 6\r\n\r\nVLMUPD");
+    server.ServeRaw("/choice.txt", "HTTP/1.1 300 One of these\r\nContent-Length: 6\r\n\r\nVLMUPD");
     server.Redirect("/away.txt", "https://127.0.0.1/page.txt");
     server.Redirect("/circle.txt", "/circle.txt");
     for (const CVelmString& url :
-         {server.Url("/missing.txt"), server.Url("/cut.txt"), server.Url("/away.txt"), server.Url("/circle.txt"),
-          u"file://" + folder.PathOf(u"page.txt"), folder.PathOf(u"page.txt"), CVelmString(u"127.0.0.1/page.txt"),
-          CVelmString(), CVelmString(u"http://127.0.0.1:1/nobody-listens"),
-          CVelmString(u"http://127.0.0.1:1/\0", 20)}) {
+         {server.Url("/missing.txt"), server.Url("/cut.txt"), server.Url("/piece.txt"), server.Url("/choice.txt"),
+          server.Url("/away.txt"), server.Url("/circle.txt"), u"file://" + folder.PathOf(u"page.txt"),
+          folder.PathOf(u"page.txt"), CVelmString(u"127.0.0.1/page.txt"), CVelmString(),
+          CVelmString(u"http://127.0.0.1:1/nobody-listens"), CVelmString(u"http://127.0.0.1:1/\0", 20)}) {
         EXPECT_EQ(Get(url), "<failed>") << ToUtf8(url);
     }
 }
