@@ -76,9 +76,6 @@ void DownloadUpdates(CVelmFrame& frame, WORD) {
             Repaint();
             return !stop;
         });
-        if (downloader.DownloadedCount() > 0) {
-            MergeIntoCurrent(frame);
-        }
     }
     frame.SetBusy(false);
     frame.RefreshTitle();
@@ -87,6 +84,10 @@ void DownloadUpdates(CVelmFrame& frame, WORD) {
                    IntegerText(downloader.DownloadedCount()) + u")."
              : u"Velmora could NOT complete downloading due to a system error: " + downloader.ErrorText();
     MessageBoxW(frame.Handle(), Wide(text), L"Download", MB_OK | (done ? MB_ICONINFORMATION : MB_ICONSTOP));
+    // The window may have been closed under the box. What came waits for the next start then.
+    if (downloader.DownloadedCount() > 0 && IsWindow(frame.Handle())) {
+        MergeIntoCurrent(frame);
+    }
 }
 
 }  // namespace velm

@@ -257,6 +257,7 @@ bool CVelmValueEditor::ParseValue(double& value) {
         return false;
     }
     if (IsUnchanged()) {
+        SetTextParses(true);
         value = loadedValue_;
         return true;
     }

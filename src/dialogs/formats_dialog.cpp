@@ -161,19 +161,19 @@ private:
     bool IsChecked(int control) const { return Send(control, BM_GETCHECK) == BST_CHECKED; }
     CVelmString LabelText(const PartBoxes& boxes) const { return Text(boxes.label, DIALOG_FREE_TEXT_MAX); }
 
-    /// Reads a factor that was changed; one that was not keeps the digits that its box does not show.
+    /// Reads a factor that was changed; one that was not keeps the digits that its box does not show. False when the
+    /// factor is none or out of range, which a file's own can be too.
     bool ReadFactor(std::size_t part) {
         const CVelmString text = Text(PART_BOXES[part].factor);
-        if (text == factorTexts_[part]) {
-            return true;
+        if (text != factorTexts_[part]) {
+            double factor = 0.0;
+            if (!text.empty() && !ScanNumber(ToLowerAscii(text), factor)) {
+                return false;
+            }
+            factors_[part] = factor;
+            factorTexts_[part] = text;
         }
-        double factor = 0.0;
-        if (!text.empty() && !(ScanNumber(ToLowerAscii(text), factor) && factor >= 0.0 && factor <= FACTOR_MAX)) {
-            return false;
-        }
-        factors_[part] = factor;
-        factorTexts_[part] = text;
-        return true;
+        return factors_[part] >= 0.0 && factors_[part] <= FACTOR_MAX;
     }
 
     void StoreParts() const {

@@ -12,21 +12,39 @@ namespace {
 constexpr const wchar_t* STATE_PROPERTY = L"SipPreference";
 constexpr UINT_PTR SUBCLASS = 1;
 
-bool IsEditBox(HWND control) {
+/// What the notifications of the focus are called by the controls in which one types.
+struct FocusCodes {
+    const wchar_t* windowClass;
+    WORD gained;
+    WORD lost;
+};
+
+constexpr std::array<FocusCodes, 2> FOCUS_CODES = {
+    {{L"Edit", EN_SETFOCUS, EN_KILLFOCUS}, {L"ComboBox", CBN_SETFOCUS, CBN_KILLFOCUS}}};
+
+/// A list that only drops down takes no text.
+bool TakesText(HWND control, const FocusCodes& codes) {
     std::array<wchar_t, 16> name{};
     GetClassNameW(control, name.data(), static_cast<int>(name.size()));
-    return lstrcmpiW(name.data(), L"Edit") == 0;
+    const bool isChoice = codes.gained == CBN_SETFOCUS && (GetWindowLongW(control, GWL_STYLE) & 3) == CBS_DROPDOWNLIST;
+    return lstrcmpiW(name.data(), codes.windowClass) == 0 && !isChoice;
 }
 
-/// The dialog's own procedure with one thing added: the panel follows the focus of its edit boxes.
+/// The panel's state that a control's notification asks for.
+SIPSTATE WantedBy(HWND control, WORD notification) {
+    for (const FocusCodes& codes : FOCUS_CODES) {
+        if ((notification == codes.gained || notification == codes.lost) && TakesText(control, codes)) {
+            return notification == codes.gained ? SIP_UP : SIP_DOWN;
+        }
+    }
+    return SIP_UNCHANGED;
+}
+
+/// The dialog's own procedure with one thing added: the panel follows the focus of the controls that take text.
 LRESULT CALLBACK FollowFocus(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
     const HWND control = reinterpret_cast<HWND>(lParam);
-    if (message == WM_COMMAND && control != nullptr && IsEditBox(control)) {
-        if (HIWORD(wParam) == EN_SETFOCUS) {
-            SHSipPreference(dialog, SIP_UP);
-        } else if (HIWORD(wParam) == EN_KILLFOCUS) {
-            SHSipPreference(dialog, SIP_DOWN);
-        }
+    if (message == WM_COMMAND && control != nullptr) {
+        SHSipPreference(dialog, WantedBy(control, HIWORD(wParam)));
     } else if (message == WM_NCDESTROY) {
         RemoveWindowSubclass(dialog, FollowFocus, id);
     }

@@ -79,6 +79,10 @@ TEST_F(DialogFrameTest, EveryDialogFollowsTheSizeOfTheProgramsWindow) {
         const bool isList = command == ID_OPEN_FILE || command == ID_SHOW_UNITS || command == ID_ABOUT;
         const bool edits = !isList && command != ID_CONVERSIONS;
         EXPECT_EQ(SHGetSipPreference(dialog.Window()), edits ? SIP_UP : SIP_DOWN) << "up while text is edited";
+        if (command == ID_PROPERTIES) {
+            SendMessageW(dialog.Window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(dialog.Control(IDC_CATEGORY)), TRUE);
+            EXPECT_EQ(SHGetSipPreference(dialog.Window()), SIP_UP) << "a category is typed or chosen";
+        }
         EXPECT_TRUE(dialog.EndsWith(VK_ESCAPE));
     }
 }
