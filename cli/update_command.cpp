@@ -83,7 +83,7 @@ std::vector<CVelmConversionDoc*> DocumentsToUpdate(const CommandContext& context
     }
     std::vector<CVelmConversionDoc*> documents;
     for (const CVelmString& name : names) {
-        CVelmDocument* document = catalog.GetDocument(name + CVelmString(ExtensionOfKind(KIND_CONVERSION)), false);
+        CVelmDocument* document = catalog.GetDocument(WithExtension(name, KIND_CONVERSION), false);
         if (document != nullptr) {
             documents.push_back(static_cast<CVelmConversionDoc*>(document));
         }

@@ -18,10 +18,6 @@ struct ParsedDate {
     int day = 0;
 };
 
-bool IsLetter(char16_t unit) {
-    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
-}
-
 /// The integer that the text begins with, after blanks and a sign. 0 when there is none; stops growing at the top of
 /// its range.
 int LeadingNumber(CVelmStringView text) {

@@ -29,7 +29,7 @@ CVelmString FormatCurrency(double value, bool grouped) {
     for (const char* c = buffer.data(); c != end; ++c) {
         text += static_cast<char16_t>(*c);
         const auto integerDigitsLeft = point - c - 1;
-        if (grouped && integerDigitsLeft > 0 && integerDigitsLeft % 3 == 0) {
+        if (grouped && integerDigitsLeft > 0 && integerDigitsLeft % GROUP_DIGITS == 0) {
             text += u',';
         }
     }

@@ -10,7 +10,6 @@ namespace velm {
 namespace {
 
 constexpr int DIGITS = 12;
-constexpr std::size_t GROUP_DIGITS = 3;
 
 /// The first value that is written with an exponent.
 constexpr double FIRST_LARGE = 1e12;
@@ -51,7 +50,7 @@ void AppendDigits(CVelmString& text, const Digits& digits, bool grouped) {
         return i < digits.count ? static_cast<char16_t>(digits.text[static_cast<std::size_t>(i)]) : u'0';
     };
     for (int i = 0; i < digits.point; ++i) {
-        if (grouped && i > 0 && (digits.point - i) % 3 == 0) {
+        if (grouped && i > 0 && (digits.point - i) % GROUP_DIGITS == 0) {
             text += u',';
         }
         text += digitAt(i);
@@ -136,24 +135,20 @@ CVelmString NumberToText(double value) {
 }
 
 std::optional<CVelmString> UngroupNumber(CVelmStringView text) {
-    constexpr CVelmStringView SPACES = u" \t\r\n";
-    const std::size_t first = text.find_first_not_of(SPACES);
-    if (first == CVelmStringView::npos) {
-        return std::nullopt;
-    }
-    text = text.substr(first, text.find_last_not_of(SPACES) + 1 - first);
+    text = Trim(text, u" \t\r\n");
     CVelmString number(text.starts_with(u'-') ? u"-" : u"");
     text.remove_prefix(number.size());
     const CVelmStringView whole = text.substr(0, text.find(u'.'));
     const CVelmStringView fraction = text.substr(std::min(whole.size() + 1, text.size()));
+    constexpr std::size_t GROUP = GROUP_DIGITS;
     const std::size_t firstGroup = whole.find(u',');
-    if (firstGroup == 0 || firstGroup > GROUP_DIGITS || !AreDigits(fraction)) {
+    if (firstGroup == 0 || firstGroup > GROUP || !AreDigits(fraction)) {
         return std::nullopt;
     }
     number += whole.substr(0, firstGroup);
-    for (std::size_t comma = firstGroup; comma < whole.size(); comma += GROUP_DIGITS + 1) {
-        const CVelmStringView group = whole.substr(comma + 1, GROUP_DIGITS);
-        if (whole[comma] != u',' || group.size() != GROUP_DIGITS || !AreDigits(group)) {
+    for (std::size_t comma = firstGroup; comma < whole.size(); comma += GROUP + 1) {
+        const CVelmStringView group = whole.substr(comma + 1, GROUP);
+        if (whole[comma] != u',' || group.size() != GROUP || !AreDigits(group)) {
             return std::nullopt;
         }
         number += group;

@@ -6,6 +6,9 @@
 
 namespace velm {
 
+/// Digits between the commas of grouped text.
+constexpr int GROUP_DIGITS = 3;
+
 /// Twelve significant digits, exponents in steps of three. Grouped text has "," every three digits and a space
 /// before the exponent. Infinities are "inf" and "-inf", a NaN is "nan"; no formula reads these as numbers.
 CVelmString FormatDecimal(double value, bool grouped);

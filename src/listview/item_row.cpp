@@ -91,12 +91,7 @@ void CVelmItemRow::WriteName() {
 }
 
 bool CVelmItemRow::WriteValue(const CVelmLocale& locale) {
-    CVelmString text;
-    if (item_.state == STATE_VALID) {
-        text = item_.format.FormatValue(item_.value, locale);
-    } else if (item_.state == STATE_ERROR) {
-        text = u"Error";
-    }
+    CVelmString text = item_.ValueInList(locale);
     const int icon = FormatIcon(item_.format.displayFormat);
     const bool changed = text != value_.text || icon != button_.icon;
     value_.text = std::move(text);

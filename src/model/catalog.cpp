@@ -102,15 +102,4 @@ CVelmString CVelmCatalog::UnitCountText(CVelmDocument& document) {
     return IntegerText(document.storedItemCount) + u" units";
 }
 
-std::vector<CVelmString> CVelmCatalog::Categories() const {
-    std::vector<CVelmString> categories;
-    std::unordered_set<CVelmStringView> seen;
-    for (const auto& document : documents) {
-        if (!document->category.empty() && seen.insert(document->category).second) {
-            categories.push_back(document->category);
-        }
-    }
-    return categories;
-}
-
 }  // namespace velm

@@ -56,9 +56,6 @@ public:
     /// "%d units"; the count is that of the items in memory when the document is loaded.
     static CVelmString UnitCountText(CVelmDocument& document);
 
-    /// Non-empty categories in catalogue order, each once, compared exactly.
-    std::vector<CVelmString> Categories() const;
-
     std::vector<std::unique_ptr<CVelmDocument>> documents;
 
 private:

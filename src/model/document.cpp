@@ -40,6 +40,10 @@ CVelmStringView ExtensionOfKind(std::int32_t kind) {
     return found == nullptr ? CVelmStringView() : found->extension;
 }
 
+CVelmString WithExtension(const CVelmString& name, std::int32_t kind) {
+    return name + CVelmString(ExtensionOfKind(kind));
+}
+
 std::int32_t KindOfFileName(CVelmStringView fileName) {
     for (const KindName& candidate : KINDS) {
         if (EndsWithNoCase(fileName, candidate.extension)) {
@@ -66,8 +70,8 @@ void CVelmDocument::RemoveItems(std::size_t first, std::size_t count) {
     items.erase(begin, end);
 }
 
-bool CVelmDocument::ReadOldTail(CVelmFileStream&) {
-    return true;
+LoadStatus CVelmDocument::ReadOldTail(CVelmFileStream&) {
+    return LoadStatus::Ok;
 }
 
 bool CVelmDocument::Load(const CVelmString& folder, bool full, const CVelmString& newFileName) {
@@ -81,21 +85,22 @@ bool CVelmDocument::Load(const CVelmString& folder, bool full, const CVelmString
     bool isOlder = false;
     lastLoad_ = ReadFile(folder, full, isOlder);
     itemsInFile_ = std::vector<CVelmItem*>();
-    if (lastLoad_ != LoadStatus::Ok) {
+    loaded = lastLoad_ == LoadStatus::Ok && (full || isOlder);
+    if (!loaded) {
         RemoveItems(0, items.size());
     }
     modified_ = false;
-    if (lastLoad_ != LoadStatus::Ok) {
-        return false;
+    if (loaded && isOlder) {
+        Upgrade(folder, full);
     }
-    loaded = full || isOlder;
-    if (isOlder) {
-        Save(folder);  // where the folder cannot be written the file stays as it is, and is still readable
-    }
-    if (!full && loaded) {
+    return lastLoad_ == LoadStatus::Ok;
+}
+
+void CVelmDocument::Upgrade(const CVelmString& folder, bool keepItems) {
+    Save(folder);  // where the folder cannot be written the file stays as it is, and is still readable
+    if (!keepItems) {
         Unload({});
     }
-    return true;
 }
 
 LoadStatus CVelmDocument::ReadFile(const CVelmString& folder, bool full, bool& isOlder) {
@@ -136,13 +141,7 @@ LoadStatus CVelmDocument::ReadContent(CVelmFileStream& stream, const CVelmFileHe
         item->index = static_cast<std::int32_t>(items.size());
         items.push_back(std::move(item));
     }
-    lastLoad_ = LoadStatus::Truncated;  // what a tail that fails without a reason of its own means
-    return (header.isOlder ? ReadOldTail(stream) : ReadTail(stream)) ? LoadStatus::Ok : lastLoad_;
-}
-
-bool CVelmDocument::FailLoad(LoadStatus why) {
-    lastLoad_ = why;
-    return false;
+    return header.isOlder ? ReadOldTail(stream) : ReadTail(stream);
 }
 
 void CVelmDocument::DropRecords(std::int32_t count) {
@@ -262,7 +261,7 @@ CVelmItem* CVelmDocument::ItemInFile(std::int32_t index) const {
 }
 
 CVelmString CVelmDocument::FileNameWithExtension() const {
-    return fileName + CVelmString(ExtensionOfKind(GetKind()));
+    return WithExtension(fileName, GetKind());
 }
 
 CVelmString CVelmDocument::PathIn(const CVelmString& folder) const {

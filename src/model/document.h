@@ -25,6 +25,9 @@ constexpr std::int32_t KIND_CALCULATION = 2;
 /// ".cnv" or ".cal".
 CVelmStringView ExtensionOfKind(std::int32_t kind);
 
+/// A name with the extension of a kind behind it.
+CVelmString WithExtension(const CVelmString& name, std::int32_t kind);
+
 /// The kind whose extension the file name ends with, in any letter case; 0 for any other name.
 std::int32_t KindOfFileName(CVelmStringView fileName);
 
@@ -55,11 +58,11 @@ public:
     virtual void Recalculate(FormulaContext& context) = 0;
     virtual std::int32_t GetKind() const = 0;
 
-    /// What follows the items in the file. Bytes counted; the readers return false when the tail itself is short or
-    /// its count negative. A record that cannot be read is left out and counted.
+    /// What follows the items in the file. Bytes counted; the readers fail when the tail itself is short or its count
+    /// negative. A record that cannot be read is left out and counted.
     virtual std::int32_t WriteTail(CVelmFileStream& stream) const = 0;
-    virtual bool ReadTail(CVelmFileStream& stream) = 0;
-    virtual bool ReadOldTail(CVelmFileStream& stream);
+    virtual LoadStatus ReadTail(CVelmFileStream& stream) = 0;
+    virtual LoadStatus ReadOldTail(CVelmFileStream& stream);
 
     /// Reads the header alone, or everything when `full`. A non-empty `newFileName` replaces the file name.
     /// On failure the document has no items; LastLoad tells why. A file in the older format is rewritten at once.
@@ -115,8 +118,6 @@ public:
     std::int32_t storedItemCount = 0;
 
 protected:
-    /// For ReadTail: makes `why` the reason of a failed load. Returns false.
-    bool FailLoad(LoadStatus why);
     void DropRecords(std::int32_t count);
 
     const CVelmServices services_;
@@ -129,6 +130,9 @@ private:
 
     /// Whether another program has put other data into the file since it was read or saved here.
     bool IsReplacedInFile(const CVelmString& folder) const;
+
+    /// Brings the file that was just read into the current format.
+    void Upgrade(const CVelmString& folder, bool keepItems);
     bool OpenOnDisk(CVelmFileStream& stream, const CVelmString& folder);
     LoadStatus ReadFile(const CVelmString& folder, bool full, bool& isOlder);
     LoadStatus ReadContent(CVelmFileStream& stream, const CVelmFileHeader& header);
@@ -152,8 +156,8 @@ public:
     void Recalculate(FormulaContext& context) override;
     std::int32_t GetKind() const override { return KIND_CONVERSION; }
     std::int32_t WriteTail(CVelmFileStream& stream) const override;
-    bool ReadTail(CVelmFileStream& stream) override;
-    bool ReadOldTail(CVelmFileStream& stream) override;
+    LoadStatus ReadTail(CVelmFileStream& stream) override;
+    LoadStatus ReadOldTail(CVelmFileStream& stream) override;
 
     /// The first conversion between the two units in either direction; null when there is none.
     CVelmConversion* FindConversion(const CVelmItem* a, const CVelmItem* b) const;
@@ -175,7 +179,7 @@ public:
     void Recalculate(FormulaContext& context) override;
     std::int32_t GetKind() const override { return KIND_CALCULATION; }
     std::int32_t WriteTail(CVelmFileStream& stream) const override;
-    bool ReadTail(CVelmFileStream& stream) override;
+    LoadStatus ReadTail(CVelmFileStream& stream) override;
 };
 
 /// Null for a kind that is neither.

@@ -3,7 +3,8 @@
 #include <utility>
 
 #include "model/document.h"
-#include "model/file_stream.h"
+#include "model/file_format.h"
+#include "model/record_stream.h"
 
 namespace velm {
 
@@ -21,25 +22,23 @@ void CVelmConversionDoc::RemoveItems(std::size_t first, std::size_t count) {
 }
 
 std::int32_t CVelmConversionDoc::WriteTail(CVelmFileStream& stream) const {
-    std::int32_t bytes = std::max(stream.WriteInt(static_cast<std::int32_t>(conversions.size())), 0);
+    CVelmRecordWriter record(stream);
+    record.Int(static_cast<std::int32_t>(conversions.size()));
     for (const auto& conversion : conversions) {
-        bytes += conversion->Write(stream);
+        record.Part(conversion->Write(stream));
     }
-    return bytes;
+    return record.Bytes();
 }
 
-bool CVelmConversionDoc::ReadTail(CVelmFileStream& stream) {
+LoadStatus CVelmConversionDoc::ReadTail(CVelmFileStream& stream) {
     std::int32_t count = 0;
-    if (!stream.ReadInt(count)) {
-        return false;
-    }
-    if (count < 0) {
-        return FailLoad(LoadStatus::NegativeCount);
+    if (const LoadStatus status = ReadCount(stream, count); status != LoadStatus::Ok) {
+        return status;
     }
     for (std::int32_t i = 0; i < count; ++i) {
         if (stream.Remaining() == 0) {
             DropRecords(count - i);
-            return true;
+            break;
         }
         auto conversion = std::make_unique<CVelmConversion>(*this);
         if (conversion->Read(stream) <= 0) {
@@ -48,10 +47,10 @@ bool CVelmConversionDoc::ReadTail(CVelmFileStream& stream) {
         }
         conversions.push_back(std::move(conversion));
     }
-    return true;
+    return LoadStatus::Ok;
 }
 
-bool CVelmConversionDoc::ReadOldTail(CVelmFileStream& stream) {
+LoadStatus CVelmConversionDoc::ReadOldTail(CVelmFileStream& stream) {
     return ReadTail(stream);
 }
 
@@ -90,8 +89,8 @@ std::int32_t CVelmCalculationDoc::WriteTail(CVelmFileStream&) const {
     return 0;
 }
 
-bool CVelmCalculationDoc::ReadTail(CVelmFileStream&) {
-    return true;
+LoadStatus CVelmCalculationDoc::ReadTail(CVelmFileStream&) {
+    return LoadStatus::Ok;
 }
 
 }  // namespace velm

@@ -1,7 +1,8 @@
 #include "model/file_format.h"
 
-#include <algorithm>
 #include <utility>
+
+#include "model/record_stream.h"
 
 namespace velm {
 
@@ -11,13 +12,6 @@ constexpr std::uint32_t SIZE_POSITION = 4;
 
 /// Stands for the size until all of the file is written.
 constexpr std::int32_t SIZE_PLACEHOLDER = 4;
-
-LoadStatus ReadCount(CVelmFileStream& stream, std::int32_t& count) {
-    if (!stream.ReadInt(count)) {
-        return LoadStatus::Truncated;
-    }
-    return count < 0 ? LoadStatus::NegativeCount : LoadStatus::Ok;
-}
 
 LoadStatus ReadOlderHeader(CVelmFileStream& stream, CVelmFileHeader& header) {
     header.isOlder = true;
@@ -63,6 +57,13 @@ LoadStatus ReadListEntries(CVelmFileStream& stream, CVelmFileItems& items) {
 
 }  // namespace
 
+LoadStatus ReadCount(CVelmFileStream& stream, std::int32_t& count) {
+    if (!stream.ReadInt(count)) {
+        return LoadStatus::Truncated;
+    }
+    return count < 0 ? LoadStatus::NegativeCount : LoadStatus::Ok;
+}
+
 LoadStatus ReadHeader(CVelmFileStream& stream, CVelmFileHeader& header) {
     std::int32_t magic = 0;
     if (!stream.ReadInt(magic)) {
@@ -99,17 +100,19 @@ LoadStatus ReadItems(CVelmFileStream& stream, const CVelmFileHeader& header, CVe
 }
 
 bool WriteDocument(CVelmFileStream& stream, const CVelmDocument& document) {
-    std::int32_t size = std::max(stream.WriteInt(static_cast<std::int32_t>(FILE_MAGIC)), 0);
-    size += std::max(stream.WriteInt(SIZE_PLACEHOLDER), 0);
-    size += stream.WriteString(document.updatedText);
-    size += stream.WriteString(document.title);
-    size += stream.WriteString(document.category);
-    size += std::max(stream.WriteInt(static_cast<std::int32_t>(document.ItemCount())), 0);
+    CVelmRecordWriter record(stream);
+    record.Int(static_cast<std::int32_t>(FILE_MAGIC));
+    record.Int(SIZE_PLACEHOLDER);
+    record.String(document.updatedText);
+    record.String(document.title);
+    record.String(document.category);
+    record.Int(static_cast<std::int32_t>(document.ItemCount()));
     for (const auto& item : document.items) {
-        size += std::max(stream.WriteInt(item->GetType()), 0);
-        size += item->Write(stream);
+        record.Int(item->GetType());
+        record.Part(item->Write(stream));
     }
-    size += document.WriteTail(stream);
+    record.Part(document.WriteTail(stream));
+    const std::int32_t size = record.Bytes();
     stream.WriteAt(SIZE_POSITION, &size, sizeof size);
     return stream.Flush();
 }

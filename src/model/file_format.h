@@ -29,6 +29,9 @@ struct CVelmFileHeader {
 /// The items in file order; null stands for one whose record could not be read.
 using CVelmFileItems = std::vector<std::unique_ptr<CVelmItem>>;
 
+/// Reads how many records follow.
+LoadStatus ReadCount(CVelmFileStream& stream, std::int32_t& count);
+
 /// Reads up to the first item, in either format.
 LoadStatus ReadHeader(CVelmFileStream& stream, CVelmFileHeader& header);
 

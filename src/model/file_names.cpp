@@ -51,7 +51,7 @@ bool IsFileNameAllowed(CVelmStringView name) {
 }
 
 bool IsFileNameTaken(const CVelmCatalog& catalog, std::int32_t kind, const CVelmString& name) {
-    const CVelmString file = name + CVelmString(ExtensionOfKind(kind));
+    const CVelmString file = WithExtension(name, kind);
     return catalog.FindDocument(file) >= 0 ||
            FindInFolder(catalog.Services().files, catalog.Folder(), file).has_value();
 }

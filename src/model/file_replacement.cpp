@@ -92,6 +92,26 @@ bool ReplaceFile(const CVelmServices& services, const CVelmString& path,
     return false;
 }
 
+bool ReplaceFile(const CVelmServices& services, const CVelmString& path, std::string_view bytes) {
+    return ReplaceFile(services, path, [bytes](CVelmFileStream& stream) {
+        return stream.Write(bytes.data(), bytes.size()) == static_cast<std::int64_t>(bytes.size());
+    });
+}
+
+bool CopyFileTo(const CVelmServices& services, const CVelmString& source, const CVelmString& path) {
+    CVelmFileStream original(services.files, services.clock);
+    return original.OpenRead(source) && ReplaceFile(services, path, [&original](CVelmFileStream& copy) {
+               std::array<char, 4096> block{};
+               std::int32_t count = 0;
+               while ((count = original.Read(block.size(), block.data())) > 0) {
+                   if (copy.Write(block.data(), static_cast<std::size_t>(count)) != count) {
+                       return false;
+                   }
+               }
+               return count == 0;
+           });
+}
+
 bool HoldsAlready(const CVelmServices& services, const CVelmString& path,
                   const std::function<bool(CVelmFileStream&)>& write) {
     CVelmMemoryFiles memory;
@@ -109,23 +129,7 @@ bool HoldsAlready(const CVelmServices& services, const CVelmString& path,
 
 bool KeepOriginal(const CVelmServices& services, const CVelmString& path) {
     const CVelmString backup = path + u".bak";
-    if (services.files.Exists(backup) || !services.files.Exists(path)) {
-        return true;
-    }
-    CVelmFileStream original(services.files, services.clock);
-    if (!original.OpenRead(path)) {
-        return false;
-    }
-    return ReplaceFile(services, backup, [&original](CVelmFileStream& copy) {
-        std::array<char, 4096> block{};
-        std::int32_t count = 0;
-        while ((count = original.Read(block.size(), block.data())) > 0) {
-            if (copy.Write(block.data(), static_cast<std::size_t>(count)) != count) {
-                return false;
-            }
-        }
-        return count == 0;
-    });
+    return services.files.Exists(backup) || !services.files.Exists(path) || CopyFileTo(services, path, backup);
 }
 
 }  // namespace velm

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string_view>
 
 #include "model/file_stream.h"
 #include "platform/services.h"
@@ -13,6 +14,10 @@ namespace velm {
 /// user may not write to counts as a failure.
 bool ReplaceFile(const CVelmServices& services, const CVelmString& path,
                  const std::function<bool(CVelmFileStream&)>& write);
+
+/// The same with these bytes, and with the bytes of another file.
+bool ReplaceFile(const CVelmServices& services, const CVelmString& path, std::string_view bytes);
+bool CopyFileTo(const CVelmServices& services, const CVelmString& source, const CVelmString& path);
 
 /// Whether a file holds already, byte for byte, what `write` writes.
 bool HoldsAlready(const CVelmServices& services, const CVelmString& path,

@@ -1,28 +1,14 @@
 #include "model/item.h"
 
-#include <algorithm>
-
-#include "model/file_stream.h"
+#include "model/record_stream.h"
 #include "model/value_format_record.h"
 
 namespace velm {
 
 namespace {
 
-constexpr std::int32_t INT_BYTES = 4;
-
 /// The bit of the older format word that says that compound parts follow.
 constexpr std::int32_t OLD_FORMAT_HAS_PARTS = 1;
-
-/// Adds the bytes of one read piece; false for a piece that failed.
-bool Count(std::int32_t& bytes, std::int32_t piece) {
-    bytes += std::max(piece, 0);
-    return piece > 0;
-}
-
-bool CountInt(CVelmFileStream& stream, std::int32_t& bytes, std::int32_t& value) {
-    return Count(bytes, stream.ReadInt(value) ? INT_BYTES : 0);
-}
 
 void RemoveTrailingSpaces(CVelmString& text) {
     text.erase(text.find_last_not_of(u' ') + 1);
@@ -31,36 +17,36 @@ void RemoveTrailingSpaces(CVelmString& text) {
 }  // namespace
 
 std::int32_t CVelmItem::Write(CVelmFileStream& stream) const {
-    std::int32_t bytes = stream.WriteString(name);
-    bytes += stream.WriteString(identifier);
-    bytes += stream.WriteString(valueText);
-    bytes += std::max(stream.WriteInt(shown), 0);
-    return bytes + WriteValueFormat(stream, format);
+    CVelmRecordWriter record(stream);
+    record.String(name);
+    record.String(identifier);
+    record.String(valueText);
+    record.Int(shown);
+    record.Part(WriteValueFormat(stream, format));
+    return record.Bytes();
 }
 
 std::int32_t CVelmItem::Read(CVelmFileStream& stream) {
-    std::int32_t bytes = 0;
-    const bool whole = Count(bytes, stream.ReadString(name)) && Count(bytes, stream.ReadString(identifier)) &&
-                       Count(bytes, stream.ReadString(valueText)) && CountInt(stream, bytes, shown) &&
-                       Count(bytes, ReadValueFormat(stream, format));
-    return whole ? bytes : 0;
+    CVelmRecordReader record(stream);
+    const bool whole = record.String(name) && record.String(identifier) && record.String(valueText) &&
+                       record.Int(shown) && record.Part(ReadValueFormat(stream, format));
+    return whole ? record.Bytes() : 0;
 }
 
 std::int32_t CVelmItem::ReadOld(CVelmFileStream& stream) {
-    std::int32_t bytes = 0;
+    CVelmRecordReader record(stream);
     std::int32_t formatWord = 0;
-    if (!Count(bytes, stream.ReadString(identifier)) || !Count(bytes, stream.ReadString(name)) ||
-        !Count(bytes, stream.ReadString(valueText)) || !CountInt(stream, bytes, formatWord)) {
+    if (!record.String(identifier) || !record.String(name) || !record.String(valueText) || !record.Int(formatWord)) {
         return 0;
     }
     RemoveTrailingSpaces(identifier);
     RemoveTrailingSpaces(name);
     format.SetAllowedFormats(static_cast<std::uint32_t>(formatWord));
-    if ((formatWord & OLD_FORMAT_HAS_PARTS) != 0 && !Count(bytes, ReadCompoundParts(stream, format.compoundParts))) {
+    if ((formatWord & OLD_FORMAT_HAS_PARTS) != 0 && !record.Part(ReadCompoundParts(stream, format.compoundParts))) {
         return 0;
     }
     shown = 0;  // the list entries behind the items name those that are shown
-    return bytes;
+    return record.Bytes();
 }
 
 void CVelmItem::CopyFrom(const CVelmItem& other) {
@@ -76,22 +62,29 @@ const CVelmString& CVelmItem::ShortName() const {
     return identifier.empty() ? name : identifier;
 }
 
+CVelmString CVelmItem::ValueInList(const CVelmLocale& locale) const {
+    if (state == STATE_NONE) {
+        return {};
+    }
+    return state == STATE_VALID ? format.FormatValue(value, locale) : u"Error";
+}
+
 std::int32_t CVelmFormulaItem::Write(CVelmFileStream& stream) const {
-    const std::int32_t bytes = CVelmItem::Write(stream);
-    return bytes + std::max(stream.WriteInt(output), 0);
+    CVelmRecordWriter record(stream);
+    record.Part(CVelmItem::Write(stream));
+    record.Int(output);
+    return record.Bytes();
 }
 
 std::int32_t CVelmFormulaItem::Read(CVelmFileStream& stream) {
-    std::int32_t bytes = 0;
-    const bool whole = Count(bytes, CVelmItem::Read(stream)) && CountInt(stream, bytes, output);
-    return whole ? bytes : 0;
+    CVelmRecordReader record(stream);
+    return record.Part(CVelmItem::Read(stream)) && record.Int(output) ? record.Bytes() : 0;
 }
 
 std::int32_t CVelmFormulaItem::ReadOld(CVelmFileStream& stream) {
-    std::int32_t bytes = 0;
-    const bool whole = Count(bytes, CVelmItem::ReadOld(stream)) && CountInt(stream, bytes, output) &&
-                       Count(bytes, stream.ReadString(identifier));
-    return whole ? bytes : 0;
+    CVelmRecordReader record(stream);
+    const bool whole = record.Part(CVelmItem::ReadOld(stream)) && record.Int(output) && record.String(identifier);
+    return whole ? record.Bytes() : 0;
 }
 
 void CVelmFormulaItem::CopyFrom(const CVelmItem& other) {

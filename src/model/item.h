@@ -39,6 +39,9 @@ public:
     /// What narrow columns show: the identifier when there is one, otherwise the name.
     const CVelmString& ShortName() const;
 
+    /// What the list shows of the value: nothing without one, "Error" for one that cannot be computed.
+    CVelmString ValueInList(const CVelmLocale& locale) const;
+
     std::int32_t index = 0;  ///< position in the document; right only just after a save, a load or a recalculation
     CVelmString name;
     CVelmValueFormat format;

@@ -1,6 +1,6 @@
 #include "model/reference_list.h"
 
-#include <array>
+#include <string>
 #include <string_view>
 
 #include "model/folder_names.h"
@@ -10,20 +10,6 @@ namespace {
 
 constexpr CVelmStringView EXTENSION = u".htm";
 constexpr std::size_t LARGEST_PAGE = 16 << 20;
-constexpr std::string_view UTF8_MARK = "\xEF\xBB\xBF";
-
-std::string ReadWhole(CVelmFile& file) {
-    std::string bytes;
-    std::array<char, 65536> part;
-    while (bytes.size() < LARGEST_PAGE) {
-        const std::int64_t count = file.Read(part.data(), part.size());
-        if (count <= 0) {
-            break;
-        }
-        bytes.append(part.data(), static_cast<std::size_t>(count));
-    }
-    return bytes;
-}
 
 CVelmString Decode(std::string_view bytes) {
     if (bytes.starts_with(UTF8_MARK)) {
@@ -62,7 +48,10 @@ bool CVelmReferenceList::ReadReference(std::size_t index, CVelmString& text) con
     }
     const auto name = FindInFolder(services_.files, folder_, names[index] + CVelmString(EXTENSION));
     const auto file = name ? services_.files.Open(folder_ + *name, FileMode::Read) : nullptr;
-    const std::string bytes = file ? ReadWhole(*file) : std::string();
+    std::string bytes;
+    if (file) {
+        ReadToEnd(*file, LARGEST_PAGE, bytes);  // of a page that breaks off, what there is
+    }
     if (bytes.empty()) {
         return false;
     }

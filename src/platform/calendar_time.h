@@ -14,4 +14,8 @@ struct CVelmCalendarTime {
     int weekday = 1;  ///< 1 = Sunday to 7 = Saturday; read by the locale only
 };
 
+constexpr bool IsWeekday(int weekday) {
+    return weekday >= 1 && weekday <= 7;
+}
+
 }  // namespace velm

@@ -6,11 +6,13 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 #include "platform/fetch.h"
 #include "platform/fetch_rules.h"
 #include "platform/transfer_watch.h"
+#include "platform/write_all_posix.h"
 
 namespace velm {
 namespace {
@@ -37,17 +39,7 @@ public:
 
     bool IsOpen() const { return descriptor_ >= 0; }
 
-    bool Append(const char* bytes, std::size_t count) {
-        while (count > 0) {
-            const ssize_t written = write(descriptor_, bytes, count);
-            if (written <= 0) {
-                return false;
-            }
-            bytes += written;
-            count -= static_cast<std::size_t>(written);
-        }
-        return true;
-    }
+    bool Append(std::string_view bytes) { return WriteAll(descriptor_, bytes); }
 
     /// Leaves the file on the disk and gives its path.
     CVelmString Keep() {
@@ -80,7 +72,7 @@ std::size_t OnData(char* data, std::size_t size, std::size_t count, void* contex
     const std::size_t bytes = size * count;
     transfer.bytes += bytes;
     // Anything but the number of bytes given ends the transfer.
-    return transfer.watch.GoesOn(true, transfer.bytes) && transfer.file.Append(data, bytes) ? bytes : 0;
+    return transfer.watch.GoesOn(true, transfer.bytes) && transfer.file.Append({data, bytes}) ? bytes : 0;
 }
 
 int OnProgress(void* context, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {

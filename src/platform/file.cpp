@@ -1,6 +1,23 @@
 #include "platform/file.h"
 
+#include <algorithm>
+
 namespace velm {
+
+bool ReadToEnd(CVelmFile& file, std::size_t limit, std::string& bytes) {
+    constexpr std::size_t STEP = 1 << 16;
+    bytes.clear();
+    while (bytes.size() < limit) {
+        const std::size_t have = bytes.size();
+        bytes.resize(have + std::min(STEP, limit - have));
+        const std::int64_t count = file.Read(bytes.data() + have, bytes.size() - have);
+        bytes.resize(have + static_cast<std::size_t>(std::max<std::int64_t>(count, 0)));
+        if (count <= 0) {
+            return count == 0;
+        }
+    }
+    return true;
+}
 
 CVelmString WithSeparator(CVelmString folder) {
     if (folder.empty() || folder.back() != FolderSeparator) {

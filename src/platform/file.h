@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/text.h"
@@ -66,6 +67,10 @@ public:
     /// The entries of a folder by name, letter case set aside, "." and ".." left out; nothing when it cannot be read.
     virtual std::optional<std::vector<CVelmFolderEntry>> List(const CVelmString& folder) = 0;
 };
+
+/// Reads to the end of the file, or `limit` bytes and no more. False when a read failed; `bytes` then has what came
+/// before it.
+bool ReadToEnd(CVelmFile& file, std::size_t limit, std::string& bytes);
 
 /// "\" on Windows, "/" elsewhere.
 extern const char16_t FolderSeparator;

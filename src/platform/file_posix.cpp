@@ -20,6 +20,18 @@ const char16_t FolderSeparator = u'/';
 
 namespace {
 
+/// Leaves the reason of an earlier failure as it was, to be told, when a later call has one of its own.
+class ErrorKeeper {
+public:
+    ErrorKeeper() = default;
+    ~ErrorKeeper() { errno = error_; }
+    ErrorKeeper(const ErrorKeeper&) = delete;
+    ErrorKeeper& operator=(const ErrorKeeper&) = delete;
+
+private:
+    int error_ = errno;
+};
+
 /// The path in the system's bytes; nothing for one with a NUL inside, which the system would cut short.
 std::optional<std::string> SystemPath(const CVelmString& path) {
     if (path.empty() || path.find(u'\0') != CVelmString::npos) {
@@ -219,6 +231,7 @@ public:
     }
 
     bool Remove(const CVelmString& path) override {
+        const ErrorKeeper keeper;
         const auto name = SystemPath(path);
         return name && unlink(name->c_str()) == 0;
     }
@@ -234,6 +247,7 @@ public:
     }
 
     bool Exists(const CVelmString& path) override {
+        const ErrorKeeper keeper;
         const auto name = SystemPath(path);
         struct stat status {};
         return name && stat(name->c_str(), &status) == 0;

@@ -31,7 +31,7 @@ std::tm ToFields(const CVelmCalendarTime& time) {
     fields.tm_hour = time.hour;
     fields.tm_min = time.minute;
     fields.tm_sec = time.second;
-    fields.tm_wday = time.weekday >= 1 && time.weekday <= 7 ? time.weekday - 1 : 0;
+    fields.tm_wday = IsWeekday(time.weekday) ? time.weekday - 1 : 0;
     return fields;
 }
 
@@ -95,7 +95,7 @@ bool CVelmLibraryLocale::IsUnnamed() const {
 }
 
 std::optional<CVelmString> CVelmLibraryLocale::DayName(int weekday) const {
-    if (weekday < 1 || weekday > 7) {
+    if (!IsWeekday(weekday)) {
         return std::nullopt;
     }
     std::tm fields{};

@@ -23,7 +23,7 @@ public:
     std::optional<CVelmString> DayName(int weekday) const override {
         static constexpr std::array<CVelmStringView, 7> NAMES = {u"Sunday",   u"Monday", u"Tuesday", u"Wednesday",
                                                                  u"Thursday", u"Friday", u"Saturday"};
-        if (weekday < 1 || weekday > 7) {
+        if (!IsWeekday(weekday)) {
             return std::nullopt;
         }
         return CVelmString(NAMES[static_cast<std::size_t>(weekday - 1)]);

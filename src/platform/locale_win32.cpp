@@ -38,7 +38,7 @@ std::optional<CVelmString> LocaleInfo(LCTYPE item) {
 class Win32Locale : public CVelmLocale {
 public:
     std::optional<CVelmString> DayName(int weekday) const override {
-        if (weekday < 1 || weekday > 7) {
+        if (!IsWeekday(weekday)) {
             return std::nullopt;
         }
         return LocaleInfo<128>(LOCALE_SDAYNAME1 + static_cast<LCTYPE>((weekday + 5) % 7));  // DAYNAME1 is Monday

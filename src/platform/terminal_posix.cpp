@@ -4,26 +4,9 @@
 #include <cstdlib>
 
 #include "platform/terminal.h"
+#include "platform/write_all_posix.h"
 
 namespace velm {
-
-namespace {
-
-bool WriteAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written <= 0) {
-            return false;
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
-}  // namespace
 
 std::vector<std::string> CommandLineArguments(int count, const char* const* arguments) {
     return count > 1 ? std::vector<std::string>(arguments + 1, arguments + count) : std::vector<std::string>();

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace velm {
 
@@ -21,6 +23,25 @@ constexpr bool IsDigit(char16_t unit) {
     return unit >= u'0' && unit <= u'9';
 }
 
+/// A to Z and a to z only.
+constexpr bool IsLetter(char16_t unit) {
+    return ToLowerAscii(unit) >= u'a' && ToLowerAscii(unit) <= u'z';
+}
+
+/// The value of a hexadecimal digit in either letter case; -1 for a unit that is none.
+constexpr int HexDigitValue(char16_t unit) {
+    const char16_t lower = ToLowerAscii(unit);
+    return IsDigit(unit) ? unit - u'0' : lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : -1;
+}
+
+/// The text without the units of `around` at its ends.
+template <typename Unit>
+constexpr std::basic_string_view<Unit> Trim(std::basic_string_view<Unit> text,
+                                            std::type_identity_t<std::basic_string_view<Unit>> around) {
+    text = text.substr(0, text.find_last_not_of(around) + 1);
+    return text.substr(std::min(text.find_first_not_of(around), text.size()));
+}
+
 /// The decimal digits of a whole number, "-" before a negative one.
 CVelmString IntegerText(std::int64_t number);
 
@@ -37,6 +58,9 @@ bool EndsWithNoCase(CVelmStringView text, CVelmStringView suffix);
 
 /// Appends a code point, at most U+10FFFF, as one unit or a pair of surrogates.
 void AppendCodePoint(CVelmString& text, char32_t code);
+
+/// What some programs put before a text to say that it is UTF-8.
+constexpr std::string_view UTF8_MARK = "\xEF\xBB\xBF";
 
 /// UTF-8 exists only outside the engine: at the terminal, in text sources and in POSIX paths.
 /// Bytes that are not UTF-8 become U+FFFD, and so does a lone surrogate on the way out.

@@ -24,7 +24,7 @@ CVelmStringView TextOf(const char16_t (&field)[SIZE]) {
 }
 
 /// Ends the list with a NUL by dropping a name that runs to the end of the field.
-void EndOpenFiles(char16_t (&list)[192]) {
+void EndOpenFiles(CVelmSettingsList& list) {
     for (std::size_t at = std::size(list); at > 0 && list[at - 1] != 0; --at) {
         list[at - 1] = 0;
     }
@@ -99,7 +99,7 @@ CVelmString UpdateUrl(const CVelmSettings& settings) {
     return CVelmString(TextOf(settings.updateUrl));
 }
 
-void SetField(char16_t (&field)[128], CVelmStringView text) {
+void SetField(CVelmSettingsText& field, CVelmStringView text) {
     // A copy, because the text may be the field's own.
     const CVelmString kept(text.substr(0, std::size(field) - 1));
     std::fill(std::begin(field), std::end(field), u'\0');

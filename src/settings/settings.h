@@ -9,11 +9,15 @@ namespace velm {
 class CVelmCatalog;
 class CVelmOptionsStore;
 
+/// Fields of the options record: a text, and a list of names; both ended by a NUL.
+using CVelmSettingsText = char16_t[128];
+using CVelmSettingsList = char16_t[192];
+
 /// The options record, kept byte for byte: 900 bytes, text as UTF-16LE, unused bytes zero.
 struct CVelmSettings {
-    char16_t openFiles[192] = {};   ///< names of at most six files, each ended by a NUL, the list by one more
-    char16_t dataFolder[128] = {};  ///< ends with a folder separator
-    char16_t updateUrl[128] = {};
+    CVelmSettingsList openFiles = {};   ///< names of at most six files, each ended by a NUL, the list by one more
+    CVelmSettingsText dataFolder = {};  ///< ends with a folder separator
+    CVelmSettingsText updateUrl = {};
     std::uint32_t twoLineRows = 0;
 };
 static_assert(sizeof(CVelmSettings) == 900);
@@ -44,7 +48,7 @@ CVelmStringView FirstOpenFile(const CVelmSettings& settings);
 CVelmString DataFolder(const CVelmSettings& settings, const CVelmString& programFolder);
 CVelmString UpdateUrl(const CVelmSettings& settings);
 
-/// Puts a text into a field, cut after 127 units, the rest of the field zero.
-void SetField(char16_t (&field)[128], CVelmStringView text);
+/// Puts a text into a field, cut to what it holds beside its NUL, the rest of the field zero.
+void SetField(CVelmSettingsText& field, CVelmStringView text);
 
 }  // namespace velm

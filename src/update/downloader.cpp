@@ -1,7 +1,6 @@
 #include "update/downloader.h"
 
 #include <algorithm>
-#include <array>
 
 #include "model/file_replacement.h"
 #include "model/file_stream.h"
@@ -23,20 +22,6 @@ private:
     CVelmFileSystem& files_;
     const CVelmString& path_;
 };
-
-/// True when all that is left of `from` has been written.
-bool CopyRest(CVelmFile& from, CVelmFileStream& to) {
-    std::array<char, 65536> part;
-    for (;;) {
-        const std::int64_t count = from.Read(part.data(), part.size());
-        if (count <= 0) {
-            return count == 0;
-        }
-        if (to.Write(part.data(), static_cast<std::size_t>(count)) < 0) {
-            return false;
-        }
-    }
-}
 
 }  // namespace
 
@@ -91,11 +76,8 @@ bool CVelmDownloader::TakePage(const CVelmString& cacheFile) {
 }
 
 bool CVelmDownloader::StoreUpdate(const CVelmString& cacheFile, const CVelmString& fileName) {
-    const CVelmServices& services = catalog_.Services();
     const CVelmString path = catalog_.Folder() + UpdateFileName(fileName);
-    const auto source = services.files.Open(cacheFile, FileMode::Read);
-    const auto copy = [&source](CVelmFileStream& target) { return CopyRest(*source, target); };
-    if (!source || !ReplaceFile(services, path, copy)) {
+    if (!CopyFileTo(catalog_.Services(), cacheFile, path)) {
         return Fail(u"Error writing update file: " + path);
     }
     ++downloadedCount_;
@@ -109,7 +91,7 @@ CVelmString CVelmDownloader::UpdateFileName(const CVelmString& fileName) const {
     if (auto existing = FindInFolder(catalog_.Services().files, catalog_.Folder(), name)) {
         return *existing;
     }
-    const int document = catalog_.FindDocument(fileName + CVelmString(ExtensionOfKind(KIND_CONVERSION)));
+    const int document = catalog_.FindDocument(WithExtension(fileName, KIND_CONVERSION));
     return document < 0
                ? name
                : catalog_.documents[static_cast<std::size_t>(document)]->fileName + CVelmString(UPDATE_EXTENSION);
