@@ -24,38 +24,40 @@ bool LooksLikeOption(const std::string& name) {
 
 }  // namespace
 
-CVelmArguments::CVelmArguments(const char* name, const char* summary)
-    : name_(name), app_(std::make_unique<CLI::App>(summary, std::string("velmora ") + name)) {
+CVelmArguments::CVelmArguments(const Command& command)
+    : name_(command.name), app_(std::make_unique<CLI::App>(command.summary, "velmora " + name_)) {
     app_->set_help_flag("--help", "Print this help");
     app_->allow_windows_style_options(false);
 }
 
 CVelmArguments::~CVelmArguments() = default;
 
-void CVelmArguments::AddPositional(const char* name, std::string& value, const char* description) {
+void CVelmArguments::AddPositional(const char* name, std::string& value, const std::string& description) {
     app_->add_option(name, value, description)->type_name("")->required();
 }
 
-void CVelmArguments::AddPositionals(const char* name, std::vector<std::string>& values, const char* description) {
+void CVelmArguments::AddPositionals(const char* name, std::vector<std::string>& values,
+                                    const std::string& description) {
     app_->add_option(name, values, description)->type_name("");
 }
 
 void CVelmArguments::AddRequiredPositionals(const char* name, std::vector<std::string>& values,
-                                            const char* description) {
+                                            const std::string& description) {
     app_->add_option(name, values, description)->type_name("")->required();
 }
 
-void CVelmArguments::AddOption(const char* name, std::string& value, const char* valueName, const char* description) {
+void CVelmArguments::AddOption(const char* name, std::string& value, const char* valueName,
+                               const std::string& description) {
     app_->add_option(name, value, description)->type_name(valueName);
 }
 
 void CVelmArguments::AddOption(const char* name, std::vector<std::string>& values, const char* valueName,
-                               const char* description) {
+                               const std::string& description) {
     // Without extra arguments a value in brackets is taken as it is, not as a list.
     app_->add_option(name, values, description)->type_name(valueName)->allow_extra_args(false);
 }
 
-void CVelmArguments::AddFlag(const char* name, bool& value, const char* description) {
+void CVelmArguments::AddFlag(const char* name, bool& value, const std::string& description) {
     app_->add_flag(name, value, description);
 }
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "output.h"
+#include "command.h"
 
 namespace CLI {
 class App;
@@ -17,24 +17,23 @@ namespace velm {
 /// Declares the options of a subcommand, with the habits that all of them share.
 class CVelmArguments {
 public:
-    /// The name is that of the subcommand.
-    CVelmArguments(const char* name, const char* summary);
-
+    explicit CVelmArguments(const Command& command);
     ~CVelmArguments();
     CVelmArguments(const CVelmArguments&) = delete;
     CVelmArguments& operator=(const CVelmArguments&) = delete;
 
     /// A positional argument that must be given.
-    void AddPositional(const char* name, std::string& value, const char* description);
+    void AddPositional(const char* name, std::string& value, const std::string& description);
 
     /// Positional arguments that may be given as often as wanted: not at all, or at least once.
-    void AddPositionals(const char* name, std::vector<std::string>& values, const char* description);
-    void AddRequiredPositionals(const char* name, std::vector<std::string>& values, const char* description);
+    void AddPositionals(const char* name, std::vector<std::string>& values, const std::string& description);
+    void AddRequiredPositionals(const char* name, std::vector<std::string>& values, const std::string& description);
 
     /// An option with a value, which the help calls `valueName`; given once, or as often as wanted.
-    void AddOption(const char* name, std::string& value, const char* valueName, const char* description);
-    void AddOption(const char* name, std::vector<std::string>& values, const char* valueName, const char* description);
-    void AddFlag(const char* name, bool& value, const char* description);
+    void AddOption(const char* name, std::string& value, const char* valueName, const std::string& description);
+    void AddOption(const char* name, std::vector<std::string>& values, const char* valueName,
+                   const std::string& description);
+    void AddFlag(const char* name, bool& value, const std::string& description);
 
     /// Two options that cannot be given together.
     void Exclude(const char* one, const char* other);

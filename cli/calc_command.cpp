@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "arguments.h"
 #include "assignments.h"
 #include "cli_error.h"
@@ -11,7 +9,6 @@
 #include "find_item.h"
 #include "item_results.h"
 #include "line_stream.h"
-#include "table.h"
 
 namespace velm {
 
@@ -22,7 +19,7 @@ public:
     explicit CalcRun(CommandContext& context) : context_(context) {}
 
     int Run(const std::vector<std::string>& words) {
-        CVelmArguments arguments("calc", "Compute the outputs of a calculation file");
+        CVelmArguments arguments(context_.command);
         arguments.AddPositional("FILE", file_, "Calculation file: a path or a name in the data folder");
         arguments.AddPositionals("ID=VALUE", assignmentWords_,
                                  "Give an input a value, as typed in the program; one VALUE may be - for one from "
@@ -81,13 +78,7 @@ private:
             context_.out.WriteLine(ResultsAsJson(AllItems(*document_), context_.services.locale, true));
             return STATUS_OK;
         }
-        TableRows rows;
-        for (const CVelmItem* item : ShownItems(*document_)) {
-            const bool isGiven = std::find(given_.begin(), given_.end(), item) != given_.end();
-            rows.push_back(
-                {(isGiven ? "* " : "  ") + ToUtf8(item->name), ResultText(*item, context_.services.locale, false)});
-        }
-        PrintTable(rows, context_.out);
+        PrintResults(ShownItems(*document_), given_, context_.services.locale, false, context_.out);
         return STATUS_OK;
     }
 

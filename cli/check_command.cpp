@@ -51,7 +51,7 @@ std::vector<CVelmString> FilesAt(CVelmFileSystem& files, const std::string& path
 
 int RunCheck(CommandContext& context, const std::vector<std::string>& arguments) {
     std::vector<std::string> paths;
-    CVelmArguments declared("check", "Check data files; never changes one");
+    CVelmArguments declared(context.command);
     declared.AddRequiredPositionals("PATH", paths, "Data files, and folders of them");
     if (!declared.Parse(arguments, context.out)) {
         return STATUS_OK;

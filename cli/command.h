@@ -9,8 +9,11 @@
 
 namespace velm {
 
+struct Command;
+
 /// What every subcommand works with.
 struct CommandContext {
+    const Command& command;  ///< the one that runs
     CVelmServices services;
     FormulaContext& formulas;
     CVelmString dataFolder;  ///< with a separator behind it
@@ -22,7 +25,7 @@ struct CommandContext {
 struct Command {
     const char* name;
     const char* usage;    ///< its arguments
-    const char* summary;  ///< one line for the list of commands
+    const char* summary;  ///< one line, for the list of commands and for its own help
     int (*run)(CommandContext& context, const std::vector<std::string>& arguments);
 };
 

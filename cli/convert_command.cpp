@@ -10,7 +10,6 @@
 #include "find_item.h"
 #include "item_results.h"
 #include "line_stream.h"
-#include "table.h"
 
 namespace velm {
 
@@ -21,7 +20,7 @@ public:
     explicit ConvertRun(CommandContext& context) : context_(context) {}
 
     int Run(const std::vector<std::string>& words) {
-        CVelmArguments arguments("convert", "Convert a value to the other units of a file");
+        CVelmArguments arguments(context_.command);
         arguments.AddPositional("FILE", file_, "Conversion file: a path or a name in the data folder");
         arguments.AddPositional("UNIT", unitText_, "Identifier or name of the value's unit");
         arguments.AddPositional("VALUE", value_, "As typed in the program; - takes one from every line of input");
@@ -78,20 +77,11 @@ private:
         if (json_) {
             context_.out.WriteLine(ResultsAsJson(printed_, context_.services.locale, true));
         } else if (targets_.empty()) {
-            PrintList();
+            PrintResults(printed_, {unit_}, context_.services.locale, raw_, context_.out);
         } else {
             PrintTargets();
         }
         return STATUS_OK;
-    }
-
-    void PrintList() {
-        TableRows rows;
-        for (const CVelmItem* item : printed_) {
-            const char* mark = item == unit_ ? "* " : "  ";
-            rows.push_back({mark + ToUtf8(item->name), ResultText(*item, context_.services.locale, raw_)});
-        }
-        PrintTable(rows, context_.out);
     }
 
     void PrintTargets() {

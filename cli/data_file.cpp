@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "cli_error.h"
+#include "platform/system_error.h"
 #include "suggest.h"
 
 namespace velm {
@@ -33,30 +34,24 @@ std::vector<CVelmString> Matching(const std::vector<CVelmString>& names, CVelmSt
 
 CVelmString FindInDataFolder(const CommandContext& context, const std::string& file) {
     const CVelmString wanted = FromUtf8(file);
-    const auto names = DataFilesIn(context.services.files, context.dataFolder);
-    if (!names) {
-        FailDataFolder(context);
-    }
-    std::vector<CVelmString> found = Matching(*names, wanted, std::equal_to<CVelmStringView>());
+    const std::vector<CVelmString> names = FilesOfDataFolder(context);
+    std::vector<CVelmString> found = Matching(names, wanted, std::equal_to<CVelmStringView>());
     if (found.empty()) {
-        found = Matching(*names, wanted, EqualsNoCase);
+        found = Matching(names, wanted, EqualsNoCase);
     }
     if (found.empty()) {
         std::vector<CVelmString> known;
-        known.reserve(names->size());
-        for (const CVelmString& name : *names) {
+        known.reserve(names.size());
+        for (const CVelmString& name : names) {
             known.emplace_back(WithoutExtension(name));
         }
         Fail(fmt::format("there is no data file {} in {}; {}", Quoted(file), ToUtf8(context.dataFolder),
                          DidYouMean(wanted, known, 3)));
     }
     if (found.size() > 1) {
-        std::string list;
-        for (const CVelmString& name : found) {
-            list += list.empty() ? "" : ", ";
-            list += ToUtf8(name);
-        }
-        Fail(fmt::format("{} can be any of {}", Quoted(file), list));
+        std::vector<std::string> list(found.size());
+        std::transform(found.begin(), found.end(), list.begin(), ToUtf8);
+        Fail(fmt::format("{} can be any of {}", Quoted(file), fmt::join(list, ", ")));
     }
     return found.front();
 }
@@ -84,8 +79,28 @@ std::optional<std::vector<CVelmString>> DataFilesIn(CVelmFileSystem& files, cons
     return names;
 }
 
-void FailDataFolder(const CommandContext& context) {
-    Fail("cannot read the data folder " + Quoted(ToUtf8(context.dataFolder)));
+std::vector<CVelmString> FilesOfDataFolder(const CommandContext& context) {
+    auto names = DataFilesIn(context.services.files, context.dataFolder);
+    if (!names) {
+        Fail("cannot read the data folder " + Quoted(ToUtf8(context.dataFolder)));
+    }
+    return *std::move(names);
+}
+
+void FailToWrite(const CVelmString& path) {
+    Fail(fmt::format("cannot write {}: {}", Quoted(ToUtf8(path)), ToUtf8(LastErrorText())));
+}
+
+std::string ReadWholeFile(CVelmFileSystem& files, const std::string& path, std::size_t limit) {
+    const std::unique_ptr<CVelmFile> file = files.Open(FromUtf8(path), FileMode::Read);
+    if (!file) {
+        Fail("cannot open " + Quoted(path));
+    }
+    std::string bytes;
+    if (!ReadToEnd(*file, limit, bytes)) {
+        Fail("cannot read " + Quoted(path));
+    }
+    return bytes;
 }
 
 DataFilePath FindDataFile(const CommandContext& context, const std::string& file) {

@@ -22,8 +22,14 @@ DataFilePath SplitDataFilePath(CVelmStringView path);
 /// The names of a folder's data files, sorted; nothing when the folder cannot be read.
 std::optional<std::vector<CVelmString>> DataFilesIn(CVelmFileSystem& files, const CVelmString& folder);
 
-/// Ends the command: the data folder cannot be read.
-[[noreturn]] void FailDataFolder(const CommandContext& context);
+/// The same of the data folder. Ends the command when it cannot be read.
+std::vector<CVelmString> FilesOfDataFolder(const CommandContext& context);
+
+/// Ends the command: the file could not be written just now, and why.
+[[noreturn]] void FailToWrite(const CVelmString& path);
+
+/// What a file (UTF-8) holds, or its first `limit` bytes. Ends the command when it cannot be read.
+std::string ReadWholeFile(CVelmFileSystem& files, const std::string& path, std::size_t limit);
 
 /// What FILE (UTF-8) names: a path, or a file of the data folder with or without its extension, in any letter case.
 /// Ends the command with the nearest names when there is none and with the list when there are several.

@@ -26,15 +26,22 @@ struct AngleWord {
 constexpr std::array<AngleWord, 3> ANGLE_WORDS{
     {{"rad", AngleMode::Radians}, {"deg", AngleMode::Degrees}, {"gra", AngleMode::Grads}}};
 
-void SetAngleMode(FormulaContext& formulas, const std::string& word) {
+std::vector<std::string> AngleWords() {
     std::vector<std::string> words;
+    for (const AngleWord& angle : ANGLE_WORDS) {
+        words.emplace_back(angle.word);
+    }
+    return words;
+}
+
+void SetAngleMode(FormulaContext& formulas, const std::string& word) {
     for (const AngleWord& angle : ANGLE_WORDS) {
         if (angle.word == word) {
             formulas.SetAngle(angle.mode);
             return;
         }
-        words.emplace_back(angle.word);
     }
+    const std::vector<std::string> words = AngleWords();
     FailUsage(fmt::format("eval: {} is no angle mode; {}", Quoted(word), DidYouMean(word, words, words.size())));
 }
 
@@ -73,20 +80,23 @@ void ReadParts(const std::string& list, FormulaContext& formulas, CVelmValueForm
     }
 }
 
-constexpr const char* FORMAT_HELP =
-    "Write as decimal (the default), currency, hex, octal, binary, compound, date or datetime";
+/// The words of an option, whose first one is the default.
+std::string Choices(std::vector<std::string> words) {
+    words.front() += " (the default)";
+    return AnyOf(words);
+}
 
 class Evaluation {
 public:
     explicit Evaluation(CommandContext& context) : context_(context) { format_.allowedFormats = AllFormats(); }
 
     int Run(const std::vector<std::string>& words) {
-        CVelmArguments arguments("eval", "Evaluate a formula");
+        CVelmArguments arguments(context_.command);
         arguments.AddPositional("FORMULA", formula_, "The formula; - takes one from every line of standard input");
         arguments.AddPositionals("NAME=VALUE", assignmentWords_,
                                  "Define a variable; one VALUE may be - instead of FORMULA");
-        arguments.AddOption("--angle", angle_, "UNIT", "Angles in rad (the default), deg or gra");
-        arguments.AddOption("--as", as_, "FORMAT", FORMAT_HELP);
+        arguments.AddOption("--angle", angle_, "UNIT", "Angles in " + Choices(AngleWords()));
+        arguments.AddOption("--as", as_, "FORMAT", "Write as " + Choices(FormatWords()));
         arguments.AddFlag("--plain", plain_, "Write it as for typing instead");
         arguments.AddOption("--parts", parts_, "LABEL:FACTOR,...", "The parts of compound numbers, at most four");
         arguments.AddFlag("--raw", raw_, "Write the number with 17 significant digits");

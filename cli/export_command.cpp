@@ -13,7 +13,7 @@ namespace velm {
 int RunExport(CommandContext& context, const std::vector<std::string>& arguments) {
     std::string file;
     std::string target;
-    CVelmArguments declared("export", "Write the text form of a data file");
+    CVelmArguments declared(context.command);
     declared.AddPositional("FILE", file, "Data file: a path or a name in the data folder");
     declared.AddOption("-o", target, "SOURCE", "The TOML file to write, instead of standard output");
     if (!declared.Parse(arguments, context.out)) {
@@ -28,11 +28,8 @@ int RunExport(CommandContext& context, const std::vector<std::string>& arguments
         context.out.Write(source);
         return STATUS_OK;
     }
-    const auto write = [&source](CVelmFileStream& stream) {
-        return stream.Write(source.data(), source.size()) == static_cast<std::int64_t>(source.size());
-    };
-    if (!ReplaceFile(context.services, FromUtf8(target), write)) {
-        Fail("cannot write " + Quoted(target));
+    if (!ReplaceFile(context.services, FromUtf8(target), source)) {
+        FailToWrite(FromUtf8(target));
     }
     return STATUS_OK;
 }

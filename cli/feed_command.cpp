@@ -7,6 +7,7 @@
 
 #include "arguments.h"
 #include "cli_error.h"
+#include "data_file.h"
 #include "model/file_replacement.h"
 #include "rates_table.h"
 #include "update/update_file.h"
@@ -20,15 +21,9 @@ constexpr std::size_t LARGEST_TABLE = 16 << 20;
 constexpr char16_t LARGEST_BYTE = 0xFF;
 
 std::string ReadTable(CVelmFileSystem& files, const std::string& path) {
-    const auto file = files.Open(FromUtf8(path), FileMode::Read);
-    const auto size = file ? file->Size() : std::nullopt;
-    if (!size || *size > LARGEST_TABLE) {
-        Fail(Quoted(path) + (size ? " is too large for a table of rates" : " cannot be opened"));
-    }
-    std::string bytes(*size, '\0');
-    const std::int64_t count = file->Read(bytes.data(), bytes.size());
-    if (count != static_cast<std::int64_t>(bytes.size())) {
-        Fail(Quoted(path) + " cannot be read");
+    std::string bytes = ReadWholeFile(files, path, LARGEST_TABLE + 1);
+    if (bytes.size() > LARGEST_TABLE) {
+        Fail(Quoted(path) + " is too large for a table of rates");
     }
     return bytes;
 }
@@ -75,11 +70,8 @@ std::string Escaped(const std::string& name) {
 }
 
 void WriteFile(const CommandContext& context, const CVelmString& path, const std::string& text) {
-    const auto write = [&text](CVelmFileStream& stream) {
-        return stream.Write(text.data(), text.size()) == static_cast<std::int32_t>(text.size());
-    };
-    if (!ReplaceFile(context.services, path, write)) {
-        Fail(Quoted(ToUtf8(path)) + " cannot be written");
+    if (!ReplaceFile(context.services, path, text)) {
+        FailToWrite(path);
     }
     context.out.WriteLine(OneLine(fmt::format("{}: {} bytes", ToUtf8(path), text.size())));
 }
@@ -97,7 +89,7 @@ int RunFeed(CommandContext& context, const std::vector<std::string>& arguments) 
     std::string baseUrl;
     std::string folder;
     std::string file = "Currency";
-    CVelmArguments declared("feed", "Make an update list and an update file of a table of rates");
+    CVelmArguments declared(context.command);
     declared.AddOption("--rates", rates, "RATES", "Table of rates: the central bank's XML or CSV, or CODE RATE lines");
     declared.AddOption("--base-url", baseUrl, "URL", "Address under which the files will be served");
     declared.AddOption("--out", folder, "DIR", "Folder that the files are written to");

@@ -35,16 +35,11 @@ std::string AsJson(const Documents& documents, const CVelmReferenceList& referen
     json.BeginArray();
     for (const CVelmDocument* document : documents) {
         json.BeginObject();
-        json.Key("name");
-        json.Text(document->FileNameWithExtension());
-        json.Key("kind");
-        json.Integer(document->GetKind());
-        json.Key("category");
-        json.Text(document->category);
-        json.Key("title");
-        json.Text(document->title);
-        json.Key("units");
-        json.Integer(document->storedItemCount);
+        json.Text("name", document->FileNameWithExtension());
+        json.Integer("kind", document->GetKind());
+        json.Text("category", document->category);
+        json.Text("title", document->title);
+        json.Integer("units", document->storedItemCount);
         json.EndObject();
     }
     json.EndArray();
@@ -80,16 +75,14 @@ void PrintTables(const Documents& documents, const CVelmReferenceList& reference
 int RunFiles(CommandContext& context, const std::vector<std::string>& arguments) {
     bool json = false;
     bool names = false;
-    CVelmArguments declared("files", "List the data files and text references of the data folder");
+    CVelmArguments declared(context.command);
     declared.AddFlag("--json", json, "Write everything as JSON");
     declared.AddFlag("--names", names, "Print the names of the data files alone, one to a line");
     declared.Exclude("--names", "--json");
     if (!declared.Parse(arguments, context.out)) {
         return STATUS_OK;
     }
-    if (!context.services.files.List(context.dataFolder)) {
-        FailDataFolder(context);
-    }
+    FilesOfDataFolder(context);  // ends the command when there is none
     // Reading a header of the older format would rewrite the file.
     CVelmReadOnlyFiles files(context.services.files);
     const CVelmServices services{files, context.services.clock, context.services.locale};

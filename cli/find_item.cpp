@@ -33,14 +33,23 @@ std::string Describe(const CVelmItem& item) {
 
 [[noreturn]] void FailAmbiguous(const std::string& text, const std::string& what,
                                 const std::vector<CVelmItem*>& found) {
-    std::string list;
+    std::vector<std::string> list;
     for (const CVelmItem* item : found) {
-        list += (list.empty() ? "" : ", ") + Describe(*item);
+        list.push_back(Describe(*item));
     }
-    Fail(fmt::format("{} {} can be any of {}", what, Quoted(text), list));
+    Fail(fmt::format("{} {} can be any of {}", what, Quoted(text), fmt::join(list, ", ")));
 }
 
 }  // namespace
+
+std::vector<CVelmString> ItemNames(const CVelmDocument& document) {
+    std::vector<CVelmString> names;
+    for (const auto& item : document.items) {
+        names.push_back(item->identifier);
+        names.push_back(item->name);
+    }
+    return names;
+}
 
 CVelmItem& FindItem(const CVelmDocument& document, const std::string& text, const std::string& what) {
     const CVelmString wanted = FromUtf8(text);
@@ -58,13 +67,8 @@ CVelmItem& FindItem(const CVelmDocument& document, const std::string& text, cons
             return *found.front();
         }
     }
-    std::vector<CVelmString> known;
-    for (const auto& item : document.items) {
-        known.push_back(item->identifier);
-        known.push_back(item->name);
-    }
     Fail(fmt::format("{} has no {} {}; {}", ToUtf8(document.FileNameWithExtension()), what, Quoted(text),
-                     DidYouMean(wanted, known, 3)));
+                     DidYouMean(wanted, ItemNames(document), 3)));
 }
 
 }  // namespace velm

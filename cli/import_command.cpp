@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <cstdint>
+
 #include "arguments.h"
 #include "cli_error.h"
 #include "data_file.h"
@@ -9,33 +11,10 @@
 
 namespace velm {
 
-namespace {
-
-std::string ReadWholeFile(CVelmFileSystem& files, const std::string& path) {
-    const std::unique_ptr<CVelmFile> file = files.Open(FromUtf8(path), FileMode::Read);
-    if (!file) {
-        Fail("cannot open " + Quoted(path));
-    }
-    std::string content;
-    std::string chunk(1 << 16, '\0');
-    for (;;) {
-        const std::int64_t got = file->Read(chunk.data(), chunk.size());
-        if (got < 0) {
-            Fail("cannot read " + Quoted(path));
-        }
-        if (got == 0) {
-            return content;
-        }
-        content.append(chunk, 0, static_cast<std::size_t>(got));
-    }
-}
-
-}  // namespace
-
 int RunImport(CommandContext& context, const std::vector<std::string>& arguments) {
     std::string source;
     std::string target;
-    CVelmArguments declared("import", "Make a data file of its text form");
+    CVelmArguments declared(context.command);
     declared.AddPositional("SOURCE", source, "The text form, a TOML file");
     declared.AddPositional("OUT", target, "The data file to write: .cnv for conversions, .cal for calculations");
     if (!declared.Parse(arguments, context.out)) {
@@ -46,11 +25,11 @@ int RunImport(CommandContext& context, const std::vector<std::string>& arguments
         FailUsage(fmt::format("import: {} does not end in .cnv or .cal", Quoted(target)));
     }
     const SourceFile file{source, context.formulas};
-    const std::string text = ReadWholeFile(context.services.files, source);
+    const std::string text = ReadWholeFile(context.services.files, source, SIZE_MAX);
     const std::unique_ptr<CVelmDocument> document = DocumentFromSource(file, text, path.kind, context.services);
     document->fileName = path.name;
     if (!document->Save(path.folder)) {
-        Fail("cannot write " + Quoted(target));
+        FailToWrite(FromUtf8(target));
     }
     return STATUS_OK;
 }

@@ -1,47 +1,46 @@
 #include "item_results.h"
 
+#include <algorithm>
+
 #include "json.h"
 #include "number_text.h"
+#include "table.h"
 
 namespace velm {
 
 namespace {
 
-/// What the program's list shows of an item.
-CVelmString ListText(const CVelmItem& item, const CVelmLocale& locale) {
-    if (item.state == STATE_NONE) {
-        return {};
-    }
-    return item.state == STATE_VALID ? item.format.FormatValue(item.value, locale) : u"Error";
-}
-
 void WriteItem(const CVelmItem& item, const CVelmLocale& locale, CVelmJson& json) {
     json.BeginObject();
-    json.Key("id");
-    json.Text(item.identifier);
-    json.Key("name");
-    json.Text(item.name);
-    json.Key("shown");
-    json.Boolean(item.shown != 0);
-    json.Key("output");
-    json.Boolean(item.IsOutput());
-    json.Key("state");
-    json.Integer(item.state);
+    json.Text("id", item.identifier);
+    json.Text("name", item.name);
+    json.Boolean("shown", item.shown != 0);
+    json.Boolean("output", item.IsOutput());
+    json.Integer("state", item.state);
     json.Key("value");
     if (item.state == STATE_VALID) {
         json.Number(item.value);
     } else {
         json.Null();
     }
-    json.Key("text");
-    json.Text(ListText(item, locale));
+    json.Text("text", item.ValueInList(locale));
     json.EndObject();
 }
 
 }  // namespace
 
 std::string ResultText(const CVelmItem& item, const CVelmLocale& locale, bool raw) {
-    return raw && item.state == STATE_VALID ? RawText(item.value) : ToUtf8(ListText(item, locale));
+    return raw && item.state == STATE_VALID ? RawText(item.value) : ToUtf8(item.ValueInList(locale));
+}
+
+void PrintResults(const std::vector<CVelmItem*>& items, const std::vector<const CVelmItem*>& given,
+                  const CVelmLocale& locale, bool raw, CVelmOutput& out) {
+    TableRows rows;
+    for (const CVelmItem* item : items) {
+        const bool isGiven = std::find(given.begin(), given.end(), item) != given.end();
+        rows.push_back({(isGiven ? "* " : "  ") + ToUtf8(item->name), ResultText(*item, locale, raw)});
+    }
+    PrintTable(rows, out);
 }
 
 std::string ResultsAsJson(const std::vector<CVelmItem*>& items, const CVelmLocale& locale, bool indented) {

@@ -12,6 +12,10 @@ namespace velm {
 /// significant digits), or "Error".
 std::string ResultText(const CVelmItem& item, const CVelmLocale& locale, bool raw);
 
+/// Prints names and results in two columns, with a star before what was given.
+void PrintResults(const std::vector<CVelmItem*>& items, const std::vector<const CVelmItem*>& given,
+                  const CVelmLocale& locale, bool raw, CVelmOutput& out);
+
 /// One object for each item: its names, flags, state, value and text.
 std::string ResultsAsJson(const std::vector<CVelmItem*>& items, const CVelmLocale& locale, bool indented);
 

@@ -60,6 +60,11 @@ void CVelmJson::Key(std::string_view name) {
     afterKey_ = true;
 }
 
+void CVelmJson::Text(std::string_view name, CVelmStringView text) {
+    Key(name);
+    Text(text);
+}
+
 void CVelmJson::Text(CVelmStringView text) {
     Separate();
     Quote(ToUtf8(text));
@@ -80,6 +85,11 @@ void CVelmJson::Quote(std::string_view utf8) {
     json_ += '"';
 }
 
+void CVelmJson::Number(std::string_view name, double value) {
+    Key(name);
+    Number(value);
+}
+
 void CVelmJson::Number(double value) {
     Separate();
     if (!std::isfinite(value)) {
@@ -89,12 +99,14 @@ void CVelmJson::Number(double value) {
     json_ += value == 0.0 && std::signbit(value) ? "-0.0" : ShortestText(value);
 }
 
-void CVelmJson::Integer(std::int64_t value) {
+void CVelmJson::Integer(std::string_view name, std::int64_t value) {
+    Key(name);
     Separate();
     json_ += std::to_string(value);
 }
 
-void CVelmJson::Boolean(bool value) {
+void CVelmJson::Boolean(std::string_view name, bool value) {
+    Key(name);
     Separate();
     json_ += value ? "true" : "false";
 }

@@ -22,10 +22,14 @@ public:
     /// The next value belongs to this name.
     void Key(std::string_view name);
 
+    /// A name and its value.
+    void Text(std::string_view name, CVelmStringView text);
+    void Number(std::string_view name, double value);
+    void Integer(std::string_view name, std::int64_t value);
+    void Boolean(std::string_view name, bool value);
+
     void Text(CVelmStringView text);
     void Number(double value);
-    void Integer(std::int64_t value);
-    void Boolean(bool value);
     void Null();
 
     const std::string& Result() const { return json_; }

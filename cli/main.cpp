@@ -30,12 +30,12 @@ constexpr std::array COMMANDS{
     Command{"convert", "FILE UNIT VALUE [--to UNIT]...", "Convert a value to other units", RunConvert},
     Command{"calc", "FILE [ID=VALUE]...", "Compute the outputs of a calculation file", RunCalc},
     Command{"show", "FILE", "Print what a data file holds", RunShow},
-    Command{"files", "", "List the data folder", RunFiles},
-    Command{"check", "PATH...", "Check data files", RunCheck},
+    Command{"files", "", "List the files of the data folder", RunFiles},
+    Command{"check", "PATH...", "Check data files; never changes one", RunCheck},
     Command{"import", "SOURCE.toml OUT.cnv|OUT.cal", "Make a data file of its text form", RunImport},
     Command{"export", "FILE [-o SOURCE.toml]", "Write the text form of a data file", RunExport},
-    Command{"update", "[--url URL] [FILE]...", "Download new rates", RunUpdate},
-    Command{"feed", "--rates RATES --base-url URL ...", "Make update files for an HTTP server", RunFeed},
+    Command{"update", "[--url URL] [FILE]...", "Bring new rates into the data files", RunUpdate},
+    Command{"feed", "--rates RATES --base-url URL ...", "Make update files of a table of rates", RunFeed},
     Command{"options", "[NAME [VALUE]]", "Show or change what the program remembers", RunOptions},
 };
 
@@ -97,7 +97,7 @@ int RunWords(std::vector<std::string> words, CVelmOutput& out) {
     const Command& command = FindCommand(name);
     const CVelmServices services = SystemServices();
     FormulaContext formulas(services.clock);
-    CommandContext context{services, formulas, dataFolder.empty() ? DefaultDataFolder() : dataFolder, out};
+    CommandContext context{command, services, formulas, dataFolder.empty() ? DefaultDataFolder() : dataFolder, out};
     words.erase(words.begin());
     return command.run(context, words);
 }

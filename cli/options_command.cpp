@@ -9,6 +9,7 @@
 #include "arguments.h"
 #include "cli_error.h"
 #include "platform/program_folder.h"
+#include "platform/system_error.h"
 #include "stored_options.h"
 #include "suggest.h"
 #include "table.h"
@@ -17,7 +18,7 @@ namespace velm {
 
 namespace {
 
-void SetText(char16_t (&field)[128], CVelmStringView text) {
+void SetText(CVelmSettingsText& field, CVelmStringView text) {
     if (text.size() >= std::size(field)) {
         Fail(fmt::format("{} is longer than the {} characters that can be kept", Quoted(ToUtf8(text)),
                          std::size(field) - 1));
@@ -77,15 +78,21 @@ constexpr std::array OPTIONS{
     OptionRow{"two-line-rows", ShowTwoLineRows, SetTwoLineRows},
 };
 
-const OptionRow& FindOption(const std::string& name) {
+std::vector<std::string> OptionNames() {
     std::vector<std::string> names;
+    for (const OptionRow& option : OPTIONS) {
+        names.emplace_back(option.name);
+    }
+    return names;
+}
+
+const OptionRow& FindOption(const std::string& name) {
     for (const OptionRow& option : OPTIONS) {
         if (option.name == name) {
             return option;
         }
-        names.emplace_back(option.name);
     }
-    Fail(fmt::format("there is no option {}; {}", Quoted(name), DidYouMean(name, names)));
+    Fail(fmt::format("there is no option {}; {}", Quoted(name), DidYouMean(name, OptionNames())));
 }
 
 void PrintAll(CVelmOutput& out) {
@@ -105,9 +112,9 @@ void Change(const OptionRow& option, const std::string& value) {
     option.set(settings, FromUtf8(value));
     if (const std::int32_t status = SaveSettings(settings, *store); status != 0) {
         const CVelmString location = DefaultOptionsLocation();
-        Fail(fmt::format("the options cannot be kept in {} (system error {})",
+        Fail(fmt::format("the options cannot be kept in {}: {}",
                          location.empty() ? "a folder of the user, which HOME does not name" : ToUtf8(location),
-                         status));
+                         ToUtf8(SystemErrorText(status))));
     }
 }
 
@@ -115,9 +122,9 @@ void Change(const OptionRow& option, const std::string& value) {
 
 int RunOptions(CommandContext& context, const std::vector<std::string>& arguments) {
     std::vector<std::string> words;
-    CVelmArguments declared("options", "Show or change what the program remembers");
+    CVelmArguments declared(context.command);
     declared.AddPositionals("NAME [VALUE]", words,
-                            "data-folder, update-url or two-line-rows, and its new value; \"\" is the default again");
+                            AnyOf(OptionNames()) + ", and its new value; \"\" is the default again");
     if (!declared.Parse(arguments, context.out)) {
         return STATUS_OK;
     }

@@ -1,6 +1,7 @@
 #include "output.h"
 
 #include "cli_error.h"
+#include "platform/system_error.h"
 #include "platform/terminal.h"
 
 namespace velm {
@@ -22,7 +23,7 @@ void CVelmOutput::Flush() {
     const bool written = WriteStandardOutput(buffer_);
     buffer_.clear();
     if (!written) {
-        Fail("cannot write to standard output");
+        Fail("cannot write to standard output: " + ToUtf8(LastErrorText()));
     }
 }
 

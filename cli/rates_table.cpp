@@ -7,25 +7,20 @@
 #include <cmath>
 
 #include "cli_error.h"
+#include "platform/text.h"
 
 namespace velm {
 
 namespace {
 
 constexpr std::string_view BLANKS = " \t\r";
-constexpr std::string_view UTF8_MARK = "\xEF\xBB\xBF";
-
-std::string_view Trim(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(BLANKS);
-    return first == std::string_view::npos ? "" : text.substr(first, text.find_last_not_of(BLANKS) - first + 1);
-}
 
 /// Cuts the text at any of the characters; fields are trimmed.
 std::vector<std::string_view> Split(std::string_view text, std::string_view separators) {
     std::vector<std::string_view> fields;
     for (;;) {
         const std::size_t end = text.find_first_of(separators);
-        fields.push_back(Trim(text.substr(0, end)));
+        fields.push_back(Trim(text.substr(0, end), BLANKS));
         if (end == std::string_view::npos) {
             return fields;
         }
@@ -68,8 +63,8 @@ RatesTable ReadPlainRates(const std::vector<std::string_view>& lines) {
             Fail(fmt::format("the rates table has a line without a rate: {}", Quoted(std::string(line))));
         }
         const std::string_view code = line.substr(0, end);
-        std::string_view rest = Trim(line.substr(end));
-        rest = Trim(rest.substr(rest.starts_with(',') || rest.starts_with(';') ? 1 : 0));
+        std::string_view rest = Trim(line.substr(end), BLANKS);
+        rest = Trim(rest.substr(rest.starts_with(',') || rest.starts_with(';') ? 1 : 0), BLANKS);
         if (code == "base") {
             table.base = rest;
         } else if (code == "date") {
@@ -99,7 +94,10 @@ void AddRate(RatesTable& table, std::string_view code, std::string_view rate) {
     }
     const bool known = std::any_of(table.lines.begin(), table.lines.end(),
                                    [code](const RatesTable::Line& line) { return line.code == code; });
-    if (code.empty() || known) {
+    if (code.empty()) {
+        Fail("the rates table has a rate without a code");
+    }
+    if (known) {
         Fail(fmt::format("the rates table has {} twice", Quoted(std::string(code))));
     }
     const bool isPlain = rate.find_first_not_of("0123456789.") == std::string_view::npos;

@@ -14,37 +14,17 @@ namespace velm {
 
 namespace {
 
-void WriteText(CVelmJson& json, std::string_view key, CVelmStringView text) {
-    json.Key(key);
-    json.Text(text);
-}
-
-void WriteInteger(CVelmJson& json, std::string_view key, std::int64_t value) {
-    json.Key(key);
-    json.Integer(value);
-}
-
-void WriteBoolean(CVelmJson& json, std::string_view key, bool value) {
-    json.Key(key);
-    json.Boolean(value);
-}
-
-void WriteNumber(CVelmJson& json, std::string_view key, double value) {
-    json.Key(key);
-    json.Number(value);
-}
-
 void WriteItem(const CVelmItem& item, CVelmJson& json) {
     json.BeginObject();
-    WriteText(json, "id", item.identifier);
-    WriteText(json, "name", item.name);
-    WriteInteger(json, "type", item.GetType());
-    WriteBoolean(json, "output", item.IsOutput());
-    WriteBoolean(json, "shown", item.shown != 0);
-    WriteText(json, "text", item.valueText);
-    WriteInteger(json, "allowed", item.format.allowedFormats);
-    WriteInteger(json, "display", item.format.displayFormat);
-    WriteInteger(json, "input", item.format.inputFormat);
+    json.Text("id", item.identifier);
+    json.Text("name", item.name);
+    json.Integer("type", item.GetType());
+    json.Boolean("output", item.IsOutput());
+    json.Boolean("shown", item.shown != 0);
+    json.Text("text", item.valueText);
+    json.Integer("allowed", item.format.allowedFormats);
+    json.Integer("display", item.format.displayFormat);
+    json.Integer("input", item.format.inputFormat);
     json.Key("parts");
     json.BeginArray();
     for (const CVelmCompoundPart& part : item.format.compoundParts) {
@@ -59,24 +39,24 @@ void WriteItem(const CVelmItem& item, CVelmJson& json) {
 
 void WriteConversion(const CVelmConversion& conversion, CVelmJson& json) {
     json.BeginObject();
-    WriteInteger(json, "unit1", conversion.unit1->index);
-    WriteInteger(json, "unit2", conversion.unit2->index);
-    WriteBoolean(json, "formula", conversion.IsFormula());
-    WriteNumber(json, "factor", conversion.factor);
-    WriteNumber(json, "offset", conversion.offset);
-    WriteText(json, "forward", conversion.forwardFormula);
-    WriteText(json, "reverse", conversion.reverseFormula);
+    json.Integer("unit1", conversion.unit1->index);
+    json.Integer("unit2", conversion.unit2->index);
+    json.Boolean("formula", conversion.IsFormula());
+    json.Number("factor", conversion.factor);
+    json.Number("offset", conversion.offset);
+    json.Text("forward", conversion.forwardFormula);
+    json.Text("reverse", conversion.reverseFormula);
     json.EndObject();
 }
 
 std::string DocumentAsJson(const CVelmDocument& document) {
     CVelmJson json(true);
     json.BeginObject();
-    WriteInteger(json, "kind", document.GetKind());
-    WriteText(json, "title", document.title);
-    WriteText(json, "category", document.category);
-    WriteText(json, "file", document.fileName);
-    WriteText(json, "updated", document.updatedText);
+    json.Integer("kind", document.GetKind());
+    json.Text("title", document.title);
+    json.Text("category", document.category);
+    json.Text("file", document.fileName);
+    json.Text("updated", document.updatedText);
     json.Key("items");
     json.BeginArray();
     for (const auto& item : document.items) {
@@ -162,7 +142,7 @@ int RunShow(CommandContext& context, const std::vector<std::string>& arguments) 
     std::string file;
     bool json = false;
     bool names = false;
-    CVelmArguments declared("show", "Print what a data file holds");
+    CVelmArguments declared(context.command);
     declared.AddPositional("FILE", file, "Data file: a path or a name in the data folder");
     declared.AddFlag("--json", json, "Write everything as JSON");
     declared.AddFlag("--names", names, "Print the names of the units or inputs alone, one to a line");

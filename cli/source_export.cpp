@@ -16,20 +16,6 @@ namespace velm {
 
 namespace {
 
-bool HasLoneSurrogate(CVelmStringView text) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool isHigh = text[i] >= 0xD800 && text[i] <= 0xDBFF;
-        const bool isLow = text[i] >= 0xDC00 && text[i] <= 0xDFFF;
-        const bool isPair = isHigh && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
-        if (isPair) {
-            ++i;
-        } else if (isHigh || isLow) {
-            return true;
-        }
-    }
-    return false;
-}
-
 std::string TextAsUnits(CVelmStringView text) {
     std::string units;
     for (const char16_t unit : text) {
@@ -39,11 +25,13 @@ std::string TextAsUnits(CVelmStringView text) {
 }
 
 std::string TextAsToml(CVelmStringView text) {
-    if (HasLoneSurrogate(text)) {
+    const std::string utf8 = ToUtf8(text);
+    // Half a surrogate pair has no form in UTF-8.
+    if (FromUtf8(utf8) != text) {
         return TextAsUnits(text);
     }
     std::string quoted = "\"";
-    for (const char c : ToUtf8(text)) {
+    for (const char c : utf8) {
         const auto byte = static_cast<unsigned char>(c);
         if (c == '"' || c == '\\') {
             quoted += '\\';

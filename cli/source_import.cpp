@@ -8,6 +8,7 @@
 
 #include "cli_error.h"
 #include "data_file.h"
+#include "find_item.h"
 #include "format_names.h"
 #include "source_keys.h"
 #include "suggest.h"
@@ -229,12 +230,8 @@ private:
             }
             return *found->second.front();
         }
-        std::vector<CVelmString> known;
-        for (const auto& item : document_.items) {
-            known.push_back(item->identifier);
-            known.push_back(item->name);
-        }
-        table.FailAtKey(key, fmt::format("there is no unit {}; {}", Quoted(ToUtf8(text)), DidYouMean(text, known, 1)));
+        table.FailAtKey(key, fmt::format("there is no unit {}; {}", Quoted(ToUtf8(text)),
+                                         DidYouMean(text, ItemNames(document_), 1)));
     }
 
     const SourceFile& file_;

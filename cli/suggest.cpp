@@ -55,14 +55,21 @@ std::vector<CVelmString> Closest(CVelmStringView text, const std::vector<CVelmSt
     return closest;
 }
 
-std::string DidYouMean(CVelmStringView text, const std::vector<CVelmString>& words, std::size_t limit) {
-    const std::vector<CVelmString> closest = Closest(text, words, limit);
-    std::string question = closest.empty() ? "there is none to choose from" : "did you mean ";
-    for (std::size_t i = 0; i < closest.size(); ++i) {
-        const char* separator = i + 1 == closest.size() ? " or " : ", ";
-        question += (i == 0 ? "" : separator) + Quoted(ToUtf8(closest[i]));
+std::string AnyOf(const std::vector<std::string>& words) {
+    std::string list;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const char* separator = i + 1 == words.size() ? " or " : ", ";
+        list += (i == 0 ? "" : separator) + words[i];
     }
-    return question + (closest.empty() ? "" : "?");
+    return list;
+}
+
+std::string DidYouMean(CVelmStringView text, const std::vector<CVelmString>& words, std::size_t limit) {
+    std::vector<std::string> closest;
+    for (const CVelmString& word : Closest(text, words, limit)) {
+        closest.push_back(Quoted(ToUtf8(word)));
+    }
+    return closest.empty() ? "there is none to choose from" : "did you mean " + AnyOf(closest) + "?";
 }
 
 std::string DidYouMean(std::string_view text, const std::vector<std::string>& words, std::size_t limit) {

@@ -15,6 +15,9 @@ int EditDistance(CVelmStringView a, CVelmStringView b);
 /// The candidates nearest to a text, nearest first, each once; at most `limit`, empty ones never.
 std::vector<CVelmString> Closest(CVelmStringView text, const std::vector<CVelmString>& candidates, std::size_t limit);
 
+/// "a, b or c".
+std::string AnyOf(const std::vector<std::string>& words);
+
 /// `did you mean "a", "b" or "c"?` with the words nearest to a text; UTF-8.
 std::string DidYouMean(std::string_view text, const std::vector<std::string>& words, std::size_t limit = 1);
 std::string DidYouMean(CVelmStringView text, const std::vector<CVelmString>& words, std::size_t limit);

@@ -7,6 +7,7 @@
 #include "data_file.h"
 #include "model/catalog.h"
 #include "platform/fetch.h"
+#include "platform/system_error.h"
 #include "platform/terminal.h"
 #include "stored_options.h"
 #include "update/downloader.h"
@@ -102,7 +103,8 @@ bool MergeAndPrint(CommandContext& context, const CVelmCatalog& catalog, CVelmCo
         return true;
     }
     if (document.IsModified()) {
-        PrintError(Quoted(name) + " cannot be written; its update stays in the folder");
+        PrintError(
+            fmt::format("cannot write {}: {}; its update stays in the folder", Quoted(name), ToUtf8(LastErrorText())));
         return false;
     }
     context.out.WriteLine(OneLine(fmt::format("{}: {}", name, ToUtf8(document.updatedText))));
@@ -115,7 +117,7 @@ bool MergeAndPrint(CommandContext& context, const CVelmCatalog& catalog, CVelmCo
 int RunUpdate(CommandContext& context, const std::vector<std::string>& arguments) {
     std::string url;
     std::vector<std::string> files;
-    CVelmArguments declared("update", "Download new rates and bring them into the data files");
+    CVelmArguments declared(context.command);
     declared.AddOption("--url", url, "URL", "Address of the update list (velmora options update-url)");
     declared.AddPositionals("FILE", files, "Data files to bring up to date; without one all that rates came for");
     if (!declared.Parse(arguments, context.out)) {
@@ -124,9 +126,7 @@ int RunUpdate(CommandContext& context, const std::vector<std::string>& arguments
     if (!url.empty()) {
         CheckHttp(FromUtf8(url));
     }
-    if (!context.services.files.List(context.dataFolder)) {
-        FailDataFolder(context);
-    }
+    FilesOfDataFolder(context);  // ends the command when there is none
     CVelmCatalog catalog(context.services);
     catalog.SetFolder(context.dataFolder);
     catalog.ScanFolder();
