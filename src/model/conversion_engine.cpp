@@ -11,16 +11,18 @@ namespace velm {
 // shown and work) and on the states that its steps give, but on no value. While these stay, as they do from one
 // keystroke to the next, the steps of the last search lead to the same end as a new one.
 //
-// The search is depth-first over the units of state 0, and a unit goes back to state 0 when no route to it was found.
-// Trying such units again and again makes the plain search exponential, so those known to be barren are passed over. A
-// unit of state 0 is barren when it is not joined, through units of state 0, to any that could be computed at once (a
-// working step leads to it from a unit of state 1): entering it could neither succeed nor change anything. Units of the
-// current route have state 2, so they are never crossed.
+// The search is depth-first over the units that are not yet solved, and one that no route was found to is open to other
+// routes again. Trying such units again and again makes the plain search exponential, so those known to be barren are
+// passed over. An unsolved unit is barren when it is not joined, through unsolved units, to any that could be computed
+// at once (a working step leads to it from a known unit): entering it could neither succeed nor change anything. Units
+// of the current route are closed, so they are never crossed.
 //
-// Units joined through state 0 are marked all or none. The marks may miss a barren unit but never name a wrong one: all
-// units are barren while nothing is known; a unit that leaves state 0 only takes paths away; one that becomes known
-// revives what it leads to (AnnounceKnown); one that returns to state 0 is barren like all its neighbours or revives
+// Units joined through unsolved ones are barren or open all together. The marks may miss a barren unit but never name a
+// wrong one: all units are barren while nothing is known; a unit that is closed only takes paths away; one that becomes
+// known revives what it leads to (AnnounceKnown); one that is given up is barren like all its neighbours or revives
 // them (GiveUp). A barren unit that was missed is marked when the search gives it up.
+//
+// The marks lie side by side, apart from the items, so that a search of many units mostly stays within the cache.
 
 namespace {
 
@@ -74,11 +76,11 @@ void CVelmConversionEngine::Recalculate(const Items& items, const Conversions& c
                                         FormulaContext& context) {
     items_ = &items;
     const bool sameShape = Remember(items, conversions, current);
-    if (!sameShape) {
-        BuildSteps(conversions);
-    }
     Reset(current);
-    if (!sameShape || !Repeat(context)) {
+    if (!sameShape) {
+        BuildSteps();
+        Search(context);
+    } else if (!Repeat(context)) {
         Reset(current);
         Search(context);
     }
@@ -121,33 +123,29 @@ bool CVelmConversionEngine::Repeat(FormulaContext& context) const {
 
 void CVelmConversionEngine::Search(FormulaContext& context) {
     applied_.clear();
-    barren_.assign(items_->size(), 1);
+    marks_.assign(items_->size(), Mark::Barren);
     if (known_) {
+        marks_[*known_] = Mark::Known;
         AnnounceKnown(*known_);
     }
     for (std::uint32_t unit = 0; unit < items_->size(); ++unit) {
-        if (shape_.items[unit].shown && IsUnknown(unit) && !barren_[unit]) {
+        if (marks_[unit] == Mark::Open && shape_.items[unit].shown) {
             Solve(unit, context);
         }
     }
 }
 
 /// Groups the conversions by the unit that they compute, each conversion once for either end.
-void CVelmConversionEngine::BuildSteps(const Conversions& conversions) {
-    // A conversion of a unit with itself never applies: its unit is being solved whenever it is looked at.
-    const auto joinsUnits = [this](const CVelmConversion& conversion) {
-        return IsOwn(conversion.unit1) && IsOwn(conversion.unit2) && conversion.unit1 != conversion.unit2;
-    };
+void CVelmConversionEngine::BuildSteps() {
     for (std::size_t i = 0; i < items_->size(); ++i) {
         (*items_)[i]->index = static_cast<std::int32_t>(i);
     }
     known_ = IsOwn(shape_.known) ? std::optional(static_cast<std::uint32_t>(shape_.known->index)) : std::nullopt;
+    const std::vector<Join> joins = FindJoins();
     firstStep_.assign(items_->size() + 1, 0);
-    for (const auto& conversion : conversions) {
-        if (joinsUnits(*conversion)) {
-            ++firstStep_[static_cast<std::size_t>(conversion->unit1->index)];
-            ++firstStep_[static_cast<std::size_t>(conversion->unit2->index)];
-        }
+    for (const Join& join : joins) {
+        ++firstStep_[join.unit1];
+        ++firstStep_[join.unit2];
     }
     std::uint32_t end = 0;
     for (std::uint32_t& first : firstStep_) {
@@ -156,15 +154,27 @@ void CVelmConversionEngine::BuildSteps(const Conversions& conversions) {
     }
     steps_.resize(end);
     // Filled from the back, so that each group keeps the conversions' order and its entry ends up at its beginning.
-    for (auto it = conversions.rbegin(); it != conversions.rend(); ++it) {
-        CVelmConversion& conversion = **it;
-        if (joinsUnits(conversion)) {
-            const auto index1 = static_cast<std::uint32_t>(conversion.unit1->index);
-            const auto index2 = static_cast<std::uint32_t>(conversion.unit2->index);
-            steps_[--firstStep_[index2]] = {&conversion, index1, true};
-            steps_[--firstStep_[index1]] = {&conversion, index2, false};
+    for (auto join = joins.rbegin(); join != joins.rend(); ++join) {
+        const ConversionShape& shape = *join->shape;
+        steps_[--firstStep_[join->unit2]] = {shape.conversion, join->unit1, true, shape.worksForward,
+                                             shape.worksInReverse};
+        steps_[--firstStep_[join->unit1]] = {shape.conversion, join->unit2, false, shape.worksInReverse,
+                                             shape.worksForward};
+    }
+}
+
+/// The conversions between two units of the document. One of a unit with itself never applies: its unit is being solved
+/// whenever it is looked at.
+std::vector<CVelmConversionEngine::Join> CVelmConversionEngine::FindJoins() const {
+    std::vector<Join> joins;
+    joins.reserve(shape_.conversions.size());
+    for (const ConversionShape& shape : shape_.conversions) {
+        if (shape.unit1 != shape.unit2 && IsOwn(shape.unit1) && IsOwn(shape.unit2)) {
+            joins.push_back({&shape, static_cast<std::uint32_t>(shape.unit1->index),
+                             static_cast<std::uint32_t>(shape.unit2->index)});
         }
     }
+    return joins;
 }
 
 /// True for an item of the document that is being recalculated; its index is right.
@@ -194,12 +204,11 @@ void CVelmConversionEngine::Solve(std::uint32_t target, FormulaContext& context)
     }
 }
 
-/// Marks a unit as being solved and tries the steps from known units. True when one applied; otherwise the unit joins
-/// the route.
+/// Closes a unit and tries the steps from known units. True when one applied; otherwise the unit joins the route.
 bool CVelmConversionEngine::Enter(std::uint32_t unit, FormulaContext& context) {
-    (*items_)[unit]->state = STATE_ERROR;
+    marks_[unit] = Mark::Closed;
     for (std::uint32_t i = firstStep_[unit]; i < firstStep_[unit + 1]; ++i) {
-        if (Apply(steps_[i], unit, context)) {
+        if (marks_[steps_[i].source] == Mark::Known && Apply(steps_[i], unit, context)) {
             return true;
         }
     }
@@ -213,7 +222,10 @@ bool CVelmConversionEngine::Apply(const Step& step, std::uint32_t unit, FormulaC
     }
     CVelmItem* const item = (*items_)[unit].get();
     applied_.push_back({step, item, item->state});
-    AnnounceKnown(unit);
+    if (item->state == STATE_VALID) {
+        marks_[unit] = Mark::Known;
+        AnnounceKnown(unit);
+    }
     return true;
 }
 
@@ -222,45 +234,40 @@ bool CVelmConversionEngine::Apply(const Step& step, std::uint32_t unit, FormulaC
 const CVelmConversionEngine::Step* CVelmConversionEngine::NextBridge(Visit& visit) const {
     while (visit.nextStep < firstStep_[visit.unit + 1]) {
         const Step& step = steps_[visit.nextStep++];
-        if (IsUnknown(step.source) && !barren_[step.source]) {
+        if (marks_[step.source] == Mark::Open) {
             return &step;
         }
     }
     return nullptr;
 }
 
-/// Puts a unit back to state 0.
+/// Takes the mark of the route off a unit.
 void CVelmConversionEngine::GiveUp(std::uint32_t unit) {
-    (*items_)[unit]->state = STATE_NONE;
-    barren_[unit] = 1;
+    marks_[unit] = Mark::Barren;
     for (std::uint32_t i = firstStep_[unit]; i < firstStep_[unit + 1]; ++i) {
         const Step& step = steps_[i];
-        if (IsKnown(step.source) ? step.Works() : IsUnknown(step.source) && !barren_[step.source]) {
+        const Mark source = marks_[step.source];
+        if (source == Mark::Open || (source == Mark::Known && step.works)) {
             Revive(unit);
             return;
         }
     }
 }
 
-/// Revives the units that one newly solved leads to; none when it was solved with an error.
+/// Revives the units that one newly known leads to.
 void CVelmConversionEngine::AnnounceKnown(std::uint32_t unit) {
-    if (!IsKnown(unit)) {
-        return;
-    }
     for (std::uint32_t i = firstStep_[unit]; i < firstStep_[unit + 1]; ++i) {
-        const Step& way = steps_[i];
-        const Step back{way.conversion, unit, !way.forward};
-        if (back.Works()) {
-            Revive(way.source);
+        if (steps_[i].worksBack) {
+            Revive(steps_[i].source);
         }
     }
 }
 
-/// Takes the mark off a barren unit of state 0 and off every one joined to it.
+/// Opens a barren unit and every one joined to it.
 void CVelmConversionEngine::Revive(std::uint32_t unit) {
     const auto visit = [this](std::uint32_t candidate) {
-        if (IsUnknown(candidate) && barren_[candidate]) {
-            barren_[candidate] = 0;
+        if (marks_[candidate] == Mark::Barren) {
+            marks_[candidate] = Mark::Open;
             toRevive_.push_back(candidate);
         }
     };

@@ -25,13 +25,22 @@ public:
                      FormulaContext& context);
 
 private:
+    /// What the running search knows of a unit.
+    enum class Mark : std::uint8_t {
+        Barren,  ///< not solved, and it is not worth while to try; see conversion_engine.cpp
+        Open,    ///< not solved
+        Known,   ///< has a value
+        Closed,  ///< on the route, or solved with an error
+    };
+
     /// One way to compute a unit: from another unit, by a conversion, in one of its two directions.
     struct Step {
         CVelmConversion* conversion;
         std::uint32_t source;
         bool forward;
+        bool works;
+        bool worksBack;  ///< in the other direction
 
-        bool Works() const { return forward ? conversion->WorksForward() : conversion->WorksInReverse(); }
         bool Apply(FormulaContext& context) const {
             return forward ? conversion->ApplyForward(context) : conversion->ApplyInReverse(context);
         }
@@ -57,12 +66,19 @@ private:
     };
 
     struct ConversionShape {
-        const CVelmConversion* conversion;
+        CVelmConversion* conversion;
         const CVelmItem* unit1;
         const CVelmItem* unit2;
         bool worksForward;
         bool worksInReverse;
         bool operator==(const ConversionShape&) const = default;
+    };
+
+    /// A conversion between two units of the document, by their positions.
+    struct Join {
+        const ConversionShape* shape;
+        std::uint32_t unit1;
+        std::uint32_t unit2;
     };
 
     /// All that the course of a search depends on, but for the states that its steps give.
@@ -75,7 +91,8 @@ private:
 
     bool Remember(const Items& items, const Conversions& conversions, const CVelmItem* current);
     void Reset(const CVelmItem* current);
-    void BuildSteps(const Conversions& conversions);
+    void BuildSteps();
+    std::vector<Join> FindJoins() const;
     bool IsOwn(const CVelmItem* item) const;
     bool Repeat(FormulaContext& context) const;
     void Search(FormulaContext& context);
@@ -86,8 +103,6 @@ private:
     void GiveUp(std::uint32_t unit);
     void AnnounceKnown(std::uint32_t unit);
     void Revive(std::uint32_t unit);
-    bool IsUnknown(std::uint32_t unit) const { return (*items_)[unit]->state == STATE_NONE; }
-    bool IsKnown(std::uint32_t unit) const { return (*items_)[unit]->state == STATE_VALID; }
 
     const Items* items_ = nullptr;          ///< of the running call only
     Shape shape_;                           ///< of the last call
@@ -97,7 +112,7 @@ private:
     std::vector<std::uint32_t> firstStep_;  ///< by unit, one more at the end
     std::vector<Applied> applied_;          ///< by the last search, in order
     std::vector<Visit> route_;              ///< the units being solved, the target first
-    std::vector<std::uint8_t> barren_;      ///< by unit; see conversion_engine.cpp
+    std::vector<Mark> marks_;               ///< by unit
     std::vector<std::uint32_t> toRevive_;
 };
 
