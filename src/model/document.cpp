@@ -53,10 +53,9 @@ std::int32_t KindOfFileName(CVelmStringView fileName) {
     return 0;
 }
 
-CVelmDocument::CVelmDocument(const CVelmServices& services) : services_(services) {
-    Touch();
-    updatedTime = DateTime::Now(services_.clock).value;
-    modified_ = false;
+CVelmDocument::CVelmDocument(const CVelmServices& services)
+    : updatedTime(DateTime::Now(services.clock).value), services_(services) {
+    updatedText = FormatDate(updatedTime, true, services_.locale);
 }
 
 void CVelmDocument::RemoveItems(std::size_t first, std::size_t count) {

@@ -67,7 +67,9 @@ bool CVelmFileStream::Reopen() {
 }
 
 std::int64_t CVelmFileStream::FillBuffer() {
-    buffer_.resize(BUFFER_SIZE);
+    // No more than the file still holds: asking for more costs another call, which finds that there is none.
+    const std::uint64_t left = size_ > filePosition_ ? size_ - filePosition_ : BUFFER_SIZE;
+    buffer_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(left, BUFFER_SIZE)));
     bufferPosition_ = 0;
     const std::int64_t moved = file_->Read(buffer_.data(), buffer_.size());
     buffer_.resize(static_cast<std::size_t>(std::max<std::int64_t>(moved, 0)));
@@ -238,7 +240,7 @@ std::uint32_t CVelmFileStream::GetSize() {
         return 0;
     }
     constexpr std::uint64_t LARGEST = std::numeric_limits<std::uint32_t>::max();
-    return static_cast<std::uint32_t>(std::min(file_->Size().value_or(0), LARGEST));
+    return static_cast<std::uint32_t>(std::min(IsWriting() ? file_->Size().value_or(0) : size_, LARGEST));
 }
 
 std::uint64_t CVelmFileStream::Remaining() {
