@@ -8,8 +8,8 @@
 #include <functional>
 #include <vector>
 
-#include "app/wide_text.h"
 #include "platform/services.h"
+#include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "support/files.h"
 #include "support/running_program.h"

@@ -28,6 +28,7 @@ constexpr std::array<AngleWord, 3> ANGLE_WORDS{
 
 std::vector<std::string> AngleWords() {
     std::vector<std::string> words;
+    words.reserve(ANGLE_WORDS.size());
     for (const AngleWord& angle : ANGLE_WORDS) {
         words.emplace_back(angle.word);
     }

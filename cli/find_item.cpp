@@ -34,6 +34,7 @@ std::string Describe(const CVelmItem& item) {
 [[noreturn]] void FailAmbiguous(const std::string& text, const std::string& what,
                                 const std::vector<CVelmItem*>& found) {
     std::vector<std::string> list;
+    list.reserve(found.size());
     for (const CVelmItem* item : found) {
         list.push_back(Describe(*item));
     }

@@ -80,6 +80,7 @@ constexpr std::array OPTIONS{
 
 std::vector<std::string> OptionNames() {
     std::vector<std::string> names;
+    names.reserve(OPTIONS.size());
     for (const OptionRow& option : OPTIONS) {
         names.emplace_back(option.name);
     }

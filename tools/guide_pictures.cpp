@@ -6,7 +6,7 @@
 #include <fstream>
 #include <utility>
 
-#include "app/wide_text.h"
+#include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "support/picture.h"
 #include "support/program_test.h"

@@ -4,8 +4,8 @@
 
 #include "app/display_scale.h"
 #include "app/frame_window.h"
-#include "app/wide_text.h"
 #include "htmlview/display_messages.h"
+#include "platform/wide_text_win32.h"
 
 namespace velm {
 namespace {
@@ -79,7 +79,7 @@ bool CVelmHelpWindow::ShowPage(const HelpTarget& target) {
 LRESULT CVelmHelpWindow::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_CREATE:
-            display_ = CreateHtmlControl(library_, Handle(), RECT{}, true);
+            display_ = CreateHtmlControl(library_, Handle(), RECT{});
             return display_ != nullptr ? 0 : -1;
         case WM_SIZE:
             MoveWindow(display_, 0, 0, LOWORD(lParam), HIWORD(lParam), TRUE);

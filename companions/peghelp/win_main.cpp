@@ -1,9 +1,9 @@
 #include <windows.h>
 
-#include "app/wide_text.h"
 #include "peghelp/help_window.h"
 #include "platform/program_folder.h"
 #include "platform/services.h"
+#include "platform/wide_text_win32.h"
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR commandLine, int showCommand) {
     SetProcessDPIAware();

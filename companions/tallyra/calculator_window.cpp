@@ -7,8 +7,9 @@
 
 #include "app/display_scale.h"
 #include "app/frame_window.h"
-#include "app/wide_text.h"
+#include "app/window_text.h"
 #include "formats/decimal_format.h"
+#include "platform/wide_text_win32.h"
 #include "tallyra/calculator_messages.h"
 #include "tallyra/key_table.h"
 

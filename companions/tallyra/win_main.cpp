@@ -5,8 +5,8 @@
 #include <array>
 
 #include "app/single_instance.h"
-#include "app/wide_text.h"
 #include "platform/services.h"
+#include "platform/wide_text_win32.h"
 #include "tallyra/calculator_window.h"
 
 namespace {

@@ -53,12 +53,20 @@ constexpr std::array COMMANDS = {
     One(IDC_TITLE, Always, ShowQuickFileMenu, {VK_F4, 0}),
 };
 
-constexpr std::array<WORD, 8> TOOLBAR = {ID_COPY,        ID_PASTE,    0, ID_EDIT_UNIT,
-                                         ID_CONVERSIONS, ID_ROW_SIZE, 0, ID_OPEN_CALCULATOR};
+constexpr std::array TOOLBAR = {
+    CVelmTool{ID_COPY, IDS_COPY},
+    CVelmTool{ID_PASTE, IDS_PASTE},
+    CVelmTool{},
+    CVelmTool{ID_EDIT_UNIT, IDS_EDIT_UNIT},
+    CVelmTool{ID_CONVERSIONS, IDS_CONVERSIONS},
+    CVelmTool{ID_ROW_SIZE, IDS_ROW_SIZE},
+    CVelmTool{},
+    CVelmTool{ID_OPEN_CALCULATOR, IDS_OPEN_CALCULATOR},
+};
 
 }  // namespace
 
-std::span<const WORD> ToolbarCommands() {
+std::span<const CVelmTool> Toolbar() {
     return TOOLBAR;
 }
 

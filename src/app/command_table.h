@@ -30,8 +30,14 @@ struct CVelmCommand {
     bool whileBusy;  ///< runs also while a dialog or message box is open over the frame
 };
 
-/// The commands of the toolbar from the left; 0 is a separator.
-std::span<const WORD> ToolbarCommands();
+/// A button of the toolbar. Command 0 is a separator.
+struct CVelmTool {
+    WORD command = 0;
+    UINT toolTip = 0;  ///< a text of the string table
+};
+
+/// The toolbar from the left.
+std::span<const CVelmTool> Toolbar();
 
 /// Null for an identifier that is no command's.
 const CVelmCommand* FindCommand(WORD id);

@@ -4,7 +4,7 @@
 
 #include "app/frame_commands.h"
 #include "app/main_frame.h"
-#include "app/wide_text.h"
+#include "platform/wide_text_win32.h"
 #include "tallyra/calculator_messages.h"
 
 namespace velm {

@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "app/display_scale.h"
-#include "app/wide_text.h"
 #include "formats/decimal_format.h"
+#include "platform/wide_text_win32.h"
 #include "resource.h"
 
 namespace velm {
@@ -78,18 +78,14 @@ bool CVelmPartBox::OnPaste(const CVelmString& text) {
 
 /// Without a selection, at the start or the end of the text.
 bool CVelmPartBox::IsCaretAt(bool end) const {
-    DWORD from = 0;
-    DWORD to = 0;
-    SendMessageW(Handle(), EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
+    const auto [from, to] = Selection();
     const auto length = static_cast<DWORD>(GetWindowTextLengthW(Handle()));
     // A part that was just entered is selected whole: then both its ends count.
     return from == to ? from == (end ? length : 0) : from == 0 && to == length;
 }
 
 bool CVelmPartBox::HasPointOutsideSelection() const {
-    DWORD from = 0;
-    DWORD to = 0;
-    SendMessageW(Handle(), EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
+    const auto [from, to] = Selection();
     CVelmString text = Text();
     text.erase(std::min<std::size_t>(from, text.size()), to - from);
     return text.find(u'.') != CVelmString::npos;
@@ -113,7 +109,7 @@ LRESULT CVelmCompoundEditor::WindowProc(UINT message, WPARAM wParam, LPARAM lPar
             EnterPart(0);
             return 0;
         case WM_COMMAND:
-            if (HIWORD(wParam) == EN_CHANGE && !loading_) {
+            if (HIWORD(wParam) == EN_CHANGE) {
                 NotifyChange();
             }
             return 0;
@@ -148,12 +144,10 @@ void CVelmCompoundEditor::SetValue(const CVelmValueFormat& format, double value)
     std::array<CVelmString, COMPOUND_PARTS> texts;
     const bool shown = std::isfinite(value) && format.SplitCompound(value, texts) == count_ &&
                        std::all_of(texts.begin(), texts.end(), IsPlainNumber);
-    loading_ = true;
     for (std::size_t i = 0; i < parts_.size(); ++i) {
         parts_[i].SetText(shown ? texts[i] : CVelmString());
     }
     SetNegative(shown && value < 0.0);
-    loading_ = false;
 }
 
 CVelmString CVelmCompoundEditor::Text() const {
@@ -174,9 +168,7 @@ void CVelmCompoundEditor::SetNegative(bool negative) {
     }
     negative_ = negative;
     InvalidateRect(Handle(), nullptr, FALSE);
-    if (!loading_) {
-        NotifyChange();
-    }
+    NotifyChange();
 }
 
 void CVelmCompoundEditor::FlipSign() {

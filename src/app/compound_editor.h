@@ -31,8 +31,8 @@ private:
 };
 
 /// A value typed in parts, such as feet and inches: a box for each part with its label behind it, a minus sign before
-/// them. Its parent is told of every change as of a change of its edit box (EN_CHANGE of IDC_VALUE_EDIT), and gets
-/// IDC_ACCEPT for Enter in the last part.
+/// them. Its parent is told of every change, also of its own making, as of a change of its edit box (EN_CHANGE of
+/// IDC_VALUE_EDIT), and gets IDC_ACCEPT for Enter in the last part.
 class CVelmCompoundEditor : public CVelmWindow {
 public:
     CVelmCompoundEditor();
@@ -43,7 +43,6 @@ public:
     void SetParts(const CVelmValueFormat& format);
 
     /// Shows a value, or empty parts for NaN and for one whose parts cannot be written in digits alone.
-    /// The parent is not told.
     void SetValue(const CVelmValueFormat& format, double value);
 
     /// "[5 3]" or "-[5 3]", as a typed value is written; empty when every part is.
@@ -75,7 +74,6 @@ private:
     std::array<RECT, COMPOUND_PARTS> labelAreas_{};
     int count_ = 0;
     bool negative_ = false;
-    bool loading_ = false;  ///< the boxes change without the user
     CVelmFont font_;
 };
 

@@ -6,14 +6,14 @@
 
 #include "app/frame_commands.h"
 #include "app/main_frame.h"
-#include "app/wide_text.h"
 #include "dialogs/about_dialog.h"
 #include "dialogs/conversions_dialog.h"
 #include "dialogs/file_properties_dialog.h"
 #include "dialogs/open_file_dialog.h"
 #include "dialogs/settings_dialog.h"
 #include "dialogs/show_units_dialog.h"
-#include "dialogs/unit_dialog.h"
+#include "dialogs/unit_properties_dialog.h"
+#include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "settings/settings.h"
 
@@ -91,7 +91,7 @@ void EditFileProperties(CVelmFrame& frame, WORD) {
 void AddUnit(CVelmFrame& frame, WORD) {
     CVelmDocument* const document = frame.Document();
     auto item = CreateItem(document->GetKind() == KIND_CONVERSION ? ITEM_VALUE : ITEM_FORMULA);
-    if (ShowUnitDialog(frame.Handle(), *item, *document, frame.Program().services.clock) != IDOK) {
+    if (ShowUnitPropertiesDialog(frame.Handle(), *item, *document, frame.Program().services.clock) != IDOK) {
         return;
     }
     document->AddItem(std::move(item));
@@ -103,7 +103,7 @@ void EditUnit(CVelmFrame& frame, WORD) {
     CVelmDocument* const document = frame.Document();
     CVelmItem* const item = document->currentItem;
     const CVelmString oldText = item->valueText;
-    if (ShowUnitDialog(frame.Handle(), *item, *document, frame.Program().services.clock) != IDOK) {
+    if (ShowUnitPropertiesDialog(frame.Handle(), *item, *document, frame.Program().services.clock) != IDOK) {
         return;
     }
     frame.KeepEdits();

@@ -6,10 +6,7 @@ namespace {
 constexpr int SCALE_TWO_DPI = 192;
 
 int AskScreen() {
-    const HDC screen = GetDC(nullptr);
-    const int dotsPerInch = GetDeviceCaps(screen, LOGPIXELSX);
-    ReleaseDC(nullptr, screen);
-    return dotsPerInch == SCALE_TWO_DPI ? 2 : 1;
+    return GetDeviceCaps(CVelmWindowDc(nullptr).Get(), LOGPIXELSX) == SCALE_TWO_DPI ? 2 : 1;
 }
 
 }  // namespace

@@ -14,11 +14,14 @@ inline int Scaled(int length) {
     return length * DisplayScale();
 }
 
+/// Icons of buttons and tools are so many pixels of an ordinary screen square.
+constexpr int ICON_SIZE = 16;
+
 /// "Tahoma", `height` pixels of an ordinary screen from the top of the cell to its bottom, normal or bold.
 CVelmFont CreateProgramFont(int height, bool bold);
 
 /// An icon of the program's resources, `size` pixels of an ordinary screen square; null when there is none.
-CVelmIcon LoadProgramIcon(UINT id, int size);
+CVelmIcon LoadProgramIcon(UINT id, int size = ICON_SIZE);
 
 /// The colour that rows and bitmaps take their tint from: the system's active caption.
 COLORREF BaseColor();

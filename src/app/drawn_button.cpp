@@ -4,13 +4,12 @@
 
 #include "app/display_scale.h"
 #include "app/gdi.h"
-#include "app/wide_text.h"
 #include "listview/bitmap.h"
+#include "platform/wide_text_win32.h"
 
 namespace velm {
 namespace {
 
-constexpr int ICON_SIZE = 16;
 constexpr int SIGN_HALF_WIDTH = 4;
 constexpr int SIGN_ROOM = 14;
 

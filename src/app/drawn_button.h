@@ -14,7 +14,7 @@ public:
     void SetText(CVelmString text);
     void SetFont(HFONT font);
 
-    /// 16·s pixels square; null for none.
+    /// ICON_SIZE square; null for none.
     void SetIcon(HICON icon);
 
     /// Draws a small triangle at the right, the sign of a menu.

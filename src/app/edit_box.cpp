@@ -8,7 +8,8 @@
 
 #include "app/clipboard.h"
 #include "app/gdi.h"
-#include "app/wide_text.h"
+#include "app/window_text.h"
+#include "platform/wide_text_win32.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
 
@@ -66,6 +67,12 @@ void CVelmEditBox::SetText(const CVelmString& text) {
 
 void CVelmEditBox::SelectAll() {
     SendMessageW(handle_, EM_SETSEL, 0, -1);
+}
+
+CVelmSelection CVelmEditBox::Selection() const {
+    CVelmSelection selected;
+    SendMessageW(handle_, EM_GETSEL, reinterpret_cast<WPARAM>(&selected.from), reinterpret_cast<LPARAM>(&selected.to));
+    return selected;
 }
 
 bool CVelmEditBox::OnKeyDown(WPARAM) {
@@ -147,11 +154,9 @@ void CVelmEditBox::OnContextMenu(LPARAM position) {
 void CVelmEditBox::ShowContextMenu(POINT place) {
     const CVelmMenu resource(LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDM_EDIT_CONTEXT)));
     const HMENU menu = GetSubMenu(resource.get(), 0);
-    DWORD start = 0;
-    DWORD end = 0;
-    SendMessageW(handle_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-    EnableEntry(menu, ID_CUT, start < end);
-    EnableEntry(menu, ID_COPY, start < end);
+    const CVelmSelection selected = Selection();
+    EnableEntry(menu, ID_CUT, selected.from < selected.to);
+    EnableEntry(menu, ID_COPY, selected.from < selected.to);
     EnableEntry(menu, ID_PASTE, IsClipboardFormatAvailable(CF_UNICODETEXT) != FALSE);
     ClientToScreen(handle_, &place);
     const int chosen = TrackPopupMenu(menu, TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RETURNCMD, static_cast<int>(place.x),

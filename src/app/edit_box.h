@@ -6,6 +6,12 @@
 
 namespace velm {
 
+/// The part of an edit box's text that is selected; the caret's place when none is.
+struct CVelmSelection {
+    DWORD from = 0;
+    DWORD to = 0;
+};
+
 /// A single-line edit box for the pen: held in place it opens a context menu, touched it raises the soft input panel.
 /// Its parent gets the edit control's own notifications.
 class CVelmEditBox {
@@ -22,6 +28,7 @@ public:
     CVelmString Text() const;
     void SetText(const CVelmString& text);
     void SelectAll();
+    CVelmSelection Selection() const;
     bool HasFocus() const { return handle_ != nullptr && GetFocus() == handle_; }
 
 protected:

@@ -5,7 +5,7 @@
 #include "app/display_scale.h"
 #include "app/gdi.h"
 #include "app/main_frame.h"
-#include "app/wide_text.h"
+#include "platform/wide_text_win32.h"
 #include "resource.h"
 
 namespace velm {

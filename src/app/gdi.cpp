@@ -1,6 +1,6 @@
 #include "app/gdi.h"
 
-#include "app/wide_text.h"
+#include "platform/wide_text_win32.h"
 
 namespace velm {
 

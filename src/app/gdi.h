@@ -16,6 +16,7 @@ struct CVelmGdiDeleter {
 using CVelmFont = std::unique_ptr<std::remove_pointer_t<HFONT>, CVelmGdiDeleter>;
 using CVelmBitmapHandle = std::unique_ptr<std::remove_pointer_t<HBITMAP>, CVelmGdiDeleter>;
 using CVelmPaletteHandle = std::unique_ptr<std::remove_pointer_t<HPALETTE>, CVelmGdiDeleter>;
+using CVelmRegion = std::unique_ptr<std::remove_pointer_t<HRGN>, CVelmGdiDeleter>;
 
 struct CVelmDcDeleter {
     void operator()(HDC dc) const { DeleteDC(dc); }
@@ -45,23 +46,31 @@ private:
     HGDIOBJ old_;
 };
 
-/// A window's device context for measuring text in a font.
-class CVelmTextMeasure {
+/// A window's device context outside of painting; the screen's for null.
+class CVelmWindowDc {
 public:
-    CVelmTextMeasure(HWND window, HFONT font) : window_(window), dc_(GetDC(window)), old_(SelectObject(dc_, font)) {}
-    ~CVelmTextMeasure() {
-        SelectObject(dc_, old_);
-        ReleaseDC(window_, dc_);
-    }
-    CVelmTextMeasure(const CVelmTextMeasure&) = delete;
-    CVelmTextMeasure& operator=(const CVelmTextMeasure&) = delete;
+    explicit CVelmWindowDc(HWND window) : window_(window), dc_(GetDC(window)) {}
+    ~CVelmWindowDc() { ReleaseDC(window_, dc_); }
+    CVelmWindowDc(const CVelmWindowDc&) = delete;
+    CVelmWindowDc& operator=(const CVelmWindowDc&) = delete;
 
-    HDC Dc() const { return dc_; }
+    HDC Get() const { return dc_; }
 
 private:
     HWND window_;
     HDC dc_;
-    HGDIOBJ old_;
+};
+
+/// A window's device context for measuring text in a font.
+class CVelmTextMeasure {
+public:
+    CVelmTextMeasure(HWND window, HFONT font) : dc_(window), font_(dc_.Get(), font) {}
+
+    HDC Dc() const { return dc_.Get(); }
+
+private:
+    CVelmWindowDc dc_;
+    CVelmSelect font_;
 };
 
 /// Width of one line of text in the font selected.

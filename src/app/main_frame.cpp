@@ -1,13 +1,16 @@
 #include "app/main_frame.h"
 
 #include <algorithm>
+#include <array>
 
 #include "app/display_scale.h"
 #include "app/frame_commands.h"
 #include "app/frame_window.h"
 #include "app/wait_cursor.h"
-#include "app/wide_text.h"
+#include "app/window_text.h"
 #include "listview/bitmap.h"
+#include "platform/system_error.h"
+#include "platform/wide_text_win32.h"
 #include "pocketpc/command_bar.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
@@ -27,23 +30,10 @@ constexpr int FIRST_SHOW_UNITS_BOTTOM = 20;
 constexpr int SHOW_UNITS_ROOM = 24;
 constexpr int SHOW_UNITS_LEFT = 22;
 constexpr int TITLE_FONT = 20;
-constexpr int IMAGE_SIZE = 16;
 
 constexpr COLORREF HEADER_COLOR = RGB(255, 255, 255);
 
 constexpr const wchar_t* SAVE_CAPTION = L"Save";
-
-/// The tooltips from the left: the two menu titles, then the tool buttons.
-constexpr std::array<UINT, 8> TOOL_TIP_TEXTS = {IDS_FILE_MENU, IDS_EDIT_MENU,   IDS_COPY,     IDS_PASTE,
-                                                IDS_EDIT_UNIT, IDS_CONVERSIONS, IDS_ROW_SIZE, IDS_OPEN_CALCULATOR};
-
-CVelmString SystemMessage(DWORD error) {
-    std::array<wchar_t, 512> text{};
-    // In one line, without the line end that the system puts behind it.
-    constexpr DWORD FLAGS = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
-    FormatMessageW(FLAGS, nullptr, error, 0, text.data(), static_cast<DWORD>(text.size()), nullptr);
-    return FromWide(text.data());
-}
 
 /// The document string's first part, up to the line end, is the window's title.
 CVelmString FrameTitle() {
@@ -61,9 +51,9 @@ CVelmFrame::CVelmFrame(const CVelmProgram& program)
       references_(program.services),
       htmlLibrary_(program.programFolder),
       titleFont_(CreateProgramFont(TITLE_FONT, true)),
-      conversionIcon_(LoadProgramIcon(IDI_CONVERSION_FILE, IMAGE_SIZE)),
-      calculationIcon_(LoadProgramIcon(IDI_CALCULATION_FILE, IMAGE_SIZE)),
-      showUnitsIcon_(LoadProgramIcon(IDI_SHOW_UNITS, IMAGE_SIZE)),
+      conversionIcon_(LoadProgramIcon(IDI_CONVERSION_FILE)),
+      calculationIcon_(LoadProgramIcon(IDI_CALCULATION_FILE)),
+      showUnitsIcon_(LoadProgramIcon(IDI_SHOW_UNITS)),
       keys_(MakeAccelerators(KeyPlace::Anywhere)),
       keysOutsideText_(MakeAccelerators(KeyPlace::OutsideText)) {}
 
@@ -99,10 +89,17 @@ bool CVelmFrame::OnCreate() {
 }
 
 bool CVelmFrame::CreateCommandBar() {
-    std::array<const wchar_t*, TOOL_TIPS> texts{};
-    for (std::size_t i = 0; i < TOOL_TIPS; ++i) {
-        toolTips_[i] = ToWide(LoadText(TOOL_TIP_TEXTS[i]));
-        texts[i] = toolTips_[i].c_str();
+    std::vector<WORD> commands;
+    toolTips_ = {LoadText(IDS_FILE_MENU), LoadText(IDS_EDIT_MENU)};
+    for (const CVelmTool& tool : Toolbar()) {
+        commands.push_back(tool.command);
+        if (tool.command != 0) {
+            toolTips_.push_back(LoadText(tool.toolTip));
+        }
+    }
+    std::vector<const wchar_t*> texts;
+    for (const CVelmString& toolTip : toolTips_) {
+        texts.push_back(Wide(toolTip));
     }
     SHMENUBARINFO info{sizeof(info), Handle(), IDM_MAIN, GetModuleHandleW(nullptr), nullptr};
     if (!SHCreateMenuBar(&info)) {
@@ -110,8 +107,8 @@ bool CVelmFrame::CreateCommandBar() {
     }
     commandBar_ = info.hwndMB;
     const UINT images = DisplayScale() == 2 ? IDB_TOOLBAR_LARGE : IDB_TOOLBAR;
-    return CommandBar_AddBitmap(commandBar_, info.hInstRes, images, Scaled(IMAGE_SIZE)) &&
-           CommandBar_AddButtons(commandBar_, ToolbarCommands()) && CommandBar_AddToolTips(commandBar_, texts);
+    return CommandBar_AddBitmap(commandBar_, info.hInstRes, images, Scaled(ICON_SIZE)) &&
+           CommandBar_AddButtons(commandBar_, commands) && CommandBar_AddToolTips(commandBar_, texts);
 }
 
 void CVelmFrame::CreateHeader(const RECT& area) {
@@ -200,14 +197,14 @@ CVelmString CVelmFrame::WriteBack() {
     if (document_ == nullptr || !document_->IsModified() || document_->Save(catalog_.Folder())) {
         return {};
     }
-    const CVelmString reason = document_->loaded ? SystemMessage(GetLastError()) : u"What it holds could not be read.";
+    const CVelmString reason = document_->loaded ? LastErrorText() : u"What it holds could not be read.";
     return document_->PathIn(catalog_.Folder()) + u" could not be written.\n" + reason;
 }
 
 void CVelmFrame::UpdateCommands() {
-    for (const WORD command : ToolbarCommands()) {
-        if (command != 0) {
-            CommandBar_EnableButton(commandBar_, command, IsCommandEnabled(*this, command));
+    for (const CVelmTool& tool : Toolbar()) {
+        if (tool.command != 0) {
+            CommandBar_EnableButton(commandBar_, tool.command, IsCommandEnabled(*this, tool.command));
         }
     }
 }

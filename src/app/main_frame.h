@@ -2,8 +2,7 @@
 
 #include <windows.h>
 
-#include <array>
-#include <string>
+#include <vector>
 
 #include "app/command_table.h"
 #include "app/drawn_button.h"
@@ -73,8 +72,6 @@ public:
     const CVelmDrawnButton& ShowUnitsButton() const { return showUnitsButton_; }
 
 private:
-    static constexpr std::size_t TOOL_TIPS = 8;
-
     bool OnCreate();
     bool CreateCommandBar();
     void CreateHeader(const RECT& area);
@@ -98,7 +95,7 @@ private:
     HWND commandBar_ = nullptr;
     CVelmValuePanel panel_;
     CVelmItemList list_;
-    std::array<std::wstring, TOOL_TIPS> toolTips_;
+    std::vector<CVelmString> toolTips_;  ///< of the bar's buttons from the left, the two menu titles first
     CVelmDrawnButton titleButton_;
     CVelmDrawnButton showUnitsButton_;
     CVelmCatalog catalog_;

@@ -153,6 +153,7 @@ void CVelmValueEditor::AttachItem(CVelmItem* item, std::uint32_t code) {
     item_ = item;
     code_ = code;
     if (item != nullptr && code == FMT_COMPOUND) {
+        const CVelmLoading loading(loading_);
         compound_.SetParts(item->format);
     }
     Clear();

@@ -24,7 +24,6 @@ constexpr int TAB_HEIGHT = 16;
 constexpr int TAB_ROOM = 10;
 constexpr int TAB_FONT = 12;
 constexpr int BUTTON_WIDTH = 20;
-constexpr int IMAGE_SIZE = 16;
 
 /// A tab stands for the first format of its row that the item allows; the rows are in the order of the tabs.
 struct TabFormats {
@@ -48,9 +47,9 @@ CVelmValuePanel::CVelmValuePanel(const CVelmProgram& program)
     : program_(program),
       editor_(program),
       tabFont_(CreateProgramFont(TAB_FONT, false)),
-      errorIcon_(LoadProgramIcon(IDI_VALUE_ERROR, IMAGE_SIZE)),
-      acceptedIcon_(LoadProgramIcon(IDI_VALUE_ACCEPTED, IMAGE_SIZE)),
-      restoreIcon_(LoadProgramIcon(IDI_RESTORE, IMAGE_SIZE)) {}
+      errorIcon_(LoadProgramIcon(IDI_VALUE_ERROR)),
+      acceptedIcon_(LoadProgramIcon(IDI_VALUE_ACCEPTED)),
+      restoreIcon_(LoadProgramIcon(IDI_RESTORE)) {}
 
 LRESULT CVelmValuePanel::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     if (RoutePen(message, wParam, lParam)) {
@@ -270,21 +269,19 @@ bool CVelmValuePanel::HandleTab(bool backward) {
 }
 
 void CVelmValuePanel::TakeCharacter(wchar_t unit) {
-    if (!IsShown()) {
-        return;
-    }
-    editor_.Focus();
-    editor_.SelectAll();
-    SendMessageW(GetFocus(), WM_CHAR, unit, 1);
+    SendInPlaceOfText(WM_CHAR, unit, 1);
 }
 
 void CVelmValuePanel::Paste() {
-    if (!IsShown()) {
-        return;
+    SendInPlaceOfText(WM_PASTE, 0, 0);
+}
+
+void CVelmValuePanel::SendInPlaceOfText(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (IsShown()) {
+        editor_.Focus();
+        editor_.SelectAll();
+        SendMessageW(GetFocus(), message, wParam, lParam);
     }
-    editor_.Focus();
-    editor_.SelectAll();
-    SendMessageW(GetFocus(), WM_PASTE, 0, 0);
 }
 
 void CVelmValuePanel::Layout() {

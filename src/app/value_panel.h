@@ -52,7 +52,6 @@ public:
     const CVelmDrawnButton& AcceptButton() const { return accept_; }
     const CVelmDrawnButton& RestoreButton() const { return restore_; }
     int TabCount() const { return tabCount_; }
-    int SelectedTab() const { return selectedTab_; }
     const CVelmDrawnButton& TabButton(int tab) const { return tabs_[static_cast<std::size_t>(tab)].button; }
     std::uint32_t TabFormat(int tab) const { return tabs_[static_cast<std::size_t>(tab)].code; }
     HICON AcceptedIcon() const { return acceptedIcon_.get(); }
@@ -73,6 +72,7 @@ private:
     void Accept();
     void Restore();
     void MakeTabs();
+    void SendInPlaceOfText(UINT message, WPARAM wParam, LPARAM lParam);
     void SelectTab(int tab);
     double ValueToShow() const;
     void Layout();

@@ -3,8 +3,8 @@
 #include <array>
 
 #include "app/display_scale.h"
-#include "app/wide_text.h"
 #include "dialogs/dialog_frame.h"
+#include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "version.h"
 

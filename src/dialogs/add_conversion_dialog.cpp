@@ -1,8 +1,8 @@
 #include "dialogs/add_conversion_dialog.h"
 
-#include "app/wide_text.h"
 #include "dialogs/conversion_fields.h"
 #include "model/document.h"
+#include "platform/wide_text_win32.h"
 #include "pocketpc/shell.h"
 
 namespace velm {

@@ -1,10 +1,10 @@
 #include "dialogs/conversions_dialog.h"
 
-#include "app/wide_text.h"
 #include "dialogs/add_conversion_dialog.h"
 #include "dialogs/conversion_fields.h"
 #include "formats/decimal_format.h"
 #include "model/document.h"
+#include "platform/wide_text_win32.h"
 
 namespace velm {
 namespace {

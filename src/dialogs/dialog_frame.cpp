@@ -4,7 +4,8 @@
 #include <array>
 
 #include "app/display_scale.h"
-#include "app/wide_text.h"
+#include "app/window_text.h"
+#include "platform/wide_text_win32.h"
 #include "pocketpc/command_bar.h"
 #include "pocketpc/shell.h"
 
@@ -21,6 +22,9 @@ constexpr int SCROLL_STEP = DIALOG_ROW_HEIGHT;
 
 constexpr COLORREF LINE_COLOR = RGB(0, 0, 0);
 
+/// What a dialog ends with that could not be made.
+constexpr INT_PTR NOT_MADE = -1;
+
 bool IsOfClass(HWND control, const wchar_t* name) {
     std::array<wchar_t, 32> text{};
     GetClassNameW(control, text.data(), static_cast<int>(text.size()));
@@ -36,13 +40,6 @@ int At(const CVelmEdge& edge, int room) {
     return room * edge.percent / 100 + Scaled(edge.offset);
 }
 
-RECT PlaceInParent(HWND control) {
-    RECT area{};
-    GetWindowRect(control, &area);
-    MapWindowPoints(nullptr, GetParent(control), reinterpret_cast<POINT*>(&area), 2);
-    return area;
-}
-
 /// Lets a control show within the room only, so that what is scrolled away covers neither caption nor menu bar.
 void ClipTo(HWND control, const RECT& room) {
     const RECT area = PlaceInParent(control);
@@ -53,10 +50,20 @@ void ClipTo(HWND control, const RECT& room) {
         return;
     }
     OffsetRect(&visible, -area.left, -area.top);
-    SetWindowRgn(control, CreateRectRgnIndirect(&visible), TRUE);
+    CVelmRegion region(CreateRectRgnIndirect(&visible));
+    if (SetWindowRgn(control, region.get(), TRUE) != 0) {
+        static_cast<void>(region.release());  // the system's now
+    }
 }
 
 }  // namespace
+
+RECT PlaceInParent(HWND control) {
+    RECT area{};
+    GetWindowRect(control, &area);
+    MapWindowPoints(nullptr, GetParent(control), reinterpret_cast<POINT*>(&area), 2);
+    return area;
+}
 
 void PaintDialogCaption(HDC dc, int width, const CVelmString& text) {
     const CVelmFont font = CreateProgramFont(CAPTION_FONT, true);
@@ -122,7 +129,10 @@ INT_PTR CVelmDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
 
 INT_PTR CVelmDialog::Init() {
     SHMENUBARINFO bar{sizeof(bar), handle_, menuBar_, GetModuleHandleW(nullptr), nullptr};
-    SHCreateMenuBar(&bar);
+    if (!SHCreateMenuBar(&bar)) {
+        End(NOT_MADE);
+        return TRUE;
+    }
     bar_ = bar.hwndMB;
     scrollBar_ = CreateWindowExW(0, L"SCROLLBAR", L"", WS_CHILD | SBS_VERT, 0, 0, 0, 0, handle_, nullptr,
                                  GetModuleHandleW(nullptr), nullptr);
@@ -320,6 +330,22 @@ bool CVelmDialog::RefuseFault(EntryFault fault, std::span<const CVelmFaultText> 
 void CVelmDialog::InitList(int id, DWORD extendedStyles) const {
     const DWORD styles = LVS_EX_FULLROWSELECT | extendedStyles;
     Send(id, LVM_SETEXTENDEDLISTVIEWSTYLE, styles, static_cast<LPARAM>(styles));
+}
+
+void CVelmDialog::AddColumn(int id, int index, int format, int width) const {
+    LVCOLUMNW column{};
+    column.mask = LVCF_FMT | LVCF_WIDTH;
+    column.fmt = format;
+    column.cx = Scaled(width);
+    Send(id, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&column));
+}
+
+LPARAM CVelmDialog::RowValue(int id, int row) const {
+    LVITEMW item{};
+    item.mask = LVIF_PARAM;
+    item.iItem = row;
+    Send(id, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    return item.lParam;
 }
 
 }  // namespace velm

@@ -67,6 +67,9 @@ struct CVelmFaultText {
     const char16_t* text;
 };
 
+/// A control's rectangle in its parent's client area.
+RECT PlaceInParent(HWND control);
+
 /// The common caption painter: the text in the system's caption colour at the top, a black line under it.
 void PaintDialogCaption(HDC dc, int width, const CVelmString& text);
 
@@ -137,6 +140,12 @@ protected:
 
     /// Makes the list view one of full rows, with the extended styles besides.
     void InitList(int id, DWORD extendedStyles) const;
+
+    /// Puts a column into it, `width` pixels of an ordinary screen wide.
+    void AddColumn(int id, int index, int format, int width) const;
+
+    /// The value that a row of it carries.
+    LPARAM RowValue(int id, int row) const;
 
     /// The room under the caption, above the menu bar.
     RECT Room() const;

@@ -2,10 +2,11 @@
 
 #include <array>
 
-#include "app/wide_text.h"
+#include "dialogs/category_box.h"
 #include "dialogs/dialog_frame.h"
 #include "model/catalog.h"
 #include "model/file_names.h"
+#include "platform/wide_text_win32.h"
 #include "resource.h"
 
 namespace velm {
@@ -32,7 +33,7 @@ protected:
     int LeastHeight() const override { return DialogRow(4); }
 
     HWND OnInit() override {
-        FillCategories();
+        AddCategories(Control(IDC_CATEGORY), catalog_, 0);
         SetText(IDC_FILE_TITLE, document_.title);
         SetText(IDC_CATEGORY, document_.category);
         SetText(IDC_FILE_NAME, document_.fileName);
@@ -58,17 +59,6 @@ protected:
     }
 
 private:
-    void FillCategories() const {
-        for (const auto& document : catalog_.documents) {
-            const auto category = reinterpret_cast<LPARAM>(Wide(document->category));
-            // Deliberate: a category that another one of the box begins with is left out.
-            if (!document->category.empty() &&
-                Send(IDC_CATEGORY, CB_FINDSTRING, static_cast<WPARAM>(-1), category) == CB_ERR) {
-                Send(IDC_CATEGORY, CB_ADDSTRING, 0, category);
-            }
-        }
-    }
-
     /// False, with the user told, when the name cannot be a file's.
     bool TakeFileName(const CVelmString& title) const {
         const CVelmString typed = Text(IDC_FILE_NAME);

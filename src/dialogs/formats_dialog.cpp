@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "app/wide_text.h"
 #include "dialogs/dialog_frame.h"
 #include "formats/decimal_format.h"
 #include "formats/value_format.h"

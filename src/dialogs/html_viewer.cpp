@@ -3,9 +3,10 @@
 #include <shellapi.h>
 
 #include "app/display_scale.h"
-#include "app/wide_text.h"
 #include "dialogs/dialog_frame.h"
 #include "htmlview/display_messages.h"
+#include "platform/fetch.h"
+#include "platform/wide_text_win32.h"
 #include "resource.h"
 
 namespace velm {
@@ -17,7 +18,7 @@ constexpr const char16_t* LIBRARY_FILE = u"htmlview.dll";
 constexpr int FIRST_LEFT = 5;
 
 bool IsWebAddress(const CVelmString& target) {
-    return StartsWithNoCase(target, u"http://") || StartsWithNoCase(target, u"https://");
+    return StartsWithNoCase(target, HTTP_SCHEME) || StartsWithNoCase(target, u"https://");
 }
 
 /// What ShellExecuteW gives at most when it fails.
@@ -35,7 +36,7 @@ protected:
     HWND OnInit() override {
         RECT place = Room();
         place.left = Scaled(FIRST_LEFT);
-        control_ = CreateHtmlControl(library_, Handle(), place, true);
+        control_ = CreateHtmlControl(library_, Handle(), place);
         if (control_ != nullptr) {
             SetWindowTextW(control_, L"");
             SendMessageW(control_, DTM_CLEAR, 0, 0);
@@ -106,14 +107,14 @@ bool CVelmHtmlLibrary::Load() {
     return module_ != nullptr;
 }
 
-HWND CreateHtmlControl(CVelmHtmlLibrary& library, HWND parent, const RECT& place, bool visible) {
+HWND CreateHtmlControl(CVelmHtmlLibrary& library, HWND parent, const RECT& place) {
     if (!library.Load()) {
         return nullptr;
     }
-    const DWORD style = WS_CHILD | WS_TABSTOP | (visible ? WS_VISIBLE : 0U);
-    const HWND window = CreateWindowExW(0, DISPLAY_CLASS, L"HTML", style, static_cast<int>(place.left),
-                                        static_cast<int>(place.top), Width(place), Height(place), parent,
-                                        reinterpret_cast<HMENU>(IDC_HTML), GetModuleHandleW(nullptr), nullptr);
+    const HWND window =
+        CreateWindowExW(0, DISPLAY_CLASS, L"HTML", WS_CHILD | WS_TABSTOP | WS_VISIBLE, static_cast<int>(place.left),
+                        static_cast<int>(place.top), Width(place), Height(place), parent,
+                        reinterpret_cast<HMENU>(IDC_HTML), GetModuleHandleW(nullptr), nullptr);
     if (window != nullptr) {
         SendMessageW(window, DTM_ENABLESHRINK, TRUE, 0);
         PostMessageW(window, DTM_ENABLESHRINK, TRUE, 0);

@@ -28,7 +28,7 @@ private:
 };
 
 /// A display control in a rectangle of its parent, tables shrunk to fit; null when the library or the window fails.
-HWND CreateHtmlControl(CVelmHtmlLibrary& library, HWND parent, const RECT& place, bool visible);
+HWND CreateHtmlControl(CVelmHtmlLibrary& library, HWND parent, const RECT& place);
 
 /// Shows a page of HTML under a caption until the user closes it. Without the library the page stays empty.
 void ShowHtmlViewer(HWND parent, const CVelmString& caption, const CVelmString& pageText, CVelmHtmlLibrary& library);

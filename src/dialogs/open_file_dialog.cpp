@@ -5,11 +5,13 @@
 
 #include "app/display_scale.h"
 #include "app/wait_cursor.h"
-#include "app/wide_text.h"
+#include "app/window_text.h"
+#include "dialogs/category_box.h"
 #include "dialogs/dialog_frame.h"
 #include "dialogs/html_viewer.h"
 #include "model/catalog.h"
 #include "model/reference_list.h"
+#include "platform/wide_text_win32.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
 
@@ -59,8 +61,8 @@ protected:
 
     HWND OnInit() override {
         InitList(IDC_LIST, 0);
-        AddColumn(0, LVCFMT_LEFT, TITLE_WIDTH);
-        AddColumn(1, LVCFMT_RIGHT, COUNT_WIDTH);
+        AddColumn(IDC_LIST, 0, LVCFMT_LEFT, TITLE_WIDTH);
+        AddColumn(IDC_LIST, 1, LVCFMT_RIGHT, COUNT_WIDTH);
         FillCategories();
         ShowFilesOf(catalog_.documents.empty() ? CVelmString() : catalog_.documents.front()->category);
         SHSipPreference(Handle(), SIP_DOWN);
@@ -95,50 +97,21 @@ protected:
             Tell(u"Please select a file from the list");
             return;
         }
-        LVITEMW item{};
-        item.mask = LVIF_PARAM;
-        item.iItem = row;
-        Send(IDC_LIST, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-        if (item.lParam >= 0) {
-            End(FIRST_FILE_CODE + item.lParam);
+        const LPARAM value = RowValue(IDC_LIST, row);
+        if (value >= 0) {
+            End(FIRST_FILE_CODE + value);
         } else {
-            ShowReference(static_cast<std::size_t>(-item.lParam - 1));
+            ShowReference(static_cast<std::size_t>(-value - 1));
         }
     }
 
 private:
-    void AddColumn(int index, int format, int width) const {
-        LVCOLUMNW column{};
-        column.mask = LVCF_FMT | LVCF_WIDTH;
-        column.fmt = format;
-        column.cx = Scaled(width);
-        Send(IDC_LIST, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&column));
-    }
-
-    LRESULT AddCategory(const CVelmString& text, LPARAM value) const {
-        const LRESULT entry = Send(IDC_CATEGORY, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(text)));
-        Send(IDC_CATEGORY, CB_SETITEMDATA, static_cast<WPARAM>(entry), value);
-        return entry;
-    }
-
     void FillCategories() const {
-        LRESULT chosen = AddCategory(u"- All -", ALL_FILES);
-        for (const auto& document : catalog_.documents) {
-            if (document->category.empty()) {
-                continue;
-            }
-            // The box finds an entry that begins with the category, in any letter case: then it stands for both.
-            LRESULT entry = Send(IDC_CATEGORY, CB_FINDSTRING, static_cast<WPARAM>(-1),
-                                 reinterpret_cast<LPARAM>(Wide(document->category)));
-            if (entry == CB_ERR) {
-                entry = AddCategory(document->category, ONE_CATEGORY);
-            }
-            if (document == catalog_.documents.front()) {
-                chosen = entry;
-            }
-        }
-        AddCategory(u"- Other Text References -", REFERENCES);
-        Send(IDC_CATEGORY, CB_SETCURSEL, static_cast<WPARAM>(chosen));
+        const HWND box = Control(IDC_CATEGORY);
+        const LRESULT all = AddBoxEntry(box, u"- All -", ALL_FILES);
+        const LRESULT current = AddCategories(box, catalog_, ONE_CATEGORY);
+        AddBoxEntry(box, u"- Other Text References -", REFERENCES);
+        Send(IDC_CATEGORY, CB_SETCURSEL, static_cast<WPARAM>(current != CB_ERR ? current : all));
     }
 
     void AddRow(const CVelmString& title, LPARAM value, const CVelmString& count) const {

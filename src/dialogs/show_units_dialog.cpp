@@ -3,9 +3,9 @@
 #include <array>
 
 #include "app/display_scale.h"
-#include "app/wide_text.h"
 #include "dialogs/dialog_frame.h"
 #include "model/document.h"
+#include "platform/wide_text_win32.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
 
@@ -30,11 +30,7 @@ protected:
 
     HWND OnInit() override {
         InitList(IDC_LIST, LVS_EX_CHECKBOXES);
-        LVCOLUMNW column{};
-        column.mask = LVCF_FMT | LVCF_WIDTH;
-        column.fmt = LVCFMT_LEFT;
-        column.cx = Scaled(COLUMN_WIDTH);
-        Send(IDC_LIST, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+        AddColumn(IDC_LIST, 0, LVCFMT_LEFT, COLUMN_WIDTH);
         Send(IDC_LIST, LVM_SETITEMCOUNT, document_.ItemCount());
         for (std::size_t i = 0; i < document_.ItemCount(); ++i) {
             AddRow(static_cast<int>(i), *document_.GetItem(i));
@@ -48,10 +44,8 @@ protected:
     }
 
     void OnLayout() override {
-        RECT list{};
-        GetWindowRect(Control(IDC_LIST), &list);
-        MapWindowPoints(nullptr, Handle(), reinterpret_cast<POINT*>(&list), 2);
-        Send(IDC_LIST, LVM_SETCOLUMNWIDTH, 0, Width(Room()) - list.left - Scaled(COLUMN_ROOM_LESS));
+        const LONG left = PlaceInParent(Control(IDC_LIST)).left;
+        Send(IDC_LIST, LVM_SETCOLUMNWIDTH, 0, Width(Room()) - left - Scaled(COLUMN_ROOM_LESS));
         const LRESULT focused = Send(IDC_LIST, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED);
         Send(IDC_LIST, LVM_ENSUREVISIBLE, static_cast<WPARAM>(focused), FALSE);
     }
@@ -59,11 +53,8 @@ protected:
     void OnOk() override {
         const auto rows = static_cast<int>(Send(IDC_LIST, LVM_GETITEMCOUNT));
         for (int row = 0; row < rows; ++row) {
-            LVITEMW item{};
-            item.mask = LVIF_PARAM;
-            item.iItem = row;
-            Send(IDC_LIST, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-            document_.GetItem(static_cast<std::size_t>(item.lParam))->shown = IsTicked(row) ? 1 : 0;
+            const auto index = static_cast<std::size_t>(RowValue(IDC_LIST, row));
+            document_.GetItem(index)->shown = IsTicked(row) ? 1 : 0;
         }
         End(IDOK);
     }

@@ -100,11 +100,10 @@ CVelmBitmapHandle MakeSection(const BitmapResource& resource, const std::vector<
     if (!table.empty()) {
         std::memcpy(buffer.data() + resource.Header().biSize, table.data(), table.size() * sizeof(RGBQUAD));
     }
-    const HDC screen = GetDC(nullptr);
     void* pixels = nullptr;
-    CVelmBitmapHandle section(CreateDIBSection(screen, reinterpret_cast<const BITMAPINFO*>(buffer.data()),
-                                               DIB_RGB_COLORS, &pixels, nullptr, 0));
-    ReleaseDC(nullptr, screen);
+    CVelmBitmapHandle section(CreateDIBSection(CVelmWindowDc(nullptr).Get(),
+                                               reinterpret_cast<const BITMAPINFO*>(buffer.data()), DIB_RGB_COLORS,
+                                               &pixels, nullptr, 0));
     if (section) {
         const std::size_t available = resource.size - resource.PixelOffset();
         std::memcpy(pixels, reinterpret_cast<const BYTE*>(resource.info) + resource.PixelOffset(),
@@ -113,11 +112,26 @@ CVelmBitmapHandle MakeSection(const BitmapResource& resource, const std::vector<
     return section;
 }
 
+struct TintedBitmap {
+    CVelmPaletteHandle palette;
+    CVelmBitmapHandle bitmap;
+};
+
+/// Both empty for a resource that is missing or not whole.
+TintedBitmap LoadTinted(UINT id, COLORREF tint) {
+    const BitmapResource found = FindBitmap(id);
+    if (!found.IsWhole()) {
+        return {};
+    }
+    const std::vector<RGBQUAD> table = TintedTable(found, tint);
+    return {MakePalette(table), MakeSection(found, table)};
+}
+
 /// The bitmap selected into a memory device context with its palette realised, to copy from.
 class Source {
 public:
     Source(HDC target, HBITMAP bitmap, HPALETTE palette)
-        : target_(target), dc_(CreateCompatibleDC(target)), oldBitmap_(SelectObject(dc_.get(), bitmap)) {
+        : target_(target), dc_(CreateCompatibleDC(target)), bitmap_(dc_.get(), bitmap) {
         if (palette != nullptr) {
             oldPalette_ = SelectPalette(target, palette, FALSE);
             RealizePalette(target);
@@ -127,7 +141,6 @@ public:
         if (oldPalette_ != nullptr) {
             SelectPalette(target_, oldPalette_, FALSE);
         }
-        SelectObject(dc_.get(), oldBitmap_);
     }
     Source(const Source&) = delete;
     Source& operator=(const Source&) = delete;
@@ -137,7 +150,7 @@ public:
 private:
     HDC target_;
     CVelmMemoryDc dc_;
-    HGDIOBJ oldBitmap_;
+    CVelmSelect bitmap_;
     HPALETTE oldPalette_ = nullptr;
 };
 
@@ -169,32 +182,23 @@ CVelmBitmap::CVelmBitmap(UINT resource, bool followScale)
 
 CVelmBitmap::CVelmBitmap(UINT resource, COLORREF tint, bool followScale)
     : doubled_(followScale && DisplayScale() != 1) {
-    const BitmapResource found = FindBitmap(resource);
-    if (found.IsWhole()) {
-        const std::vector<RGBQUAD> table = TintedTable(found, tint);
-        palette_ = MakePalette(table);
-        bitmap_ = MakeSection(found, table);
-    }
-    if (!bitmap_) {
-        palette_.reset();
+    TintedBitmap tinted = LoadTinted(resource, tint);
+    if (tinted.bitmap) {
+        palette_ = std::move(tinted.palette);
+        bitmap_ = std::move(tinted.bitmap);
+    } else {
         bitmap_.reset(LoadBitmapW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(resource)));
     }
     TakeSize();
 }
 
 bool CVelmBitmap::Reload(UINT resource, COLORREF tint) {
-    const BitmapResource found = FindBitmap(resource);
-    if (!found.IsWhole()) {
+    TintedBitmap tinted = LoadTinted(resource, tint);
+    if (!tinted.palette || !tinted.bitmap) {
         return false;
     }
-    const std::vector<RGBQUAD> table = TintedTable(found, tint);
-    CVelmPaletteHandle palette = MakePalette(table);
-    CVelmBitmapHandle bitmap = MakeSection(found, table);
-    if (!palette || !bitmap) {
-        return false;
-    }
-    palette_ = std::move(palette);
-    bitmap_ = std::move(bitmap);
+    palette_ = std::move(tinted.palette);
+    bitmap_ = std::move(tinted.bitmap);
     TakeSize();
     return true;
 }

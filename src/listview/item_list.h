@@ -66,7 +66,6 @@ public:
     int Selected() const { return selected_; }
     int Top() const { return top_; }
     int VisibleRows() const { return visibleRows_; }
-    int RowHeight() const { return rowHeight_; }
 
     /// The row at a client position; -1 outside the rows.
     int HitTest(int x, int y) const;

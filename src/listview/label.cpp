@@ -4,7 +4,7 @@
 
 #include "app/display_scale.h"
 #include "app/gdi.h"
-#include "app/wide_text.h"
+#include "platform/wide_text_win32.h"
 
 namespace velm {
 namespace {

@@ -15,7 +15,6 @@ namespace {
 constexpr const wchar_t* BAR_CLASS = L"VlCommandBar";
 constexpr int BAR_HEIGHT = 26;
 constexpr int TEXT_HEIGHT = 15;
-constexpr int IMAGE_SIZE = 16;
 constexpr int TOOL_WIDTH = 23;
 constexpr int SEPARATOR_WIDTH = 6;
 constexpr COLORREF TRANSPARENT_COLOR = RGB(255, 0, 255);
@@ -229,7 +228,7 @@ BOOL SHCreateMenuBar(SHMENUBARINFO* info) {
     }
     bar->window = window;
     bar->titles = CreateToolbar(*bar, TBSTYLE_LIST, 0, 0);
-    bar->tools = CreateToolbar(*bar, 0, velm::Scaled(IMAGE_SIZE), velm::Scaled(TOOL_WIDTH));
+    bar->tools = CreateToolbar(*bar, 0, velm::Scaled(velm::ICON_SIZE), velm::Scaled(TOOL_WIDTH));
     if (bar->titles == nullptr || bar->tools == nullptr) {
         DestroyWindow(window);
         return FALSE;

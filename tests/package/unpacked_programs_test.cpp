@@ -7,9 +7,9 @@
 #include <memory>
 
 #include "app/main_frame.h"
-#include "app/wide_text.h"
 #include "peghelp/help_window.h"
 #include "platform/options_store.h"
+#include "platform/wide_text_win32.h"
 #include "settings/settings.h"
 #include "support/waiting.h"
 #include "tallyra/calculator_window.h"

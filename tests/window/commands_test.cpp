@@ -6,7 +6,7 @@
 #include "app/clipboard.h"
 #include "app/command_table.h"
 #include "app/display_scale.h"
-#include "app/wide_text.h"
+#include "platform/wide_text_win32.h"
 #include "pocketpc/command_bar.h"
 #include "resource.h"
 #include "support/program_test.h"

@@ -3,7 +3,7 @@
 #include <set>
 
 #include "app/display_scale.h"
-#include "app/wide_text.h"
+#include "app/window_text.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
 #include "support/picture.h"

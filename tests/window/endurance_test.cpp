@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/display_scale.h"
-#include "app/wide_text.h"
+#include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "support/holdings.h"
 #include "support/running_program.h"

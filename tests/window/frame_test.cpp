@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "app/display_scale.h"
-#include "app/wide_text.h"
+#include "app/window_text.h"
+#include "platform/wide_text_win32.h"
 #include "pocketpc/command_bar.h"
 #include "resource.h"
 #include "support/picture.h"

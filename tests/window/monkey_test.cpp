@@ -9,7 +9,8 @@
 #include <random>
 
 #include "app/command_table.h"
-#include "app/wide_text.h"
+#include "app/window_text.h"
+#include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "support/files.h"
 #include "support/holdings.h"

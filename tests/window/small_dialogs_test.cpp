@@ -3,8 +3,9 @@
 #include <array>
 
 #include "app/display_scale.h"
-#include "app/wide_text.h"
+#include "app/window_text.h"
 #include "htmlview/display_messages.h"
+#include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "support/program_test.h"
 #include "version.h"

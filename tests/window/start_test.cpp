@@ -4,7 +4,6 @@
 
 #include "app/display_scale.h"
 #include "app/single_instance.h"
-#include "app/wide_text.h"
 #include "resource.h"
 #include "support/program_test.h"
 

@@ -8,8 +8,9 @@
 #include <random>
 #include <string>
 
-#include "app/wide_text.h"
+#include "app/window_text.h"
 #include "platform/services.h"
+#include "platform/wide_text_win32.h"
 #include "support/temporary_folder.h"
 
 namespace velm::test {

@@ -4,7 +4,8 @@
 
 #include <array>
 
-#include "app/wide_text.h"
+#include "app/window_text.h"
+#include "platform/wide_text_win32.h"
 #include "pocketpc/command_bar.h"
 #include "support/waiting.h"
 

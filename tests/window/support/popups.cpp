@@ -3,7 +3,7 @@
 #include <array>
 #include <utility>
 
-#include "app/wide_text.h"
+#include "app/window_text.h"
 #include "support/waiting.h"
 
 namespace velm::test {

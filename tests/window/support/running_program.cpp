@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <array>
 
-#include "app/wide_text.h"
 #include "platform/services.h"
+#include "platform/wide_text_win32.h"
 #include "resource.h"
 
 namespace velm::test {

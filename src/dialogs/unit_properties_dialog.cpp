@@ -1,8 +1,7 @@
-#include "dialogs/unit_dialog.h"
+#include "dialogs/unit_properties_dialog.h"
 
 #include <array>
 
-#include "app/wide_text.h"
 #include "dialogs/dialog_frame.h"
 #include "model/document.h"
 #include "resource.h"
@@ -27,9 +26,9 @@ constexpr std::array FAULT_TEXTS = {
     CVelmFaultText{EntryFault::FormulaDoesNotParse, IDC_ITEM_VALUE, u" is not a formula."},
 };
 
-class UnitDialog : public CVelmDialog {
+class UnitPropertiesDialog : public CVelmDialog {
 public:
-    UnitDialog(CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock)
+    UnitPropertiesDialog(CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock)
         : CVelmDialog(IDD_UNIT_PROPERTIES, IDM_OK_CANCEL),
           item_(item),
           document_(document),
@@ -91,8 +90,8 @@ private:
 
 }  // namespace
 
-int ShowUnitDialog(HWND parent, CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock) {
-    return static_cast<int>(UnitDialog(item, document, clock).Show(parent));
+int ShowUnitPropertiesDialog(HWND parent, CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock) {
+    return static_cast<int>(UnitPropertiesDialog(item, document, clock).Show(parent));
 }
 
 }  // namespace velm

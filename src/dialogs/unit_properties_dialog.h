@@ -10,6 +10,6 @@ class CVelmItem;
 
 /// Edits the name, identifier, value text and, in a calculation file, the kind of an item; one without a name is new.
 /// The item is the document's or going to be. Returns IDOK, or IDCANCEL with the item as it was.
-int ShowUnitDialog(HWND parent, CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock);
+int ShowUnitPropertiesDialog(HWND parent, CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock);
 
 }  // namespace velm

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include "platform/text.h"
-#include "platform/wide_text_win32.h"
 
 namespace velm {
 

@@ -1,6 +1,8 @@
-#include "app/wide_text.h"
+#include "app/window_text.h"
 
 #include <array>
+
+#include "platform/wide_text_win32.h"
 
 namespace velm {
 
