@@ -58,15 +58,19 @@ void CommitAndPaint(CVelmFrame& frame, int round) {
 
 /// Writes a file of units that are multiples of the first.
 void SaveUnits(const RunningProgram& program, CVelmStringView title, std::size_t count) {
-    std::vector<CVelmString> names;
+    CVelmConversionDoc document(SystemServices());
+    document.title = document.fileName = title;
     for (std::size_t i = 0; i < count; ++i) {
-        names.push_back(u"unit " + FromUtf8(std::to_string(i)));
+        CVelmItem* const unit = document.AddItem(CreateItem(ITEM_VALUE));
+        unit->name = unit->identifier = u"unit " + FromUtf8(std::to_string(i));
+        if (i > 0) {
+            CVelmConversion& conversion = *document.AddConversion(std::make_unique<CVelmConversion>(document));
+            conversion.unit1 = document.GetItem(0);
+            conversion.unit2 = unit;
+            conversion.factor = 1.0 + static_cast<double>(i) / 7.0;
+        }
     }
-    std::vector<UnitFactor> units;
-    for (const CVelmString& name : names) {
-        units.push_back({name, 1.0 + static_cast<double>(units.size()) / 7.0, name});
-    }
-    SaveConversionFile(program, title, units);
+    ASSERT_TRUE(document.Save(program.DataFolder()));
 }
 
 TEST(WindowBench, WhatAUserWaitsFor) {

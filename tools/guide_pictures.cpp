@@ -120,8 +120,7 @@ TEST_F(Pictures, DISABLED_OfEveryDialog) {
         EXPECT_TRUE(conversions.Cancel());
     }
     {
-        TapFormatButton(0);
-        ASSERT_TRUE(program.WaitForMenu());
+        Do("formats 0");
         Take("format-menu");
         ASSERT_TRUE(program.Choose("Customize..."));
         const DialogDriver formats(program, program.WaitForDialog());

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "cli/transcript.h"
+#include "cli/shell.h"
 
 namespace velm::test {
 

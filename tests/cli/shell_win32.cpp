@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "cli/transcript.h"
+#include "cli/shell.h"
 #include "platform/wide_text_win32.h"
 
 namespace velm::test {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "support/faulty_files.h"
 #include "support/memory_files.h"
 #include "support/sample_documents.h"
 
@@ -27,7 +26,7 @@ protected:
         ASSERT_TRUE(document.Save(catalog.Folder()));
     }
 
-    void WriteNoDataFile(CVelmStringView name) { memory.Add(catalog.Folder() + CVelmString(name), {'?'}); }
+    void WriteNoDataFile(CVelmStringView name) { files.Add(catalog.Folder() + CVelmString(name), {'?'}); }
 
     /// Edits the open document's first item as a dialog does.
     void EditOpenOne() {
@@ -44,8 +43,7 @@ protected:
         return names;
     }
 
-    MemoryFiles memory;
-    FaultyFiles files{memory};
+    MemoryFiles files;
     TestServices services{files};
     CVelmCatalog catalog{services.Services()};
 };
@@ -79,10 +77,10 @@ TEST_F(CatalogTest, RecentFilesComeFirstAndTheFolderIsReadForItsHeadersAlone) {
     catalog.AddFiles(CVelmStringView(u"c.cnv\0gone.cnv\0B.cnv\0b.cnv\0\0a.cnv\0", 34));
     EXPECT_EQ(Names(), "c.cnv B.cnv ") << "the first empty name ends the list";
     catalog.AddFiles(u"d.cnv");
-    memory.opens = 0;
+    files.opens = 0;
     catalog.ScanFolder();
     EXPECT_EQ(Names(), "c.cnv B.cnv d.cnv A.cnv ") << "names that differ in letter case are one document";
-    EXPECT_EQ(memory.opens, 2) << "the new one and the broken one";
+    EXPECT_EQ(files.opens, 2) << "the new one and the broken one";
     catalog.ScanFolder();
     EXPECT_EQ(Names(), "c.cnv B.cnv d.cnv A.cnv ");
 }

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "support/faulty_files.h"
 #include "support/memory_files.h"
 #include "support/sample_documents.h"
 
@@ -17,8 +16,7 @@ protected:
         }
     }
 
-    MemoryFiles memory;
-    FaultyFiles files{memory};
+    MemoryFiles files;
     TestServices services{files};
     CVelmConversionDoc document{services.Services()};
 };
@@ -38,7 +36,7 @@ TEST_F(Document, RemovingItemsRemovesTheConversionsThatReferToThem) {
     document.currentItem = foot;
     document.RemoveItem(foot);
     EXPECT_EQ(document.ItemCount(), 3U);
-    EXPECT_EQ(Conversions(document), "m*1.=mi ");
+    EXPECT_EQ(Conversions(document), "m*1=mi ");
     EXPECT_EQ(document.currentItem, nullptr);
     document.RemoveConversion(toMile);
     EXPECT_TRUE(document.conversions.empty());

@@ -67,7 +67,7 @@ TEST_F(FileFormat, FilesAreReadAndWrittenByteForByte) {
     EXPECT_EQ(Describe(*document->items[0]), "\u00b0C (C) = 25 257 256 1") << "reading is no assignment";
     EXPECT_EQ(Describe(*document->items[1]), "K () =  1 1 1 hidden");
     EXPECT_EQ(document->items[1]->index, 1);
-    EXPECT_EQ(LoadedConversions(), "C*1.+offset=K K{x-1|}C ");
+    EXPECT_EQ(LoadedConversions(), "C*1+273.15=K K{x-1|}C ");
     ASSERT_TRUE(document->Save(FOLDER));
     EXPECT_EQ(Stored(u"f.cnv"), Golden("conversion.hex"));
     EXPECT_EQ(files.files.size(), 1U) << "nothing else is left in the folder";
@@ -136,7 +136,7 @@ TEST_F(FileFormat, ADroppedItemTakesItsConversionsAndNoOthersWithIt) {
     bytes.Int(5).Linear(0, 1, 2.0).Linear(2, 3, 12.0).Linear(1, 3, 3.0).Linear(3, 0, 0.5).Linear(0, 4, 1.0);
     ASSERT_TRUE(Load(bytes.Sized()));
     EXPECT_EQ(document->ItemCount(), 3U);
-    EXPECT_EQ(LoadedConversions(), "ft*12.=in in*0.5=m ");
+    EXPECT_EQ(LoadedConversions(), "ft*12=in in*0.5=m ");
     EXPECT_EQ(document->DroppedRecords(), 4);
     EXPECT_EQ(document->items[2]->index, 2);
 
@@ -144,7 +144,7 @@ TEST_F(FileFormat, ADroppedItemTakesItsConversionsAndNoOthersWithIt) {
     EXPECT_EQ(Stored(u"f.cnv.bak"), bytes.Sized()) << "what could not be read is kept";
     ASSERT_TRUE(Load(Stored(u"f.cnv")));
     EXPECT_EQ(document->DroppedRecords(), 0);
-    EXPECT_EQ(LoadedConversions(), "ft*12.=in in*0.5=m ");
+    EXPECT_EQ(LoadedConversions(), "ft*12=in in*0.5=m ");
 
     ASSERT_TRUE(Load(FileBytes().Header(u"", u"", u"").Int(1).Unit(u"m").Int(0x7FFFFFFF).Int(0).Int(0).Sized()));
     EXPECT_EQ(document->DroppedRecords(), 0x7FFFFFFF) << "a count that the bytes do not bear out ends at once";
@@ -159,7 +159,7 @@ TEST_F(FileFormat, AConversionWithAWrongIndexIsDroppedWhole) {
     bytes.Int(0x10001).Int(0).Int(1).Text(u"x*3").Text(u"x/3");
     bytes.Int(0x8000).Int(0).Int(1).Text(u"x*4").Text(u"");
     ASSERT_TRUE(Load(bytes.Sized()));
-    EXPECT_EQ(LoadedConversions(), "b*2.=a a{x*3|x/3}b a{x*4|}b ");
+    EXPECT_EQ(LoadedConversions(), "b*2=a a{x*3|x/3}b a{x*4|}b ");
     EXPECT_EQ(document->DroppedRecords(), 2);
     EXPECT_EQ(static_cast<CVelmConversionDoc&>(*document).conversions[0]->formulaFlag, 0x10000) << "but it is kept";
 }

@@ -2,14 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "model/catalog.h"
-#include "support/memory_files.h"
-#include "support/sample_documents.h"
-
 namespace velm::test {
 namespace {
 
-TEST(FileNames, AreThoseThatEverySystemTakesAndOfNewFilesNoOtherFiles) {
+TEST(FileNames, AreThoseThatEverySystemTakes) {
     for (const char16_t* name : {u"Length", u"Shoe sizes", u"a..b", u".hidden", u"Console", u"com", u"COM10", u"Common",
                                  u"x con", u"lpta", u"M\u00FCnzen"}) {
         EXPECT_TRUE(IsFileNameAllowed(name)) << ToUtf8(name);
@@ -21,23 +17,6 @@ TEST(FileNames, AreThoseThatEverySystemTakesAndOfNewFilesNoOtherFiles) {
         EXPECT_FALSE(IsFileNameAllowed(name)) << ToUtf8(name);
     }
     EXPECT_FALSE(IsFileNameAllowed(CVelmString(u"a\0b", 3)));
-
-    MemoryFiles files;
-    TestServices services(files);
-    CVelmCatalog catalog(services.Services());
-    catalog.SetFolder(u"data");
-    const CVelmString longest(FILE_NAME_MAX_LENGTH, u'n');
-    EXPECT_EQ(MakeNewFileName(catalog, KIND_CONVERSION, longest + u"1"), longest);
-    for (const CVelmString& name : {CVelmString(u"Length"), CVelmString(u"length_NEW"), longest}) {
-        catalog.AddDocument(MakeConversionDoc(services.Services(), name));
-    }
-    files.Add(catalog.Folder() + u"Odd.cnv", {});
-    EXPECT_EQ(MakeNewFileName(catalog, KIND_CONVERSION, u"Weight"), u"Weight");
-    EXPECT_EQ(MakeNewFileName(catalog, KIND_CONVERSION, u"LENGTH"), u"LENGTH_new_new");
-    EXPECT_EQ(MakeNewFileName(catalog, KIND_CALCULATION, u"Length"), u"Length");
-    EXPECT_EQ(MakeNewFileName(catalog, KIND_CONVERSION, u"Odd"), u"Odd_new") << "not in the catalogue, but on disk";
-    EXPECT_EQ(MakeNewFileName(catalog, KIND_CONVERSION, longest + u"2"), longest) << "the cut comes last";
-    EXPECT_TRUE(IsFileNameTaken(catalog, KIND_CONVERSION, longest));
 }
 
 }  // namespace

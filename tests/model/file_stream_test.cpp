@@ -4,7 +4,6 @@
 
 #include <utility>
 
-#include "support/faulty_files.h"
 #include "support/file_bytes.h"
 #include "support/fixed_clock.h"
 #include "support/memory_files.h"
@@ -18,13 +17,12 @@ class FileStream : public testing::Test {
 protected:
     /// A stream that reads the given bytes.
     CVelmFileStream& Reading(Bytes bytes) {
-        memory.Add(NAME, std::move(bytes));
+        files.Add(NAME, std::move(bytes));
         EXPECT_TRUE(stream.OpenRead(NAME));
         return stream;
     }
 
-    MemoryFiles memory;
-    FaultyFiles files{memory};
+    MemoryFiles files;
     FixedClock clock;
     CVelmFileStream stream{files, clock};
 };
@@ -59,7 +57,7 @@ TEST_F(FileStream, ACountedStringHoldsUpTo65535Units) {
 TEST_F(FileStream, FailureToOpenSetsTheErrorFlag) {
     EXPECT_FALSE(stream.HasError());
     EXPECT_FALSE(stream.OpenRead(u""));
-    EXPECT_EQ(memory.opens, 0) << "an empty path does not reach the file system";
+    EXPECT_EQ(files.opens, 0) << "an empty path does not reach the file system";
     EXPECT_TRUE(stream.HasError());
     Reading({});
     EXPECT_FALSE(stream.HasError());
@@ -97,7 +95,7 @@ TEST_F(FileStream, PositionsAreAbsoluteAndBuffersDoNotShow) {
     EXPECT_TRUE(stream.ReadDouble(last));
     EXPECT_EQ(last, 2.5);
     EXPECT_EQ(stream.Remaining(), 0U);
-    EXPECT_LT(files.writes + memory.reads, 40) << "a system call for every integer";
+    EXPECT_LT(files.writes + files.reads, 40) << "a system call for every integer";
 
     EXPECT_EQ(stream.ReadAt(4 * 77, sizeof value, &value), 4);
     EXPECT_EQ(value, 77);
@@ -125,7 +123,7 @@ TEST_F(FileStream, TheFileTimeIsTheLaterByTheLowHalvesOnly) {
     };
     CVelmCalendarTime time;
     for (const auto& [lastWrite, lastAccess, day, rule] : cases) {
-        memory.Add(NAME, {}, {lastWrite, lastAccess});
+        files.Add(NAME, {}, {lastWrite, lastAccess});
         EXPECT_TRUE(stream.OpenRead(NAME) && stream.GetTime(time));
         EXPECT_EQ(time.day, day) << rule;
     }
@@ -151,7 +149,7 @@ TEST_F(FileStream, WhatTheSystemRefusesIsReported) {
         stream.WriteInt(1);
         EXPECT_EQ(stream.Close(), free == 4) << "a stream opened again starts anew";
     }
-    EXPECT_EQ(memory.Content(NAME), FileBytes().Int(1).Get());
+    EXPECT_EQ(files.Content(NAME), FileBytes().Int(1).Get());
 
     Reading(Bytes(100));
     std::int32_t value = 0;

@@ -1,15 +1,19 @@
 #include <gtest/gtest.h>
 
 #include "model/document.h"
-#include "support/faulty_files.h"
 #include "support/file_bytes.h"
+#include "support/memory_files.h"
 #include "support/temporary_folder.h"
 #include "support/test_services.h"
 
 namespace velm::test {
 namespace {
 
-using Names = std::vector<CVelmString>;
+constexpr auto FOLDER = u"data";
+
+CVelmString Path(CVelmStringView name) {
+    return WithSeparator(FOLDER) + CVelmString(name);
+}
 
 class Save : public testing::Test {
 protected:
@@ -22,13 +26,13 @@ protected:
 
     std::unique_ptr<CVelmConversionDoc> Loaded(CVelmStringView name) {
         auto document = std::make_unique<CVelmConversionDoc>(services.Services());
-        EXPECT_TRUE(document->Load(folder.Path(), true, CVelmString(name)));
+        EXPECT_TRUE(document->Load(FOLDER, true, CVelmString(name)));
         return document;
     }
 
     /// A document of `count` units, edited, whose file in the folder has other content.
     std::unique_ptr<CVelmConversionDoc> Edited(int count) {
-        folder.Write(u"f.cnv", EmptyFile());
+        files.Add(Path(u"f.cnv"), EmptyFile());
         auto document = Loaded(u"f");
         for (int i = 0; i < count; ++i) {
             document->AddItem(CreateItem(ITEM_VALUE))->name = u"a unit with a name of some length";
@@ -37,27 +41,34 @@ protected:
         return document;
     }
 
-    TemporaryFolder folder;
-    FaultyFiles files{SystemFiles()};
+    std::string Names() const {
+        std::string names;
+        for (const auto& [path, file] : files.files) {
+            names += ToUtf8(path.substr(Path(u"").size())) + " ";
+        }
+        return names;
+    }
+
+    MemoryFiles files;
     TestServices services{files};
 };
 
 TEST_F(Save, AnyFailureLeavesTheOldFileWholeAndNothingElse) {
     constexpr int UNITS = 1000;
-    ASSERT_TRUE(Edited(UNITS)->Save(folder.Path()));
+    ASSERT_TRUE(Edited(UNITS)->Save(FOLDER));
     const int writes = files.writes;
-    const auto size = folder.Read(u"f.cnv").size();
+    const auto size = files.Content(Path(u"f.cnv")).size();
     ASSERT_GT(writes, 5);
     ASSERT_GE(files.flushes, 1) << "the new file must reach the disk before it takes the old one's place";
     ASSERT_EQ(files.replaces, 1);
 
     const auto expectOldFile = [&] {
         const auto document = Edited(UNITS);
-        EXPECT_FALSE(document->Save(folder.Path()));
+        EXPECT_FALSE(document->Save(FOLDER));
         EXPECT_TRUE(document->IsModified());
         EXPECT_EQ(document->ItemCount(), std::size_t{UNITS});
-        EXPECT_EQ(folder.Read(u"f.cnv"), EmptyFile());
-        EXPECT_EQ(folder.Names(), Names{u"f.cnv"});
+        EXPECT_EQ(files.Content(Path(u"f.cnv")), EmptyFile());
+        EXPECT_EQ(Names(), "f.cnv ");
     };
     for (int number = 1; number <= writes; ++number) {
         SCOPED_TRACE("write " + std::to_string(number));
@@ -74,23 +85,23 @@ TEST_F(Save, AnyFailureLeavesTheOldFileWholeAndNothingElse) {
         expectOldFile();
     }
     files.freeBytes = size + 4;  // the size word is written twice
-    EXPECT_TRUE(Edited(UNITS)->Save(folder.Path()));
+    EXPECT_TRUE(Edited(UNITS)->Save(FOLDER));
 }
 
 TEST_F(Save, UnloadWritesOnlyWhatTheFileDoesNotHoldAlready) {
-    ASSERT_TRUE(Edited(2)->Save(folder.Path()));
+    ASSERT_TRUE(Edited(2)->Save(FOLDER));
     for (const int replaces : {2, 2}) {
         const auto document = Loaded(u"f");
         document->items[0]->name = u"Ell";
-        EXPECT_TRUE(document->Unload(folder.Path()));
+        EXPECT_TRUE(document->Unload(FOLDER));
         EXPECT_EQ(files.replaces, replaces);
     }
     const auto open = Loaded(u"f");
     const auto elsewhere = Loaded(u"f");
     elsewhere->Touch(u"newer");
-    EXPECT_TRUE(elsewhere->Save(folder.Path()));
+    EXPECT_TRUE(elsewhere->Save(FOLDER));
     open->items[0]->name = u"";
-    EXPECT_TRUE(open->Unload(folder.Path()));
+    EXPECT_TRUE(open->Unload(FOLDER));
     EXPECT_EQ(Loaded(u"f")->updatedText, u"newer") << "what another program wrote stays when nothing was edited";
     EXPECT_EQ(Loaded(u"f")->items[0]->name, u"Ell");
 }
@@ -98,76 +109,79 @@ TEST_F(Save, UnloadWritesOnlyWhatTheFileDoesNotHoldAlready) {
 TEST_F(Save, ANewDocumentNeedsNoOldFile) {
     CVelmCalculationDoc document(services.Services());
     document.fileName = u"New";
-    EXPECT_FALSE(document.Save(folder.PathOf(u"missing")));
+    files.failingOpenForWriting = true;
+    EXPECT_FALSE(document.Save(FOLDER));
+    files.failingOpenForWriting = false;
     document.Touch();
-    EXPECT_TRUE(document.Save(folder.Path()));
+    EXPECT_TRUE(document.Save(FOLDER));
     EXPECT_FALSE(document.IsModified());
-    EXPECT_EQ(folder.Names(), Names{u"New.cal"});
+    EXPECT_EQ(Names(), "New.cal ");
 }
 
 TEST_F(Save, ATextThatCouldNotBeReadAgainIsNotWritten) {
     const auto document = Edited(1);
     document->title = CVelmString(65536, u'x');
-    EXPECT_FALSE(document->Save(folder.Path()));
-    EXPECT_EQ(folder.Read(u"f.cnv"), EmptyFile());
+    EXPECT_FALSE(document->Save(FOLDER));
+    EXPECT_EQ(files.Content(Path(u"f.cnv")), EmptyFile());
     document->title.pop_back();
-    folder.WriteText(u"f.cnv.tmp", "mine");
-    EXPECT_TRUE(document->Save(folder.Path()));
-    EXPECT_EQ(folder.Names(), (Names{u"f.cnv", u"f.cnv.tmp"})) << "a temporary name in use is left alone";
-    EXPECT_EQ(folder.Read(u"f.cnv.tmp").size(), 4U);
+    files.AddText(Path(u"f.cnv.tmp"), "mine");
+    EXPECT_TRUE(document->Save(FOLDER));
+    EXPECT_EQ(Names(), "f.cnv f.cnv.tmp ") << "a temporary name in use is left alone";
+    EXPECT_EQ(files.Content(Path(u"f.cnv.tmp")).size(), 4U);
 }
 
 TEST_F(Save, WhatWasReadInPartIsKeptBesideTheFirstTimeOnly) {
     // The other one has bytes behind its last record.
     for (const Bytes& bytes :
          {FileWithDroppedRecord(), FileBytes().Header(u"", u"", u"").Int(0).Int(0).Int(7).Sized()}) {
-        folder.Write(u"f.cnv", bytes);
+        files.Add(Path(u"f.cnv"), bytes);
         CVelmConversionDoc document(services.Services());
-        ASSERT_TRUE(document.Load(folder.Path(), false, u"f"));
-        EXPECT_EQ(folder.Names(), Names{u"f.cnv"}) << "reading alone keeps nothing";
-        ASSERT_TRUE(document.EnsureLoaded(folder.Path()));
+        ASSERT_TRUE(document.Load(FOLDER, false, u"f"));
+        EXPECT_EQ(Names(), "f.cnv ") << "reading alone keeps nothing";
+        ASSERT_TRUE(document.EnsureLoaded(FOLDER));
         files.failingWrite = files.writes + 1;
-        EXPECT_FALSE(document.Save(folder.Path())) << "without room for the copy the original stays";
-        EXPECT_EQ(folder.Names(), Names{u"f.cnv"});
-        EXPECT_EQ(folder.Read(u"f.cnv"), bytes);
+        EXPECT_FALSE(document.Save(FOLDER)) << "without room for the copy the original stays";
+        EXPECT_EQ(Names(), "f.cnv ");
+        EXPECT_EQ(files.Content(Path(u"f.cnv")), bytes);
         for (int save = 0; save < 2; ++save) {
-            ASSERT_TRUE(document.Save(folder.Path()));
-            EXPECT_EQ(folder.Read(u"f.cnv.bak"), bytes) << "the copy is the original's, not the last save's";
+            ASSERT_TRUE(document.Save(FOLDER));
+            EXPECT_EQ(files.Content(Path(u"f.cnv.bak")), bytes) << "the copy is the original's, not the last save's";
             document.Touch();
         }
-        SystemFiles().Remove(folder.PathOf(u"f.cnv.bak"));
+        files.Remove(Path(u"f.cnv.bak"));
     }
-    folder.Write(u"f.cnv", FileWithDroppedRecord());
-    folder.WriteText(u"f.cnv.bak", "older");
-    ASSERT_TRUE(Loaded(u"f")->Save(folder.Path()));
-    EXPECT_EQ(folder.Read(u"f.cnv.bak").size(), 5U) << "a copy that is there is not overwritten";
-    EXPECT_NE(folder.Read(u"f.cnv"), FileWithDroppedRecord());
+    files.Add(Path(u"f.cnv"), FileWithDroppedRecord());
+    files.AddText(Path(u"f.cnv.bak"), "older");
+    ASSERT_TRUE(Loaded(u"f")->Save(FOLDER));
+    EXPECT_EQ(files.Content(Path(u"f.cnv.bak")).size(), 5U) << "a copy that is there is not overwritten";
+    EXPECT_NE(files.Content(Path(u"f.cnv")), FileWithDroppedRecord());
 }
 
 TEST_F(Save, AnOlderFileThatCannotBeRewrittenIsStillRead) {
     const Bytes older = FileBytes().Int(0xC0215192).Text(u"Old").Int(0).Int(0).Int(0).Get();
-    folder.Write(u"f.cnv", older);
+    files.Add(Path(u"f.cnv"), older);
     files.failingOpenForWriting = true;
     const auto document = Loaded(u"f");
     EXPECT_EQ(document->title, u"Old");
-    EXPECT_EQ(folder.Read(u"f.cnv"), older);
+    EXPECT_EQ(files.Content(Path(u"f.cnv")), older);
     files.failingOpenForWriting = false;
-    EXPECT_TRUE(document->Save(folder.Path()));
-    EXPECT_EQ(folder.Names(), (Names{u"f.cnv", u"f.cnv.bak"}));
+    EXPECT_TRUE(document->Save(FOLDER));
+    EXPECT_EQ(Names(), "f.cnv f.cnv.bak ");
 }
 
-TEST_F(Save, AFileIsFoundAndReplacedWhateverTheLetterCaseOfItsName) {
+TEST(SaveOnDisk, AFileIsFoundAndReplacedWhateverTheLetterCaseOfItsName) {
     for (const CVelmString name : {u"Area.CNV", u"vOLUME.cNv", u"Power.cnv"}) {
-        folder.Write(name, EmptyFile());
-        const auto document = Loaded(ToLowerAscii(name.substr(0, name.size() - 4)));
-        document->title = u"Changed";
-        document->Touch();
-        EXPECT_TRUE(document->Unload(folder.Path()));
-        EXPECT_EQ(folder.Names(), Names{name}) << "not a second file beside it";
-        EXPECT_NE(folder.Read(name), EmptyFile());
-        document->fileName = u"Renamed";
-        EXPECT_EQ(document->PathIn(folder.Path()), folder.PathOf(u"Renamed.cnv"));
-        ASSERT_TRUE(SystemFiles().Remove(folder.PathOf(name)));
+        const TemporaryFolder folder;
+        folder.Write(name, FileBytes().Header(u"old", u"old", u"old").Int(0).Int(0).Sized());
+        CVelmConversionDoc document(SystemServices());
+        ASSERT_TRUE(document.Load(folder.Path(), true, ToLowerAscii(name.substr(0, name.size() - 4))));
+        document.title = u"Changed";
+        document.Touch(u"now");
+        EXPECT_TRUE(document.Unload(folder.Path()));
+        EXPECT_EQ(folder.Names(), std::vector{name}) << "not a second file beside it";
+        EXPECT_EQ(folder.Read(name), FileBytes().Header(u"now", u"Changed", u"old").Int(0).Int(0).Sized());
+        document.fileName = u"Renamed";
+        EXPECT_EQ(document.PathIn(folder.Path()), folder.PathOf(u"Renamed.cnv"));
     }
 }
 

@@ -69,8 +69,17 @@ protected:
     /// Starts the program and waits until it gets the keys that are pressed.
     void StartVelmora() const {
         Start(u"Velmora.exe");
-        const HWND frame = WaitForWindow(FRAME_CLASS);
+        WaitForKeys(WaitForWindow(FRAME_CLASS));
+    }
+
+    static void WaitForKeys(HWND frame) {
         ASSERT_TRUE(WaitUntil([frame] { return GetForegroundWindow() == frame; }));
+    }
+
+    /// The calculator as Velmora opens it, with the value handed to it.
+    static HWND OpenCalculator() {
+        Press('K', VK_CONTROL);
+        return FindWindowExW(WaitForWindow(CALCULATOR_CLASS), nullptr, L"EDIT", nullptr);
     }
 
     static void Press(WORD key, WORD held = 0, int times = 1) {
@@ -116,6 +125,9 @@ protected:
 
 TEST_F(UnpackedPrograms, ConvertMilesAndHandThemToTheCalculator) {
     StartVelmora();
+    EXPECT_EQ(Text(OpenCalculator()), "") << "there is no value yet";
+    Close(FindWindowW(CALCULATOR_CLASS, nullptr));
+    WaitForKeys(FindWindowW(FRAME_CLASS, nullptr));
     constexpr int ROWS_FROM_KILOMETERS_TO_MILES = 7;
     Press(VK_DOWN);
     Press(VK_DOWN, 0, ROWS_FROM_KILOMETERS_TO_MILES);
@@ -131,8 +143,7 @@ TEST_F(UnpackedPrograms, ConvertMilesAndHandThemToTheCalculator) {
         return ClipboardText() == "42.1648128";
     })) << ClipboardText();
     Press(VK_DOWN, 0, ROWS_FROM_KILOMETERS_TO_MILES);
-    Press('K', VK_CONTROL);
-    const HWND expression = FindWindowExW(WaitForWindow(CALCULATOR_CLASS), nullptr, L"EDIT", nullptr);
+    const HWND expression = OpenCalculator();
     EXPECT_TRUE(WaitUntil([&] { return Text(expression) == "26.2"; })) << Text(expression);
 }
 
@@ -151,12 +162,14 @@ TEST_F(UnpackedPrograms, HelpOpensAtAnyOfItsPlaces) {
     }
 }
 
-TEST_F(UnpackedPrograms, ASecondCalculatorBringsTheFirstToTheFront) {
-    Start(u"Tallyra.exe");
-    const HWND calculator = WaitForWindow(CALCULATOR_CLASS);
-    ShowWindow(calculator, SW_MINIMIZE);
-    EXPECT_EQ(WaitForSingleObject(Start(u"Tallyra.exe").get(), 20000), WAIT_OBJECT_0) << "the second one stays";
-    EXPECT_TRUE(WaitUntil([&] { return !IsIconic(calculator) && GetForegroundWindow() == calculator; }));
+TEST_F(UnpackedPrograms, ASecondStartBringsTheFirstToTheFront) {
+    for (const auto& [program, name] : {std::pair{u"Tallyra.exe", CALCULATOR_CLASS}, {u"Velmora.exe", FRAME_CLASS}}) {
+        Start(program);
+        const HWND window = WaitForWindow(name);
+        ShowWindow(window, SW_MINIMIZE);
+        EXPECT_EQ(WaitForSingleObject(Start(program).get(), 20000), WAIT_OBJECT_0) << "the second one stays";
+        EXPECT_TRUE(WaitUntil([&] { return !IsIconic(window) && GetForegroundWindow() == window; }));
+    }
 }
 
 }  // namespace

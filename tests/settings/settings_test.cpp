@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <random>
 
 #include "model/catalog.h"
 #include "platform/file.h"
@@ -103,6 +104,26 @@ TEST(Settings, EachEmptyFieldFallsBackAloneAndTextsWithoutEndsAreEnded) {
     const CVelmSettings settings = Load(empty, longFolder);
     EXPECT_EQ(settings.dataFolder[0], u'\0') << "a program folder too long for the field is not cut";
     EXPECT_EQ(DataFolder(settings, longFolder), WithSeparator(longFolder + u"Conversions"));
+}
+
+TEST(Settings, WhateverIsStoredIsReadWithinItsFieldsAndComesBack) {
+    std::mt19937 random(1);
+    for (int round = 0; round < 5000; ++round) {
+        MemoryOptions store;
+        store.stored.emplace(sizeof(CVelmSettings));
+        for (std::byte& byte : *store.stored) {
+            byte = random() % 3 != 0 ? static_cast<std::byte>(random() % (round % 2 == 0 ? 4 : 256)) : std::byte{0};
+        }
+        CVelmSettings settings = Load(store);
+        for (const CVelmString& text :
+             {CVelmString(FirstOpenFile(settings)), DataFolder(settings, PROGRAM_FOLDER), UpdateUrl(settings)}) {
+            ASSERT_TRUE(!text.empty() && text.size() < 192) << round;
+        }
+        SetField(settings.updateUrl, UpdateUrl(settings));
+        ASSERT_EQ(SaveSettings(settings, store), 0);
+        const CVelmSettings again = Load(store);
+        ASSERT_EQ(std::memcmp(&again, &settings, sizeof settings), 0) << round;
+    }
 }
 
 TEST(Settings, TheOpenFileListHoldsTheFirstSixNamesThatFit) {

@@ -1,16 +1,63 @@
 #include "support/http_server.h"
 
+#ifdef _WIN32
+#include <winsock2.h>
+#include <ws2tcpip.h>
+#else
+#include <arpa/inet.h>
+#include <sys/select.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#endif
+
+#include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 namespace velm::test {
 namespace {
 
-constexpr int POLL_MILLISECONDS = 10;
+// The two systems have the same calls, but not the same types.
+#ifdef _WIN32
+using Number = SOCKET;
+using Count = int;
+constexpr int NO_SIGNAL = 0;
+constexpr auto CloseSocket = closesocket;
+#else
+using Number = int;
+using Count = std::size_t;
+constexpr int NO_SIGNAL = MSG_NOSIGNAL;
+constexpr auto CloseSocket = close;
+#endif
 
-/// The second word of the first line.
-std::string PathOf(const std::string& request) {
-    const std::size_t start = request.find(' ') + 1;
-    return request.substr(start, request.find(' ', start) - start);
+constexpr int POLL_MILLISECONDS = 10;
+constexpr int PATIENCE_MILLISECONDS = 5000;
+
+bool IsReadable(Number socket, int milliseconds) {
+    fd_set sockets;
+    FD_ZERO(&sockets);
+    FD_SET(socket, &sockets);
+    timeval time{milliseconds / 1000, milliseconds % 1000 * 1000};
+    return select(static_cast<int>(socket) + 1, &sockets, nullptr, nullptr, &time) > 0;
+}
+
+/// A socket that listens on a free port of 127.0.0.1.
+Number Listen(std::uint16_t& port) {
+#ifdef _WIN32
+    WSADATA data;
+    WSAStartup(MAKEWORD(2, 2), &data);
+#endif
+    const Number number = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    auto* generic = reinterpret_cast<sockaddr*>(&address);
+    if (bind(number, generic, length) != 0 || listen(number, 16) != 0 || getsockname(number, generic, &length) != 0) {
+        throw std::runtime_error("no port to listen on");
+    }
+    port = ntohs(address.sin_port);
+    return number;
 }
 
 std::string WithHead(std::string_view status, std::string_view extra, std::string_view body) {
@@ -22,11 +69,14 @@ std::string WithHead(std::string_view status, std::string_view extra, std::strin
 
 }  // namespace
 
-HttpServer::HttpServer() : listening_(Listen(port_)), thread_([this] { Run(); }) {}
+HttpServer::HttpServer() : open_{static_cast<Socket>(Listen(port_))}, thread_([this] { Run(); }) {}
 
 HttpServer::~HttpServer() {
     stopping_ = true;
     thread_.join();
+    for (const Socket socket : open_) {
+        CloseSocket(static_cast<Number>(socket));
+    }
 }
 
 std::string HttpServer::Address(std::string_view path) const {
@@ -54,29 +104,44 @@ int HttpServer::Requests(const std::string& path) const {
 
 void HttpServer::Run() {
     while (!stopping_) {
-        if (auto connection = listening_->Accept(POLL_MILLISECONDS)) {
-            Answer(std::move(connection));
+        if (const auto listening = static_cast<Number>(open_.front()); IsReadable(listening, POLL_MILLISECONDS)) {
+            Answer(static_cast<Socket>(accept(listening, nullptr, nullptr)));
         }
     }
 }
 
-void HttpServer::Answer(std::unique_ptr<Socket> connection) {
-    const std::string path = PathOf(connection->ReceiveUpTo("\r\n\r\n"));
-    std::string answer = WithHead("404 Not Found", "", "no such page");
-    {
-        const std::lock_guard lock(mutex_);
-        ++requests_[path];
-        if (const auto found = answers_.find(path); found != answers_.end()) {
-            answer = found->second;
-        } else if (const TemporaryFolder* folder = folder_;
-                   folder != nullptr && path.size() > 1 && folder->Contains(FromUtf8(path.substr(1)))) {
-            const Bytes file = folder->Read(FromUtf8(path.substr(1)));
-            answer = WithHead("200 OK", "", std::string(file.begin(), file.end()));
-        }
+std::string HttpServer::PageOf(const std::string& path) {
+    const std::lock_guard lock(mutex_);
+    ++requests_[path];
+    if (const auto found = answers_.find(path); found != answers_.end()) {
+        return found->second;
     }
-    connection->SendAll(answer);
+    const CVelmString name = FromUtf8(path.substr(std::min<std::size_t>(1, path.size())));
+    if (const TemporaryFolder* folder = folder_; folder != nullptr && !name.empty() && folder->Contains(name)) {
+        const Bytes file = folder->Read(name);
+        return WithHead("200 OK", "", std::string(file.begin(), file.end()));
+    }
+    return WithHead("404 Not Found", "", "no such page");
+}
+
+void HttpServer::Answer(Socket connection) {
+    const auto socket = static_cast<Number>(connection);
+    std::string request;
+    for (char c = 0;
+         !request.ends_with("\r\n\r\n") && IsReadable(socket, PATIENCE_MILLISECONDS) && recv(socket, &c, 1, 0) == 1;) {
+        request += c;
+    }
+    const std::size_t start = request.find(' ') + 1;  // the path is the second word
+    const std::string answer = PageOf(request.substr(start, request.find(' ', start) - start));
+    for (std::string_view rest = answer; !rest.empty();) {
+        const auto sent =
+            send(socket, rest.data(), static_cast<Count>(std::min<std::size_t>(rest.size(), 1 << 20)), NO_SIGNAL);
+        rest.remove_prefix(sent > 0 ? static_cast<std::size_t>(sent) : rest.size());
+    }
     if (answer.empty()) {
-        silent_.push_back(std::move(connection));
+        open_.push_back(connection);
+    } else {
+        CloseSocket(socket);
     }
 }
 

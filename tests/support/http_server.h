@@ -1,8 +1,8 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <map>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "platform/text.h"
-#include "support/sockets.h"
 #include "support/temporary_folder.h"
 
 namespace velm::test {
@@ -46,16 +45,18 @@ public:
     int Requests(const std::string& path) const;
 
 private:
+    using Socket = std::intptr_t;
+
     void Run();
-    void Answer(std::unique_ptr<Socket> connection);
+    void Answer(Socket connection);
+    std::string PageOf(const std::string& path);
 
     std::uint16_t port_ = 0;
-    std::unique_ptr<Socket> listening_;
+    std::vector<Socket> open_;  ///< the listening one, and those that are never answered
     std::atomic<const TemporaryFolder*> folder_ = nullptr;
     mutable std::mutex mutex_;  ///< guards the two maps
     std::map<std::string, std::string> answers_;
     std::map<std::string, int> requests_;
-    std::vector<std::unique_ptr<Socket>> silent_;
     std::atomic<bool> stopping_ = false;
     std::thread thread_;
 };

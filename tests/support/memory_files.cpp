@@ -12,21 +12,24 @@ public:
     OpenMemoryFile(MemoryFiles& owner, std::shared_ptr<MemoryFile> file) : owner_(owner), file_(std::move(file)) {}
 
     std::int64_t Read(void* buffer, std::size_t count) override {
-        ++owner_.reads;
+        if (++owner_.reads == owner_.failingRead) {
+            return -1;
+        }
         const std::size_t start = std::min(position_, file_->bytes.size());
         const std::size_t moved = std::min(count, file_->bytes.size() - start);
-        std::copy_n(file_->bytes.begin() + static_cast<std::ptrdiff_t>(start), moved,
-                    static_cast<std::uint8_t*>(buffer));
+        std::copy_n(file_->bytes.data() + start, moved, static_cast<std::uint8_t*>(buffer));
         position_ += moved;
         return static_cast<std::int64_t>(moved);
     }
 
     std::int64_t Write(const void* buffer, std::size_t count) override {
-        ++owner_.writes;
-        file_->bytes.resize(std::max(file_->bytes.size(), position_ + count));
-        std::copy_n(static_cast<const std::uint8_t*>(buffer), count, file_->bytes.data() + position_);
-        position_ += count;
-        return static_cast<std::int64_t>(count);
+        if (++owner_.writes == owner_.failingWrite) {
+            return -1;
+        }
+        const auto fitting = static_cast<std::size_t>(std::min<std::uint64_t>(count, owner_.freeBytes));
+        owner_.freeBytes -= fitting;
+        const auto* bytes = static_cast<const std::uint8_t*>(buffer);
+        return Put(bytes, fitting / 2) + Put(bytes + fitting / 2, fitting - fitting / 2);
     }
 
     bool Seek(std::uint64_t position) override {
@@ -36,9 +39,19 @@ public:
     bool SeekToEnd() override { return Seek(file_->bytes.size()); }
     std::optional<std::uint64_t> Size() override { return file_->bytes.size(); }
     std::optional<CVelmFileTimes> Times() override { return file_->times; }
-    bool Flush() override { return true; }
+    bool Flush() override { return ++owner_.flushes != owner_.failingFlush; }
 
 private:
+    std::int64_t Put(const std::uint8_t* bytes, std::size_t count) {
+        if (!owner_.Step()) {
+            return 0;
+        }
+        file_->bytes.resize(std::max(file_->bytes.size(), position_ + count));
+        std::copy_n(bytes, count, file_->bytes.data() + position_);
+        position_ += count;
+        return static_cast<std::int64_t>(count);
+    }
+
     MemoryFiles& owner_;
     std::shared_ptr<MemoryFile> file_;
     std::size_t position_ = 0;
@@ -49,7 +62,8 @@ private:
 std::unique_ptr<CVelmFile> MemoryFiles::Open(const CVelmString& path, FileMode mode) {
     ++opens;
     const bool wantsExisting = mode == FileMode::Read || mode == FileMode::Append;
-    if (mode != FileMode::Write && wantsExisting != Exists(path)) {
+    const bool isRefused = mode != FileMode::Read && (failingOpenForWriting || !Step());
+    if (isRefused || (mode != FileMode::Write && wantsExisting != Exists(path))) {
         return nullptr;
     }
     if (!wantsExisting) {
@@ -63,11 +77,10 @@ std::unique_ptr<CVelmFile> MemoryFiles::Open(const CVelmString& path, FileMode m
 }
 
 bool MemoryFiles::Replace(const CVelmString& from, const CVelmString& to) {
-    auto file = files.extract(from);
-    if (file.empty()) {
+    if (++replaces == failingReplace || !Exists(from) || !Step()) {
         return false;
     }
-    files[to] = std::move(file.mapped());
+    files[to] = files.extract(from).mapped();
     return true;
 }
 

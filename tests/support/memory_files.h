@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <limits>
 #include <map>
 #include <memory>
 
@@ -14,26 +16,44 @@ struct MemoryFile {
     CVelmFileTimes times;
 };
 
-/// A file system that keeps its files in memory. Names are exact, letter case included.
+/// A file system that keeps its files in memory and fails where a test asks for it. Names are exact, letter case
+/// included. Calls are counted from 1 over all files; 0 means that no call fails.
 class MemoryFiles : public CVelmFileSystem {
 public:
     std::unique_ptr<CVelmFile> Open(const CVelmString& path, FileMode mode) override;
     bool Replace(const CVelmString& from, const CVelmString& to) override;
-    bool Remove(const CVelmString& path) override { return files.erase(path) > 0; }
+    bool Remove(const CVelmString& path) override { return Step() && files.erase(path) > 0; }
     bool Exists(const CVelmString& path) override { return files.count(path) > 0; }
     std::optional<std::vector<CVelmFolderEntry>> List(const CVelmString& folder) override;
 
     void Add(const CVelmString& path, Bytes bytes, CVelmFileTimes times = {}) {
         files[path] = std::make_shared<MemoryFile>(MemoryFile{std::move(bytes), times});
     }
+    void AddText(const CVelmString& path, std::string_view text) { Add(path, Bytes(text.begin(), text.end())); }
 
     /// Empty for a missing file.
     Bytes Content(const CVelmString& path) const { return files.count(path) > 0 ? files.at(path)->bytes : Bytes(); }
 
+    /// Whether the power is still on when the disk is to be changed.
+    bool Step() { return stepsLeft-- > 0; }
+
     std::map<CVelmString, std::shared_ptr<MemoryFile>> files;
-    int opens = 0;  ///< calls of Open
-    int reads = 0;  ///< calls of Read on any file
+    int opens = 0;
+    int reads = 0;
     int writes = 0;
+    int flushes = 0;
+    int replaces = 0;
+
+    int failingRead = 0;
+    int failingWrite = 0;
+    int failingFlush = 0;
+    int failingReplace = 0;
+    bool failingOpenForWriting = false;                                   ///< as on a read-only folder
+    std::uint64_t freeBytes = std::numeric_limits<std::uint64_t>::max();  ///< a disk that is full after so many
+
+    /// The power fails after so many steps, which are calls that may change the disk and halves of writes: from then on
+    /// nothing is changed.
+    int stepsLeft = std::numeric_limits<int>::max();
 };
 
 }  // namespace velm::test

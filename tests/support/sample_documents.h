@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 
+#include "formats/decimal_format.h"
 #include "model/document.h"
 #include "support/test_services.h"
 
@@ -44,21 +45,18 @@ inline CVelmConversion& JoinByFormulas(CVelmConversionDoc& document, std::size_t
     return conversion;
 }
 
-/// The conversions of a document in order: "USD*0.5=EUR " or, with formulas, "USD{x+1|x-1}EUR ".
+/// The conversions of a document in order: "USD*0.5+32=EUR " or, with formulas, "USD{x+1|x-1}EUR ".
 inline std::string Conversions(const CVelmConversionDoc& document) {
-    std::string text;
+    CVelmString text;
     for (const auto& conversion : document.conversions) {
-        text += ToUtf8(conversion->unit1->ShortName());
-        if (conversion->IsFormula()) {
-            text += "{" + ToUtf8(conversion->forwardFormula + u"|" + conversion->reverseFormula) + "}";
-        } else {
-            std::string factor = std::to_string(conversion->factor);
-            factor.erase(factor.find_last_not_of('0') + 1);
-            text += "*" + factor + (conversion->offset == 0.0 ? "=" : "+offset=");
-        }
-        text += ToUtf8(conversion->unit2->ShortName()) + " ";
+        const CVelmString offset = FormatDecimal(conversion->offset, false);
+        text += conversion->unit1->ShortName();
+        text += conversion->IsFormula()
+                    ? u"{" + conversion->forwardFormula + u"|" + conversion->reverseFormula + u"}"
+                    : u"*" + FormatDecimal(conversion->factor, false) + (offset == u"0" ? u"=" : u"+" + offset + u"=");
+        text += conversion->unit2->ShortName() + u" ";
     }
-    return text;
+    return ToUtf8(text);
 }
 
 /// The values of all items to that many digits: "3 none error 2.5".

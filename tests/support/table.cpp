@@ -17,6 +17,14 @@ std::vector<std::string> Split(const std::string& text, const std::string& separ
     return parts;
 }
 
+std::string Join(const std::vector<std::string>& texts, const std::string& separator) {
+    std::string joined;
+    for (const std::string& text : texts) {
+        joined += (&text == texts.data() ? "" : separator) + text;
+    }
+    return joined;
+}
+
 std::vector<std::vector<std::string>> ReadTable(const std::string& path, const std::string& separator) {
     std::vector<std::vector<std::string>> rows;
     std::ifstream file(path);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -11,5 +13,21 @@ std::vector<std::vector<std::string>> ReadTable(const std::string& path, const s
 
 /// The parts of a text without the blanks around them; at least one.
 std::vector<std::string> Split(const std::string& text, const std::string& separator);
+
+/// The texts with the separator between them.
+std::string Join(const std::vector<std::string>& texts, const std::string& separator = ", ");
+
+/// What printf would write.
+template <typename... Values>
+std::string Print(const char* format, Values... values) {
+    std::array<char, 100> text{};
+    std::snprintf(text.data(), text.size(), format, values...);
+    return text.data();
+}
+
+/// The text up to its first line end.
+inline std::string FirstLine(const std::string& text) {
+    return text.substr(0, text.find_first_of("\r\n"));
+}
 
 }  // namespace velm::test

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "support/faulty_files.h"
 #include "support/memory_files.h"
 #include "support/sample_documents.h"
 #include "update/page_fetcher.h"
@@ -44,7 +43,7 @@ protected:
     /// The folder's files behind the two documents, which no run may touch, with their sizes.
     std::string Stored() const {
         std::string names;
-        for (const auto& [path, file] : memory.files) {
+        for (const auto& [path, file] : files.files) {
             const std::string name = ToUtf8(path.substr(path.find(FolderSeparator) + 1));
             names += name + (name.ends_with(".cnv") ? " " : ":" + std::to_string(file->bytes.size()) + " ");
         }
@@ -53,12 +52,11 @@ protected:
 
     static constexpr const char* NOTHING = "Currency.cnv Weight.cnv ";
 
-    MemoryFiles memory;
-    FaultyFiles files{memory};
+    MemoryFiles files;
     TestServices services{files};
     CVelmCatalog catalog{services.Services()};
     PageFetcher fetcher{[this](const std::string& page) {
-        memory.Add(u"cached", Bytes(page.begin(), page.end()));
+        files.AddText(u"cached", page);
         return CVelmString(u"cached");
     }};
 };
@@ -72,12 +70,13 @@ TEST_F(DownloaderTest, StoresEveryUpdateThatTheListNames) {
     }
     EXPECT_EQ(Stored(), "Currency.cnv Currency.upd:41 Unknown.upd:40 Weight.cnv Weight.upd:39 ")
         << "spelled as the document";
-    const Bytes weight = memory.Content(catalog.Folder() + u"Weight.upd");
+    const Bytes weight = files.Content(catalog.Folder() + u"Weight.upd");
     EXPECT_EQ(std::string(weight.begin(), weight.end()), UpdateFor("WEIGHT"));
 }
 
 TEST_F(DownloaderTest, WhatIsNoUpdateOfADataFileIsLeftAside) {
-    const std::string names[] = {"..\\..\\x", "../x", "C:x", "con", std::string("a\0b", 3), ""};
+    const std::string names[] = {"..\\..\\x",          "../x", "C:x", "con", "a..b", std::string("a\0b", 3), "",
+                                 std::string(121, 'n')};
     std::vector<std::string> urls = {"http://welcome", "http://nameless"};
     fetcher.pages["http://welcome"] = "<html>Welcome to the network</html>\nhttp://trap";
     fetcher.pages["http://nameless"] = "VLMUPD\r\nUSD\tEUR\t2\r\n";

@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "support/faulty_files.h"
 #include "support/memory_files.h"
 #include "support/sample_documents.h"
+#include "update/downloader.h"
+#include "update/page_fetcher.h"
 
 namespace velm::test {
 namespace {
@@ -18,7 +19,7 @@ protected:
         Join(*stored, 0, 1, 0.5, 3.0);
         JoinByFormulas(*stored, 1, 2, u"x+1", u"x-1");
         EXPECT_TRUE(stored->Save(catalog.Folder()));
-        before = memory.Content(catalog.Folder() + u"Currency.cnv");
+        before = files.Content(catalog.Folder() + u"Currency.cnv");
     }
 
     CVelmConversionDoc& Open() {
@@ -28,17 +29,16 @@ protected:
     }
 
     bool MergeText(CVelmConversionDoc& document, std::string_view text) {
-        memory.Add(catalog.Folder() + document.fileName + u".upd", Bytes(text.begin(), text.end()));
+        files.AddText(catalog.Folder() + document.fileName + u".upd", text);
         return Merge(document, catalog, context);
     }
 
-    bool IsPending() { return memory.Exists(catalog.Folder() + u"Currency.upd"); }
-    bool IsUnchanged() const { return memory.Content(catalog.Folder() + u"Currency.cnv") == before; }
+    bool IsPending() { return files.Exists(catalog.Folder() + u"Currency.upd"); }
+    bool IsUnchanged() const { return files.Content(catalog.Folder() + u"Currency.cnv") == before; }
 
-    static constexpr const char* BEFORE = "USD*0.5+offset=EUR EUR{x+1|x-1}GBP ";
+    static constexpr const char* BEFORE = "USD*0.5+3=EUR EUR{x+1|x-1}GBP ";
 
-    MemoryFiles memory;
-    FaultyFiles files{memory};
+    MemoryFiles files;
     TestServices services{files};
     FormulaContext context{services.clock};
     CVelmCatalog catalog{services.Services()};
@@ -51,16 +51,16 @@ TEST_F(MergeTest, SetsReversesReplacesAndAddsConversions) {
         const char* conversions;
     } cases[] = {
         {"VLMUPD 1\r\n--File Name:Currency\r\neur\tusd\t1/0.8\r\nEUR\tGBP\t0.75\r\nUSD\tJPY\t150",
-         "EUR*1.25=USD EUR*0.75=GBP USD*150.=JPY "},
+         "EUR*1.25=USD EUR*0.75=GBP USD*150=JPY "},
         // The first line says nothing, and the last rate of a pair holds.
-        {"VLMUPDUSD\tJPY\t1\rUSD\tEUR\t2\rEUR\tUSD\t4\r", "EUR*4.=USD EUR{x+1|x-1}GBP "},
+        {"VLMUPDUSD\tJPY\t1\rUSD\tEUR\t2\rEUR\tUSD\t4\r", "EUR*4=USD EUR{x+1|x-1}GBP "},
         // No line of these is a rate of the document.
         {"VLMUPD\n--USD\tEUR\t9\nUSD\tEUR\nUSD\tEUR\t\nUSD\tEUR\t0\nUSD\tEUR\t1-1\nUSD\tEUR\ttext\nUSD EUR 2\n"
          "USD\tEUR\t1/0\nUSD\tXXX\t2\nXXX\tUSD\t2\n\tEUR\t2\nUSD\t\t2\nUSD\tUSD\t2\nUSD\tEUR\t2\t3\n",
          BEFORE},
     };
     for (const auto& [update, conversions] : cases) {
-        memory.Add(catalog.Folder() + u"Currency.cnv", before);
+        files.Add(catalog.Folder() + u"Currency.cnv", before);
         CVelmConversionDoc& document = Open();
         ASSERT_EQ(Conversions(document), BEFORE);
         EXPECT_TRUE(MergeText(document, update));
@@ -102,7 +102,7 @@ TEST_F(MergeTest, LeavesEverythingAloneWithoutAWholeUpdateFile) {
     EXPECT_TRUE(IsUnchanged());
 
     before.push_back(0);
-    memory.Add(catalog.Folder() + u"Currency.cnv", before);
+    files.Add(catalog.Folder() + u"Currency.cnv", before);
     CVelmConversionDoc damaged(services.Services());
     damaged.fileName = u"Currency";
     damaged.loaded = false;
@@ -115,14 +115,14 @@ TEST_F(MergeTest, TheUpdateFileStaysUntilTheDocumentIsSaved) {
     CVelmConversionDoc& document = Open();
     files.failingOpenForWriting = true;
     EXPECT_TRUE(MergeText(document, "VLMUPD\nUSD\tEUR\t2\n"));
-    EXPECT_EQ(Conversions(document), "USD*2.=EUR EUR{x+1|x-1}GBP ");
+    EXPECT_EQ(Conversions(document), "USD*2=EUR EUR{x+1|x-1}GBP ");
     EXPECT_TRUE(document.IsModified());
     EXPECT_TRUE(IsPending());
     EXPECT_TRUE(IsUnchanged());
 
     files.failingOpenForWriting = false;
     EXPECT_TRUE(Merge(Open(), catalog, context)) << "merged again when it is opened the next time";
-    EXPECT_EQ(Conversions(Open()), "USD*2.=EUR EUR{x+1|x-1}GBP ");
+    EXPECT_EQ(Conversions(Open()), "USD*2=EUR EUR{x+1|x-1}GBP ");
     EXPECT_FALSE(IsPending());
 }
 
@@ -130,13 +130,53 @@ TEST_F(MergeTest, HappensWhenTheCatalogueOpensTheDocument) {
     MakeConversionDoc(services.Services(), u"Other")->Save(catalog.Folder());
     catalog.AddFiles(CVelmStringView(u"Other.cnv\0Currency.cnv\0", 23));
     MergeWhenOpened(catalog, context);
-    const std::string_view update = "VLMUPD\nUSD\tEUR\t2\n";
-    memory.Add(catalog.Folder() + u"CURRENCY.upd", Bytes(update.begin(), update.end()));
+    files.AddText(catalog.Folder() + u"CURRENCY.upd", "VLMUPD\nUSD\tEUR\t2\n");
     catalog.Activate(0);
     EXPECT_TRUE(IsUnchanged());
     catalog.Activate(1);
-    EXPECT_FALSE(memory.Exists(catalog.Folder() + u"CURRENCY.upd"));
-    EXPECT_EQ(Conversions(Open()), "USD*2.=EUR EUR{x+1|x-1}GBP ");
+    EXPECT_FALSE(files.Exists(catalog.Folder() + u"CURRENCY.upd"));
+    EXPECT_EQ(Conversions(Open()), "USD*2=EUR EUR{x+1|x-1}GBP ");
+}
+
+TEST_F(MergeTest, LosesNeitherARateNorADocumentWhenThePowerFails) {
+    MakeConversionDoc(services.Services(), u"Other")->Save(catalog.Folder());
+    const auto whole = files.files;
+    bool stored = false;
+    bool failed = true;
+    int steps = 0;
+    for (; failed; ++steps) {
+        ASSERT_LT(steps, 1000) << "the run never comes to its end";
+        files = MemoryFiles();
+        for (const auto& [path, file] : whole) {
+            files.Add(path, file->bytes);
+        }
+        CVelmConversionDoc& document = Open();
+        PageFetcher fetcher([this](const std::string& page) {
+            files.AddText(u"cached", page);
+            return CVelmString(u"cached");
+        });
+        fetcher.pages["http://list"] = "VLMUPD\n--File Name:Currency\nUSD\tEUR\t2\n";
+        files.stepsLeft = steps;
+        const bool merged =
+            CVelmDownloader(catalog, fetcher, u"http://list").Run() && Merge(document, catalog, context);
+        failed = files.stepsLeft < 0;
+        EXPECT_TRUE(merged || failed);
+        // Once the update file stands in the folder, its rates are never lost again.
+        stored = stored || !failed || IsPending();
+
+        files.stepsLeft = 1000;
+        CVelmCatalog again(services.Services());
+        again.SetFolder(catalog.Folder());
+        MergeWhenOpened(again, context);
+        again.AddFile(u"Other.cnv");
+        again.ScanFolder();
+        EXPECT_EQ(again.documents.size(), 2U);
+        EXPECT_TRUE(again.Activate(0)->loaded);
+        const auto* found = static_cast<CVelmConversionDoc*>(again.GetDocument(u"Currency.cnv", true));
+        ASSERT_TRUE(found != nullptr && found->loaded && found->DroppedRecords() == 0) << steps;
+        EXPECT_EQ(Conversions(*found), stored ? "USD*2=EUR EUR{x+1|x-1}GBP " : BEFORE) << steps;
+    }
+    EXPECT_GT(steps, 10) << "there were hardly any steps at which to fail";
 }
 
 TEST_F(MergeTest, TakesTimeInProportionToItsInput) {

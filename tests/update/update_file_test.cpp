@@ -13,7 +13,7 @@ namespace {
 std::string Read(std::string_view bytes, std::size_t mostUrls = 100) {
     MemoryFiles memory;
     const FixedClock clock;
-    memory.Add(u"page", Bytes(bytes.begin(), bytes.end()));
+    memory.AddText(u"page", bytes);
     CVelmFileStream stream(memory, clock);
     EXPECT_TRUE(stream.OpenRead(u"page"));
     const CVelmUpdatePage page = ReadUpdatePage(stream, mostUrls);
@@ -48,26 +48,6 @@ TEST(UpdatePage, IsAListOrAnUpdateByItsFirstFilledLine) {
         EXPECT_EQ(Read(page), text) << page;
     }
     EXPECT_EQ(Read("VLMLST\nhttp://a\nhttp://b\nhttp://c", 2), "list http://a http://b");
-}
-
-TEST(UpdateRateLine, HasThreeFilledFields) {
-    const auto rate = SplitRateLine(u"USD\tEUR\t1/1.0876\trest");
-    ASSERT_TRUE(rate);
-    EXPECT_EQ(rate->unit1, u"USD");
-    EXPECT_EQ(rate->unit2, u"EUR");
-    EXPECT_EQ(rate->factor, u"1/1.0876\trest") << "the last field is the rest of the line";
-    for (const char16_t* line : {u"", u"USD", u"USD\tEUR", u"USD\tEUR\t", u"\tEUR\t1", u"USD\t\t1", u"--USD\tEUR\t1"}) {
-        EXPECT_FALSE(SplitRateLine(line)) << ToUtf8(line);
-    }
-}
-
-TEST(UpdateFileName, OfTheNetworkMayNotLeaveTheFolderAndIsShort) {
-    EXPECT_TRUE(IsUsableFileName(u"a.b"));
-    EXPECT_TRUE(IsUsableFileName(CVelmString(120, u'n')));
-    for (const CVelmString& name : {CVelmString(u"..\\..\\x"), CVelmString(u"../x"), CVelmString(u"a..b"),
-                                    CVelmString(u"con"), CVelmString(121, u'n')}) {
-        EXPECT_FALSE(IsUsableFileName(name)) << ToUtf8(name);
-    }
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ namespace {
 class DownloadTest : public ProgramTest {
 protected:
     /// Starts the download of a list of pages.
-    void Start(std::initializer_list<const char*> pages) {
+    void Download(std::initializer_list<const char*> pages) {
         std::string list = "VLMLST\r\n";
         for (const char* const page : pages) {
             list += server.Address(page) + "\r\n";
@@ -22,43 +22,40 @@ protected:
             "/currency.txt",
             "VLMUPD\r\n--File Name: Currency\r\n--Updated: 5 March 2004\r\nUSD\tEUR\t0.8\r\nUSD\tGBP\t0.7\r\n");
         server.KeepSilent("/silent.txt");
-        SaveConversionFile(program, u"Currency", {{u"dollars", 1.0, u"USD"}, {u"euros", 0.5, u"EUR"}});
         program.StoreSettings(
             [this](CVelmSettings& settings) { SetField(settings.updateUrl, server.Url("/convupd.txt")); });
-        ASSERT_TRUE(program.Start());
+        Start("Currency = dollars|USD, euros|EUR|0.5");
         Give(0, 10);
         program.Command(ID_DOWNLOAD);
     }
 
-    double SavedFactor() {
-        const auto saved = LoadFile(program, u"Currency.cnv");
-        return static_cast<CVelmConversionDoc&>(*saved).conversions[0]->factor;
-    }
+    std::string Saved() { return Do("saved Currency.cnv"); }
 
+    const std::string updated = "Currency (): dollars|USD|, euros|EUR|; USD*0.8=EUR";
     const std::string failed = "x Download: Velmora could NOT complete downloading due to a system error: ";
     HttpServer server;
 };
 
 TEST_F(DownloadTest, MergesNewRatesIntoTheOpenFile) {
     server.Serve("/other.txt", "VLMUPD\r\n--File Name: Metals\r\nAU\tUSD\t1\r\n");
-    Start({"/currency.txt", "/other.txt"});
+    Download({"/currency.txt", "/other.txt"});
     EXPECT_EQ(program.Answer(), "i Download: Updated conversion data files have been successfully downloaded (2).");
     EXPECT_EQ(Title(), "Currency");
     EXPECT_EQ(Rows(), "dollars=10, euros=8") << "the list shows the new rate";
-    EXPECT_EQ(SavedFactor(), 0.8);
+    EXPECT_EQ(Saved(), updated);
     EXPECT_NE(ToUtf8(Document().updatedText).find("5 March 2004"), std::string::npos);
     EXPECT_FALSE(SystemFiles().Exists(program.DataFolder() + u"Currency.upd"));
     EXPECT_TRUE(SystemFiles().Exists(program.DataFolder() + u"Metals.upd")) << "waits for its file";
 }
 
 TEST_F(DownloadTest, AFailureIsToldAndWhatCameBeforeItIsMerged) {
-    Start({"/currency.txt", "/missing.txt"});
+    Download({"/currency.txt", "/missing.txt"});
     EXPECT_EQ(program.Answer(), failed + "Error downloading HTTP file: " + server.Address("/missing.txt"));
-    EXPECT_EQ(SavedFactor(), 0.8);
+    EXPECT_EQ(Saved(), updated);
 }
 
 TEST_F(DownloadTest, EscapeStopsItWhileTheWindowStaysAlive) {
-    Start({"/silent.txt", "/silent.txt"});
+    Download({"/silent.txt", "/silent.txt"});
     EXPECT_TRUE(WaitUntil([this] { return server.Requests("/silent.txt") > 0; }));
     EXPECT_BECOMES(Title(), "Downloading 2 of 3");
     for (const HWND window : {program.Frame(), program.List()}) {

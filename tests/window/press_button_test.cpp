@@ -9,102 +9,124 @@
 
 #include "app/display_scale.h"
 #include "app/drawn_button.h"
+#include "app/window_class.h"
 #include "listview/bitmap.h"
 #include "support/picture.h"
-#include "support/test_window.h"
+#include "support/waiting.h"
 
 namespace velm::test {
 namespace {
 
 constexpr RECT PLACE = {10, 10, 50, 30};
 
-/// A window with two buttons side by side, the second of them with a long press.
-class PressButton : public testing::Test {
-protected:
-    PressButton() {
-        plain_.Init(PLACE, window_.Handle(), 7, false, 42);
-        holding_.Init({60, 10, 100, 30}, window_.Handle(), 8, true, 43);
-        window_.handler = [this](UINT message, WPARAM wParam, LPARAM lParam) {
-            const std::array<CVelmPressButton*, 2> buttons = {&plain_, &holding_};
-            return router_.Route(buttons, message, wParam, lParam);
-        };
+/// A window with two buttons side by side, the second of them with a long press. It keeps the commands it receives, as
+/// "7 0 42 ".
+class ButtonWindow : public CVelmWindow {
+public:
+    ButtonWindow() {
+        RegisterWindowClass(GetModuleHandleW(nullptr));
+        Create(WS_POPUP | WS_VISIBLE, 40, 40, 200, 100, nullptr, 0, L"");
+        plain.Init(PLACE, Handle(), 7, false, 42);
+        holding.Init({60, 10, 100, 30}, Handle(), 8, true, 43);
         Pump();
     }
+    ~ButtonWindow() override {
+        DestroyWindow(Handle());
+        UnregisterClassW(WINDOW_CLASS, GetModuleHandleW(nullptr));
+    }
 
-    void Send(UINT message, int x, int y) { SendMessageW(window_.Handle(), message, 0, MAKELPARAM(x, y)); }
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
+        const std::array<CVelmPressButton*, 2> buttons = {&plain, &holding};
+        if (message == WM_COMMAND) {
+            commands += std::to_string(LOWORD(wParam)) + " " + std::to_string(HIWORD(wParam)) + " " +
+                        std::to_string(lParam) + " ";
+        } else if (!router.Route(buttons, message, wParam, lParam)) {
+            return CVelmWindow::WindowProc(message, wParam, lParam);
+        }
+        return 0;
+    }
 
-    TestWindow window_;
-    CVelmPressButton plain_;
-    CVelmPressButton holding_;
-    CVelmButtonRouter router_;
+    void Send(UINT message, int x, int y) const { SendMessageW(Handle(), message, 0, MAKELPARAM(x, y)); }
+
+    /// Dispatches what is in the queue now.
+    static void Pump() {
+        for (MSG message{}; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);) {
+            DispatchMessageW(&message);
+        }
+    }
+
+    CVelmPressButton plain;
+    CVelmPressButton holding;
+    CVelmButtonRouter router;
+    std::string commands;
 };
 
-TEST_F(PressButton, PostsOneCommandWhenReleasedOverItself) {
+TEST(PressButton, PostsOneCommandWhenReleasedOverItself) {
+    ButtonWindow window;
     const std::map<char, std::function<void()>> acts = {
-        {'d', [&] { Send(WM_LBUTTONDOWN, 15, 15); }},
-        {'m', [&] { Send(WM_MOUSEMOVE, 49, 10); }},
-        {'o', [&] { Send(WM_MOUSEMOVE, 50, 10); }},
-        {'u', [&] { Send(WM_LBUTTONUP, 10, 29); }},
-        {'U', [&] { Send(WM_LBUTTONUP, 10, 30); }},
-        {'D', [&] { Send(WM_LBUTTONDOWN, 9, 15); }},
-        {'x', [&] { plain_.Enable(false); }},
-        {'e', [&] { plain_.Enable(true); }},
+        {'d', [&] { window.Send(WM_LBUTTONDOWN, 15, 15); }},
+        {'m', [&] { window.Send(WM_MOUSEMOVE, 49, 10); }},
+        {'o', [&] { window.Send(WM_MOUSEMOVE, 50, 10); }},
+        {'u', [&] { window.Send(WM_LBUTTONUP, 10, 29); }},
+        {'U', [&] { window.Send(WM_LBUTTONUP, 10, 30); }},
+        {'D', [&] { window.Send(WM_LBUTTONDOWN, 9, 15); }},
+        {'x', [&] { window.plain.Enable(false); }},
+        {'e', [&] { window.plain.Enable(true); }},
         {'c', [] { ReleaseCapture(); }},
     };
     struct Case {
         std::string acts;   ///< down, move within, move out, up within, Up outside, Down outside, x and e: disable and
                             ///< enable, capture lost
         std::string looks;  ///< after each act: normal, pressed, disabled (x); in capitals where it is drawn anew
-        std::size_t commands;
+        std::string commands = "";
     };
-    for (const Case& row : {Case{"du", "PN", 1}, Case{"dmu", "PpN", 1}, Case{"doU", "PNN", 0}, Case{"domu", "PNPN", 1},
-                            Case{"dU", "PN", 0}, Case{"mu", "nn", 0}, Case{"D", "n", 0}, Case{"xdu", "Xxx", 0},
-                            Case{"dxu", "PXx", 0}, Case{"xedu", "XNPN", 1}, Case{"dcu", "PNn", 0}}) {
-        window_.commands.clear();
-        plain_.Enable(true);
+    for (const Case& row :
+         {Case{"du", "PN", "7 0 42 "}, Case{"dmu", "PpN", "7 0 42 "}, Case{"doU", "PNN"},
+          Case{"domu", "PNPN", "7 0 42 "}, Case{"dU", "PN"}, Case{"mu", "nn"}, Case{"D", "n"}, Case{"xdu", "Xxx"},
+          Case{"dxu", "PXx"}, Case{"xedu", "XNPN", "7 0 42 "}, Case{"dcu", "PNn"}}) {
+        SCOPED_TRACE(row.acts);
+        window.commands.clear();
+        window.plain.Enable(true);
         std::string looks;
         for (const char act : row.acts) {
-            ValidateRect(window_.Handle(), nullptr);
+            ValidateRect(window.Handle(), nullptr);
             acts.at(act)();
-            const char look = "np-x"[plain_.State()];
+            const char look = "np-x"[window.plain.State()];
             RECT drawn{};
-            const bool anew = GetUpdateRect(window_.Handle(), &drawn, FALSE) != FALSE;
-            EXPECT_TRUE(!anew || EqualRect(&drawn, &PLACE)) << row.acts;
+            const bool anew = GetUpdateRect(window.Handle(), &drawn, FALSE) != FALSE;
+            EXPECT_TRUE(!anew || EqualRect(&drawn, &PLACE));
             looks += static_cast<char>(anew ? std::toupper(look) : look);
-            EXPECT_EQ(GetCapture() == window_.Handle(), plain_.IsTracking()) << row.acts;
+            EXPECT_EQ(GetCapture() == window.Handle(), window.plain.IsTracking());
         }
-        Pump();
-        EXPECT_EQ(looks, row.looks) << row.acts;
-        EXPECT_EQ(window_.commands, std::vector<ReceivedCommand>(row.commands, {7, 0, 42})) << row.acts;
+        ButtonWindow::Pump();
+        EXPECT_EQ(looks, row.looks);
+        EXPECT_EQ(window.commands, row.commands);
     }
 }
 
-TEST_F(PressButton, HeldReportsALongPressAndNoClick) {
+TEST(PressButton, HeldReportsALongPressAndNoClick) {
+    ButtonWindow window;
     const auto start = std::chrono::steady_clock::now();
-    Send(WM_LBUTTONDOWN, 70, 15);
-    ASSERT_TRUE(PumpUntil([this] { return !window_.commands.empty(); }));
+    window.Send(WM_LBUTTONDOWN, 70, 15);
+    EXPECT_TRUE(WaitUntil([&] {
+        ButtonWindow::Pump();
+        return !window.commands.empty();
+    }));
     EXPECT_GT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
-    EXPECT_FALSE(holding_.IsTracking());
-    EXPECT_EQ(router_.Pressed(), nullptr);
-    Send(WM_LBUTTONUP, 70, 15);
-    Send(WM_LBUTTONDOWN, 70, 15);
-    Send(WM_LBUTTONUP, 70, 15);
-    EXPECT_FALSE(KillTimer(window_.Handle(), BUTTON_TIMER)) << "released in time it is no long press";
-    Pump();
-    EXPECT_EQ(window_.commands, (std::vector<ReceivedCommand>{{8, BUTTON_LONG_PRESS, 43}, {8, 0, 43}}));
+    EXPECT_FALSE(window.holding.IsTracking());
+    EXPECT_EQ(window.router.Pressed(), nullptr);
+    window.Send(WM_LBUTTONUP, 70, 15);
+    window.Send(WM_LBUTTONDOWN, 70, 15);
+    window.Send(WM_LBUTTONUP, 70, 15);
+    EXPECT_FALSE(KillTimer(window.Handle(), BUTTON_TIMER)) << "released in time it is no long press";
+    ButtonWindow::Pump();
+    EXPECT_EQ(window.commands, "8 1 43 8 0 43 ");
 }
 
-TEST_F(PressButton, DrawsItsStateInItsRectangleAndNowhereElse) {
+TEST(PressButton, DrawsItsStateInItsRectangleAndNowhereElse) {
     CVelmDrawnButton button;
-    button.Init(PLACE, window_.Handle(), 1);
-    const auto draw = [&] {
-        const HDC dc = GetDC(window_.Handle());
-        FillColor(dc, {0, 0, 200, 100}, RGB(1, 2, 3));
-        button.Draw(dc);
-        const Picture picture = Picture::OfDc(dc, 200, 100);
-        ReleaseDC(window_.Handle(), dc);
-        return picture;
-    };
+    button.Init(PLACE, nullptr, 1);
+    const auto draw = [&] { return Picture::Drawn(200, 100, RGB(1, 2, 3), [&](HDC dc) { button.Draw(dc); }); };
     const RECT inside{13, 13, 47, 27};
     const Picture normal = draw();
     EXPECT_TRUE(normal.IsAll(inside, RGB(255, 255, 255)));

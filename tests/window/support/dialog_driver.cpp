@@ -50,10 +50,8 @@ Texts DialogDriver::MenuBar() const {
     return titles;
 }
 
-void DialogDriver::Fill(const std::vector<std::pair<int, std::string>>& texts) const {
-    for (const auto& [id, text] : texts) {
-        Send(id, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(Wide(FromUtf8(text))));
-    }
+void DialogDriver::Fill(int id, const std::string& text) const {
+    Send(id, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(Wide(FromUtf8(text))));
 }
 
 bool DialogDriver::IsListBox(int id) const {
@@ -83,11 +81,7 @@ Texts DialogDriver::Entries(int id) const {
 
 void DialogDriver::Focus(int id) const {
     SendMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(id)), TRUE);
-    EXPECT_TRUE(GetsFocus(id));
-}
-
-bool DialogDriver::GetsFocus(int id) const {
-    return WaitUntil([this, id] { return program_.Focus() == Control(id); });
+    EXPECT_TRUE(WaitUntil([this, id] { return program_.Focus() == Control(id); }));
 }
 
 void DialogDriver::Command(int id) const {
@@ -111,15 +105,6 @@ bool DialogDriver::EndsWith(WORD key) const {
     return IsGone();
 }
 
-std::string DialogDriver::Answer(int command, int button) const {
-    Command(command);
-    const HWND box = WaitForDialog(program_.Thread(), window_);
-    const std::string words = box == nullptr ? "" : OpenMessageBox(box).Words();
-    EXPECT_TRUE(box != nullptr && OpenMessageBox(box).Press(button)) << words;
-    program_.Settle();
-    return words;
-}
-
 std::string DialogDriver::RowText(int id, int row, int column) const {
     std::array<wchar_t, 256> text{};
     LVITEMW item{};
@@ -132,9 +117,9 @@ std::string DialogDriver::RowText(int id, int row, int column) const {
 
 Texts DialogDriver::Rows(int id) const {
     Texts rows;
-    for (int row = 0; row < RowCount(id); ++row) {
+    for (int row = 0; row < Send(id, LVM_GETITEMCOUNT); ++row) {
         const std::string second = RowText(id, row, 1);
-        rows.push_back(RowText(id, row) + (second.empty() ? "" : " ") + second);
+        rows.push_back(RowText(id, row, 0) + (second.empty() ? "" : " ") + second);
     }
     return rows;
 }

@@ -5,8 +5,6 @@
 #include <commctrl.h>
 
 #include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 #include "support/running_program.h"
@@ -39,22 +37,15 @@ public:
     /// The titles on the menu bar.
     Texts MenuBar() const;
 
-    /// Writes over what boxes hold, as if it were pasted: a box's own limit does not apply.
-    void Fill(const std::vector<std::pair<int, std::string>>& texts) const;
+    /// Writes over what a box holds, as if it were pasted: a box's own limit does not apply.
+    void Fill(int id, const std::string& text) const;
 
     /// Chooses an entry of a drop-down box or a row of a list box by its number.
     void Choose(int id, int entry) const;
     Texts Entries(int id) const;
 
-    /// Taps a check box.
-    void Click(int id) const { Send(id, BM_CLICK); }
-    bool IsChecked(int id) const { return Send(id, BM_GETCHECK) == BST_CHECKED; }
-
+    /// Gives the focus to a control and waits until it has it: the screen gives it to a window late.
     void Focus(int id) const;
-
-    /// Waits until the control has the focus; false when it does not get it. The screen gives it to a window late.
-    bool GetsFocus(int id) const;
-    bool IsVisible(int id) const { return IsWindowVisible(Control(id)) != FALSE; }
 
     /// Taps a title of the menu bar.
     void Command(int id) const;
@@ -64,12 +55,7 @@ public:
     bool Cancel() const { return Leave(IDCANCEL); }
     bool EndsWith(WORD key) const;
 
-    /// Gives a command and answers the message box that comes; what it said, or nothing when none comes.
-    std::string Answer(int command, int button = IDOK) const;
-
     // The rows of a list view.
-    int RowCount(int id) const { return static_cast<int>(Send(id, LVM_GETITEMCOUNT)); }
-    std::string RowText(int id, int row, int column = 0) const;
     Texts Rows(int id) const;
     void TapRow(int id, int row) const;
     void SelectRow(int id, int row) const { SetState(id, row, LVIS_SELECTED | LVIS_FOCUSED, ~0U); }
@@ -83,6 +69,7 @@ private:
     bool IsGone() const;
     bool HasFocus() const;
     bool IsListBox(int id) const;
+    std::string RowText(int id, int row, int column) const;
     void SetState(int id, int row, UINT mask, UINT state) const;
 
     RunningProgram& program_;

@@ -5,19 +5,24 @@
 namespace velm::test {
 
 Picture Picture::OfDc(HDC dc, int width, int height) {
+    return Drawn(width, height, 0, [&](HDC memory) { BitBlt(memory, 0, 0, width, height, dc, 0, 0, SRCCOPY); });
+}
+
+Picture Picture::Drawn(int width, int height, COLORREF before, const std::function<void(HDC)>& draw) {
     Picture picture;
+    const HDC dc = GetDC(nullptr);
     const CVelmBitmapHandle bitmap(CreateCompatibleBitmap(dc, width, height));
     const CVelmMemoryDc memory(CreateCompatibleDC(dc));
     {
         const CVelmSelect select(memory.get(), bitmap.get());
-        BitBlt(memory.get(), 0, 0, width, height, dc, 0, 0, SRCCOPY);
+        FillColor(memory.get(), {0, 0, width, height}, before);
+        draw(memory.get());
     }
     BITMAPINFO info{};
     info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
     picture.pixels_.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-    if (GetDIBits(dc, bitmap.get(), 0, static_cast<UINT>(height), picture.pixels_.data(), &info, DIB_RGB_COLORS) == 0) {
-        return {};
-    }
+    GetDIBits(dc, bitmap.get(), 0, static_cast<UINT>(height), picture.pixels_.data(), &info, DIB_RGB_COLORS);
+    ReleaseDC(nullptr, dc);
     for (COLORREF& pixel : picture.pixels_) {
         pixel = RGB((pixel >> 16) & 0xFF, (pixel >> 8) & 0xFF, pixel & 0xFF);
     }
@@ -30,7 +35,7 @@ Picture Picture::OfWindow(HWND window) {
     RECT area{};
     GetClientRect(window, &area);
     const HDC dc = GetDC(window);
-    Picture picture = OfDc(dc, static_cast<int>(area.right), static_cast<int>(area.bottom));
+    const Picture picture = OfDc(dc, static_cast<int>(area.right), static_cast<int>(area.bottom));
     ReleaseDC(window, dc);
     return picture;
 }

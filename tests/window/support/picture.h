@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <vector>
 
 namespace velm::test {
@@ -11,6 +12,9 @@ class Picture {
 public:
     static Picture OfWindow(HWND window);
     static Picture OfDc(HDC dc, int width, int height);
+
+    /// What drawing puts on a bitmap that was of one colour before.
+    static Picture Drawn(int width, int height, COLORREF before, const std::function<void(HDC)>& draw);
 
     int Width() const { return width_; }
     int Height() const { return height_; }

@@ -13,37 +13,24 @@ class OpenMenu {
 public:
     OpenMenu(HWND window, HMENU menu) : window_(window), menu_(menu) {}
 
-    HWND Window() const { return window_; }
-
     /// The entries as the user sees them, without access keys: "*Length, Area, -, (Paste)" has a check mark before
     /// the first, a line before the last, which is disabled.
     std::string Words() const;
 
     /// Taps the entry of that text and waits until the menu is gone. False when there is no such entry or it stays.
     bool Choose(const std::string& text) const;
-    void Close() const;
 
 private:
-    bool IsGone() const;
-
     HWND window_;
     HMENU menu_;
 };
 
-/// A message box on the screen.
-class OpenMessageBox {
-public:
-    explicit OpenMessageBox(HWND window) : window_(window) {}
+/// What a message box says: "Caption: text", with the icon's sign before it: ? for a question, i for information, x for
+/// an error.
+std::string WordsOfBox(HWND box);
 
-    /// "Caption: text", with the icon's sign before it: ? for a question, i for information, x for an error.
-    std::string Words() const;
-
-    /// Presses the button of that identifier (IDOK, IDYES, IDNO) and waits until the box is gone. False when it stays.
-    bool Press(int button) const;
-
-private:
-    HWND window_;
-};
+/// Presses the button of that identifier (IDOK, IDYES, IDNO) and waits until the box is gone. False when it stays.
+bool PressInBox(HWND box, int button);
 
 /// The visible windows of a thread that are of a class, topmost first.
 std::vector<HWND> ThreadWindows(DWORD thread, const wchar_t* className);
@@ -53,6 +40,5 @@ std::optional<OpenMenu> WaitForMenu(DWORD thread);
 
 /// The topmost dialog or message box, other than the one below it; null when none opens.
 HWND WaitForDialog(DWORD thread, HWND below = nullptr);
-std::optional<OpenMessageBox> WaitForMessageBox(DWORD thread);
 
 }  // namespace velm::test

@@ -1,40 +1,26 @@
 #include "support/program_test.h"
 
 #include <algorithm>
-#include <cstdio>
 
-#include "app/clipboard.h"
 #include "app/display_scale.h"
 #include "datetime/date_time.h"
+#include "platform/services.h"
+#include "platform/wide_text_win32.h"
+#include "pocketpc/command_bar.h"
 #include "resource.h"
+#include "support/picture.h"
+#include "support/table.h"
 #include "support/waiting.h"
 
 namespace velm::test {
 namespace {
 
-std::string DateText(int year, int month, int day) {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%d-%02d-%02d", year, month, day);
-    return text.data();
-}
-
-std::string TimeText(int hour, int minute, int second) {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), " %02d:%02d:%02d", hour, minute, second);
-    return text.data();
-}
-
 std::string ValueText(const CVelmItem& item, bool date) {
-    if (item.state != STATE_VALID) {
-        return "none";
-    }
-    if (date) {
-        const DateTime time = DateTime::FromValue(item.value);
-        return DateText(time.year, time.month, time.day) + TimeText(time.hour, time.minute, time.second);
-    }
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.15g", item.value);
-    return text.data();
+    const DateTime time = DateTime::FromValue(item.value);
+    return item.state != STATE_VALID ? "none"
+           : date ? Print("%d-%02d-%02d %02d:%02d:%02d", time.year, time.month, time.day, time.hour, time.minute,
+                          time.second)
+                  : Print("%.15g", item.value);
 }
 
 std::string PickerText(const CVelmValueEditor& editor) {
@@ -42,25 +28,20 @@ std::string PickerText(const CVelmValueEditor& editor) {
     if (DateTime_GetSystemtime(editor.DatePicker(), &time) != GDT_VALID) {
         return "no date";
     }
-    const std::string date = DateText(time.wYear, time.wMonth, time.wDay);
+    const std::string date = Print("%d-%02d-%02d", time.wYear, time.wMonth, time.wDay);
     if (!IsWindowVisible(editor.TimePicker())) {
         return date;
     }
     DateTime_GetSystemtime(editor.TimePicker(), &time);
-    return date + TimeText(time.wHour, time.wMinute, time.wSecond);
+    return date + Print(" %02d:%02d:%02d", time.wHour, time.wMinute, time.wSecond);
 }
 
 }  // namespace
 
-void ProgramTest::StartDistances() {
-    SaveConversionFile(program, u"Distances",
-                       {{u"miles", 1.0, u"mi"}, {u"kilometers", 1.609344, u"km"}, {u"yards", 1760.0, u"yd"}});
-    ASSERT_TRUE(program.Start());
-}
-
-void ProgramTest::StartLength() {
-    SaveConversionFile(program, u"Length", {{u"meters", 1.0, u"m"}, {u"feet", 3.28084, u"ft"}});
-    ASSERT_TRUE(program.Start());
+std::unique_ptr<CVelmDocument> LoadFile(const RunningProgram& program, CVelmStringView name) {
+    auto document = CreateDocument(KindOfFileName(name), SystemServices());
+    const CVelmString bare(name.substr(0, name.size() - 4));
+    return document != nullptr && document->Load(program.DataFolder(), true, bare) ? std::move(document) : nullptr;
 }
 
 CVelmDocument& ProgramTest::Document() {
@@ -77,12 +58,12 @@ std::string ProgramTest::Title() {
 
 std::string ProgramTest::Rows() {
     return program.Ask([](CVelmFrame& frame) {
-        CVelmString rows;
+        Texts rows;
         for (int i = 0; i < frame.List().RowCount(); ++i) {
             const CVelmItemRow& row = frame.List().Row(i);
-            rows += (i == 0 ? u"" : u", ") + row.Item().name + u"=" + row.ValueText();
+            rows.push_back(ToUtf8(row.Item().name + u"=" + row.ValueText()));
         }
-        return ToUtf8(rows);
+        return Join(rows);
     });
 }
 
@@ -94,8 +75,7 @@ std::string ProgramTest::ListState() {
         EXPECT_EQ(bar.nMax, std::max(0, list.RowCount() - 1)) << "the scroll bar tells of another list";
         EXPECT_EQ(bar.nPos, list.Top());
         EXPECT_EQ(static_cast<int>(bar.nPage), std::min(list.VisibleRows(), bar.nMax + 1));
-        return std::to_string(list.Top()) + "/" + std::to_string(list.VisibleRows()) + "/" +
-               std::to_string(list.Selected());
+        return Print("%d/%d/%d", list.Top(), list.VisibleRows(), list.Selected());
     });
 }
 
@@ -116,6 +96,7 @@ std::string ProgramTest::Entry() {
     });
 }
 
+/// The part of the compound editor that has the focus, of how many that are shown: "1 of 3".
 std::string ProgramTest::Part() {
     return program.Ask([](CVelmFrame& frame) {
         const CVelmCompoundEditor& editor = frame.Panel().Editor().Compound();
@@ -123,28 +104,92 @@ std::string ProgramTest::Part() {
         for (int i = 0; i < COMPOUND_PARTS; ++i) {
             visible += IsWindowVisible(editor.Part(i).Handle()) ? 1 : 0;
         }
-        return std::to_string(editor.FocusedPart() + 1) + " of " + std::to_string(visible);
+        return Print("%d of %d", editor.FocusedPart() + 1, visible);
     });
 }
 
+/// The captions of the panel's tabs, the selected one in brackets.
 std::string ProgramTest::Tabs() {
     return program.Ask([](CVelmFrame& frame) {
-        std::string text;
-        const CVelmValuePanel& panel = frame.Panel();
-        for (int i = 0; i < panel.TabCount(); ++i) {
-            const std::string caption = ToUtf8(panel.TabButton(i).Text());
-            text += (i == 0 ? "" : " | ") + (panel.TabButton(i).IsSelected() ? "[" + caption + "]" : caption);
+        Texts tabs;
+        for (int i = 0; i < frame.Panel().TabCount(); ++i) {
+            const CVelmDrawnButton& tab = frame.Panel().TabButton(i);
+            tabs.push_back(tab.IsSelected() ? "[" + ToUtf8(tab.Text()) + "]" : ToUtf8(tab.Text()));
         }
-        return text;
+        return Join(tabs, " | ");
     });
 }
 
-void ProgramTest::Allow(int row, std::uint32_t formats, std::uint32_t inputFormat) {
-    CVelmValueFormat& format = Item(row).format;
-    format.SetAllowedFormats(formats);
-    format.displayFormat = inputFormat;
-    format.inputFormat = inputFormat;
-    Select(row);
+/// The tips of the tools on the command bar; in parentheses where a tool is disabled.
+std::string ProgramTest::Tools() {
+    return program.Ask([](CVelmFrame& frame) {
+        const HWND tools = CommandBar_GetTools(frame.CommandBar());
+        EXPECT_NE(SendMessageW(tools, TB_GETTOOLTIPS, 0, 0), 0);
+        Texts texts;
+        for (WPARAM i = 0; i < static_cast<WPARAM>(SendMessageW(tools, TB_BUTTONCOUNT, 0, 0)); ++i) {
+            TBBUTTON button{};
+            SendMessageW(tools, TB_GETBUTTON, i, reinterpret_cast<LPARAM>(&button));
+            NMTTDISPINFOW asked{};
+            asked.hdr = {nullptr, static_cast<UINT_PTR>(button.idCommand), TTN_GETDISPINFOW};
+            asked.lpszText = asked.szText;
+            SendMessageW(frame.CommandBar(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&asked));
+            const std::string tip = ToUtf8(FromWide(asked.lpszText));
+            const bool enabled = (button.fsState & TBSTATE_ENABLED) != 0;
+            texts.push_back((button.fsStyle & BTNS_SEP) != 0 ? "-" : enabled ? tip : "(" + tip + ")");
+        }
+        return Join(texts);
+    });
+}
+
+/// Whether text that does not parse is marked.
+bool ProgramTest::IsRed() {
+    const Picture picture = Picture::OfWindow(Window("box"));
+    return picture.Count({0, 0, picture.Width(), picture.Height()}, RGB(255, 0, 0)) > 0;
+}
+
+/// The page's first line that is in sight.
+std::string ProgramTest::FirstLineOfPage() {
+    std::array<wchar_t, 64> line{static_cast<wchar_t>(line.size() - 1)};
+    const HWND text = Window("page");
+    const LRESULT first = SendMessageW(text, EM_GETFIRSTVISIBLELINE, 0, 0);
+    SendMessageW(text, EM_GETLINE, static_cast<WPARAM>(first), reinterpret_cast<LPARAM>(line.data()));
+    return Split(ToUtf8(FromWide(line.data())), "\r")[0];
+}
+
+std::map<std::string, HWND> ProgramTest::Windows() {
+    return program.Ask([](CVelmFrame& frame) {
+        const CVelmValueEditor& editor = frame.Panel().Editor();
+        return std::map<std::string, HWND>{{"frame", frame.Handle()},
+                                           {"list", frame.List().Handle()},
+                                           {"panel", frame.Panel().Handle()},
+                                           {"bar", frame.CommandBar()},
+                                           {"titles", CommandBar_GetTitles(frame.CommandBar())},
+                                           {"date", editor.DatePicker()},
+                                           {"time", editor.TimePicker()},
+                                           {"box", editor.Box().Handle()}};
+    });
+}
+
+RECT ProgramTest::PlaceOfPart(const std::string& name) {
+    const auto windowless = program.Ask([&](CVelmFrame& frame) -> std::optional<RECT> {
+        const CVelmValuePanel& panel = frame.Panel();
+        const int number = name.back() - '0';
+        const std::map<std::string, std::function<RECT()>> parts = {
+            {"title", [&] { return frame.TitleButton().Rectangle(); }},
+            {"units", [&] { return frame.ShowUnitsButton().Rectangle(); }},
+            {"accept", [&] { return panel.AcceptButton().Rectangle(); }},
+            {"restore", [&] { return panel.RestoreButton().Rectangle(); }},
+            {"tab", [&] { return panel.TabButton(number).Rectangle(); }},
+            {"part", [&] { return PlaceOf(panel.Editor().Compound().Part(number).Handle()); }},
+            {"row", [&] { return frame.List().Row(number).Rectangle(); }},
+            {"button", [&] { return frame.List().Row(number).Button().Rectangle(); }},
+            {"name", [&] { return frame.List().Row(number).NameLabel().area; }},
+            {"value", [&] { return frame.List().Row(number).ValueLabel().area; }},
+        };
+        const auto part = parts.find(name.substr(0, name.find_first_of("0123456789")));
+        return part == parts.end() ? std::nullopt : std::optional(part->second());
+    });
+    return windowless ? *windowless : PlaceOf(Window(name));
 }
 
 void ProgramTest::Give(int row, double value) {
@@ -162,34 +207,12 @@ void ProgramTest::Select(int row) {
     });
 }
 
-void ProgramTest::TapRow(int row) {
-    const RECT area = program.Ask([row](CVelmFrame& frame) { return frame.List().Row(row).Rectangle(); });
-    program.Tap(program.List(), static_cast<int>(area.right) - Scaled(10), static_cast<int>(area.top) + Scaled(6));
-    EXPECT_TRUE(program.Eventually([row](CVelmFrame& frame) { return frame.List().Selected() == row; }));
-    program.Settle();
-}
-
-void ProgramTest::TapFormatButton(int row) {
-    program.Tap(program.List(),
-                program.Ask([row](CVelmFrame& frame) { return frame.List().Row(row).Button().Rectangle(); }));
-}
-
 void ProgramTest::ResizeList(int width, int height) {
     program.Resize(Scaled(width), Scaled(400));
     program.Ask([&](CVelmFrame& frame) {
         MoveWindow(frame.List().Handle(), 0, Scaled(24), Scaled(width), Scaled(height), TRUE);
     });
     program.Settle();
-}
-
-void ProgramTest::PutOnClipboard(CVelmStringView text) {
-    EXPECT_TRUE(WaitUntil([&] { return SetClipboardText(program.Frame(), text); }));
-}
-
-void ProgramTest::EmptyTheClipboard() {
-    EXPECT_TRUE(WaitUntil([&] { return OpenClipboard(program.Frame()) != FALSE; }));
-    EmptyClipboard();
-    CloseClipboard();
 }
 
 }  // namespace velm::test

@@ -17,18 +17,17 @@ namespace velm::test {
 struct Step {
     std::string act;
     std::optional<std::string> seen;
-    std::string why = "";
+    std::string why;
 };
 
 /// A user at the program.
 class ProgramTest : public testing::Test {
 protected:
-    /// Starts the program on a file of miles, kilometers and yards, or on meters and feet.
-    void StartDistances();
-    void StartLength();
+    /// Writes a file, in the words of SaveFile, and starts the program on it.
+    void Start(const std::string& file) { Do("file " + file + "; start"); }
+    void StartDistances() { Start("Distances = miles|mi, kilometers|km|1.609344, yards|yd|1760"); }
 
     CVelmDocument& Document();
-    CVelmConversionDoc& Conversions() { return static_cast<CVelmConversionDoc&>(Document()); }
     CVelmItem& Item(int row);
 
     // What the frame shows: the title, the rows as "miles=1, kilometers=1.609344", and of the list its first visible
@@ -41,37 +40,23 @@ protected:
     /// With pickers both sides are dates. Nothing while the panel is hidden.
     std::string Entry();
 
-    /// The captions of the panel's tabs, the selected one in brackets.
-    std::string Tabs();
-
-    /// The part of the compound editor that has the focus, of how many that are shown: "1 of 3".
-    std::string Part();
-
-    /// Allows formats for the item of a row and selects the row anew.
-    void Allow(int row, std::uint32_t formats, std::uint32_t inputFormat);
-
     /// Gives the item of a row a value, as though it had been entered, and selects the row anew.
     void Give(int row, double value);
-
     void Select(int row);
-    void TapRow(int row);
-    void TapFormatButton(int row);
 
     /// Does one thing after the other: acts are separated by "; ". Gives back what the last one shows, for most of them
     /// Entry. The words are those of Acts, Looks and Questions.
     std::string Do(const std::string& acts);
 
-    /// Does the steps; what is to be seen after each is what it shows, unless `look` says something else.
-    void Play(const std::vector<Step>& steps, const std::function<std::string()>& look = nullptr);
+    /// Does the steps; each one must show what is to be seen then.
+    void Play(const std::vector<Step>& steps);
 
-    /// Compound parts of the item of a row, as "1 ft, 12 in".
-    void SetParts(int row, const std::string& text);
+    /// Where a part of the program lies in its window: a window by its name or identifier, a button, the third tab as
+    /// "tab2", the second row as "row1" and its parts as "button1", "name1" and "value1".
+    RECT PlaceOfPart(const std::string& name);
 
     /// Gives the list that many pixels of an ordinary screen.
     void ResizeList(int width, int height);
-
-    void PutOnClipboard(CVelmStringView text);
-    void EmptyTheClipboard();
 
     RunningProgram program;
 
@@ -87,21 +72,33 @@ private:
     void Focus(HWND window);
     void Enter(const std::string& text);
     void Paste(const std::string& text);
-    void TapPanel(const std::string& name);
+    void TapPart(HWND window, const std::string& name);
+    void TapTab(const std::string& caption);
+    void TapRow(int row);
     void WaitForCommit();
     void Pick(const std::string& text);
     void GiveText(const std::string& text);
-    void AllowNamed(const std::string& text);
+    void Allow(int row, const std::string& formats);
     void Unselect(int row);
+    void SetParts(int row, const std::string& text);
+    void Lock(CVelmStringView name);
+    std::map<std::string, HWND> Windows();
+    HWND Window(const std::string& name);
     HWND Over(int command);
     std::string Ask(HWND box, int button);
+    std::string InFull(std::string text) const;
     std::string Shortened(std::string text) const;
-    std::string FormatMenu(int row);
+    std::string Tabs();
+    std::string Part();
     std::string Parts(int row);
+    std::string Tools();
     std::string Fields();
+    std::string FirstLineOfPage();
+    bool IsRed();
     DialogDriver Dialog() { return {program, program.WaitForDialog()}; }
 
     Bytes remembered_;
+    HANDLE locked_ = nullptr;
 };
 
 }  // namespace velm::test

@@ -60,19 +60,10 @@ RunningProgram::~RunningProgram() {
 }
 
 void RunningProgram::StoreSettings(const std::function<void(CVelmSettings&)>& change) const {
-    CVelmSettings settings = StoredSettings();
-    change(settings);
-    EXPECT_EQ(SaveSettings(settings, *options_), 0);
-}
-
-CVelmSettings RunningProgram::StoredSettings() const {
     CVelmSettings settings;
     ReadStoredSettings(settings, *options_);
-    return settings;
-}
-
-std::vector<std::byte> RunningProgram::StoredBytes() const {
-    return options_->Read(sizeof(CVelmSettings) * 2).value_or(std::vector<std::byte>{});
+    change(settings);
+    EXPECT_EQ(SaveSettings(settings, *options_), 0);
 }
 
 void RunningProgram::StoreRecentFiles(const std::vector<CVelmString>& names) const {
@@ -86,26 +77,23 @@ void RunningProgram::StoreRecentFiles(const std::vector<CVelmString>& names) con
 }
 
 bool RunningProgram::Start() {
-    const HANDLE started = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    thread_ = std::thread([this, started] { Run(started); });
-    const bool up = WaitForSingleObject(started, CALL_PATIENCE_MS) == WAIT_OBJECT_0 && frame_ != nullptr;
-    CloseHandle(started);
+    std::promise<bool> started;
+    thread_ = std::thread([this, &started] { Run(started); });
+    const bool up = started.get_future().get();
     if (up) {
         Settle();
     }
     return up;
 }
 
-void RunningProgram::Run(HANDLE started) {
+void RunningProgram::Run(std::promise<bool>& started) {
     threadId_ = GetCurrentThreadId();
     helper_ = CreateHelper();
     CVelmApplication application(SystemServices(), *options_, ProgramFolder());
     const bool up = application.InitInstance(SW_SHOWNORMAL);
-    if (up) {
-        frame_ = application.Frame();
-        window_ = frame_->Handle();
-    }
-    SetEvent(started);
+    frame_ = up ? application.Frame() : nullptr;
+    window_ = up ? frame_->Handle() : nullptr;
+    started.set_value(up);
     if (up) {
         exitStatus_ = application.Run();
         frame_ = nullptr;
@@ -115,11 +103,11 @@ void RunningProgram::Run(HANDLE started) {
     UnregisterClassW(WINDOW_CLASS, GetModuleHandleW(nullptr));
 }
 
-bool RunningProgram::Close() {
+bool RunningProgram::Close(int command) {
     if (!thread_.joinable()) {
         return true;
     }
-    PostMessageW(window_, WM_CLOSE, 0, 0);
+    PostMessageW(window_, command == 0 ? WM_CLOSE : WM_COMMAND, static_cast<WPARAM>(command), 0);
     const auto handle = reinterpret_cast<HANDLE>(pthread_gethandle(thread_.native_handle()));
     if (WaitForSingleObject(handle, CALL_PATIENCE_MS) != WAIT_OBJECT_0) {
         std::fprintf(stderr, "The program does not end; neither can its test.\n");
@@ -165,10 +153,6 @@ void RunningProgram::PenUp(HWND window, int x, int y) const {
 void RunningProgram::Tap(HWND window, int x, int y) const {
     PenDown(window, x, y);
     PenUp(window, x, y);
-}
-
-void RunningProgram::Tap(HWND window, const RECT& area) const {
-    Tap(window, static_cast<int>(area.left + area.right) / 2, static_cast<int>(area.top + area.bottom) / 2);
 }
 
 void RunningProgram::RightClick(HWND window, int x, int y) const {
@@ -240,10 +224,12 @@ bool RunningProgram::Choose(const std::string& entry) {
     return chosen;
 }
 
-std::string RunningProgram::Answer(int button) {
-    const auto box = WaitForMessageBox();
-    const std::string words = box ? box->Words() : "";
-    EXPECT_TRUE(box && box->Press(button)) << words;
+std::string RunningProgram::Answer(int button, HWND box) {
+    if (box == nullptr) {
+        box = WaitUntil([&] { return GetDlgItem(WaitForDialog(), button) != nullptr ? WaitForDialog() : nullptr; });
+    }
+    const std::string words = WordsOfBox(box);
+    EXPECT_TRUE(PressInBox(box, button)) << words;
     Settle();
     return words;
 }
@@ -259,11 +245,6 @@ RECT ClientOf(HWND window) {
     RECT area{};
     GetClientRect(window, &area);
     return area;
-}
-
-std::string Words(const RECT& area) {
-    return std::to_string(area.left) + "," + std::to_string(area.top) + " to " + std::to_string(area.right) + "," +
-           std::to_string(area.bottom);
 }
 
 }  // namespace velm::test

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <future>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -36,17 +37,16 @@ public:
     CVelmString ProgramFolder() const { return folder_.Path(); }
     const TemporaryFolder& Folder() const { return folder_; }
 
-    /// What the next start finds in the registry, and what is there now.
+    /// What the next start finds in the registry.
     void StoreSettings(const std::function<void(CVelmSettings&)>& change) const;
-    CVelmSettings StoredSettings() const;
-    std::vector<std::byte> StoredBytes() const;
     void StoreRecentFiles(const std::vector<CVelmString>& names) const;
 
     /// Starts the program. False when it does not come up.
     bool Start();
 
-    /// Closes the window as its close button does and waits until the program has ended. False when it does not end.
-    bool Close();
+    /// Closes the window as its close button does, or by a command, and waits until the program has ended. True when
+    /// it ends in good order.
+    bool Close(int command = 0);
     bool IsRunning() const { return frame_ != nullptr; }
 
     DWORD Thread() const { return threadId_; }
@@ -82,7 +82,9 @@ public:
     void PenMove(HWND window, int x, int y) const;
     void PenUp(HWND window, int x, int y) const;
     void Tap(HWND window, int x, int y) const;
-    void Tap(HWND window, const RECT& area) const;
+    void Tap(HWND window, const RECT& area) const {
+        Tap(window, static_cast<int>(area.left + area.right) / 2, static_cast<int>(area.top + area.bottom) / 2);
+    }
     void RightClick(HWND window, int x, int y) const;
     void Wheel(int distance) const;
 
@@ -101,19 +103,18 @@ public:
     void Resize(int width, int height);
 
     std::optional<OpenMenu> WaitForMenu() const { return test::WaitForMenu(threadId_); }
-    std::optional<OpenMessageBox> WaitForMessageBox() const { return test::WaitForMessageBox(threadId_); }
     HWND WaitForDialog() const { return test::WaitForDialog(threadId_); }
 
     /// Chooses from the menu that is open or opens, and waits for what that does. False when there is no such entry.
     bool Choose(const std::string& entry);
 
-    /// Answers the message box that is open or opens; what it said, as OpenMessageBox has it.
-    std::string Answer(int button = IDOK);
+    /// Answers the message box given, or the one that is open or opens; what it said, as WordsOfBox has it.
+    std::string Answer(int button = IDOK, HWND box = nullptr);
 
     bool IsAsking() const { return !ThreadWindows(threadId_, L"#32770").empty(); }
 
 private:
-    void Run(HANDLE started);
+    void Run(std::promise<bool>& started);
     void Call(const std::function<void()>& function) const;
     void Post(UINT message, WPARAM wParam, LPARAM lParam) const;
 
@@ -131,8 +132,5 @@ private:
 /// Where a window lies in its parent's client area, and its own client area.
 RECT PlaceOf(HWND window);
 RECT ClientOf(HWND window);
-
-/// "left,top to right,bottom"
-std::string Words(const RECT& area);
 
 }  // namespace velm::test
