@@ -32,7 +32,7 @@ private:
     void WriteHeader();
     void WriteParagraph(const HtmlParagraph& paragraph);
     void WriteRule();
-    void WriteRow(const HtmlBlock& row, const std::vector<int>& rightEdges);
+    void WriteRow(const HtmlBlock& row, const std::vector<int>& rightEdges, bool last);
     void WriteRun(const HtmlRun& run);
     void WriteText(std::u16string_view text);
     void Write(std::string_view text) { rtf_ += text; }
@@ -53,8 +53,10 @@ std::string RtfBuilder::Build(const HtmlDocument& document) {
     std::vector<int> edges;
     for (std::size_t i = 0; i < document.blocks.size(); ++i) {
         const HtmlBlock& block = document.blocks[i];
-        const bool sameTable = i > 0 && document.blocks[i - 1].kind == HtmlBlock::Kind::TableRow &&
-                               document.blocks[i - 1].table == block.table;
+        const auto isOfTable = [&](std::size_t other) {
+            return other < document.blocks.size() && document.blocks[other].kind == HtmlBlock::Kind::TableRow &&
+                   document.blocks[other].table == block.table;
+        };
         switch (block.kind) {
             case HtmlBlock::Kind::Paragraph:
                 WriteParagraph(block.paragraph);
@@ -63,10 +65,10 @@ std::string RtfBuilder::Build(const HtmlDocument& document) {
                 WriteRule();
                 break;
             case HtmlBlock::Kind::TableRow:
-                if (!sameTable) {
+                if (i == 0 || !isOfTable(i - 1)) {
                     edges = ColumnEdges(document, i);
                 }
-                WriteRow(block, edges);
+                WriteRow(block, edges, !isOfTable(i + 1));
                 break;
         }
     }
@@ -226,20 +228,21 @@ std::vector<int> RtfBuilder::ColumnEdges(const HtmlDocument& document, std::size
     return edges;
 }
 
-void RtfBuilder::WriteRow(const HtmlBlock& row, const std::vector<int>& rightEdges) {
+void RtfBuilder::WriteRow(const HtmlBlock& row, const std::vector<int>& rightEdges, bool last) {
     Control("\\pard\\trowd\\trgaph", CELL_GAP_TWIPS);
     Control("\\trleft", 0);
     for (std::size_t column = 0; column < row.cells.size(); ++column) {
         // The last cell of a short row takes the rest of the table's width.
-        const std::size_t last = column + 1 == row.cells.size() ? rightEdges.size() - 1 : column;
-        Control("\\cellx", rightEdges[last]);
+        const std::size_t edge = column + 1 == row.cells.size() ? rightEdges.size() - 1 : column;
+        Control("\\cellx", rightEdges[edge]);
     }
     for (const HtmlParagraph& cell : row.cells) {
         Write("\\pard\\plain\\intbl ");
         for (const HtmlRun& run : cell.runs) {
             WriteRun(run);
         }
-        Write("\\cell");
+        // Wine cuts the foot off a table's last row: what it cuts is an empty line.
+        Write(last ? "\\line\\cell" : "\\cell");
     }
     Write("\\row\n");
 }
