@@ -13,7 +13,7 @@ cd "$here"
 prepare_window() {
     # shellcheck disable=SC2086  # lists of words
     need_packages $BUILD_PACKAGES $WINDOWS_PACKAGES "$@" >&2
-    build_preset windows --target velmora_program tallyra peghelp htmlview velmora_data
+    build_preset windows --target shipped
 }
 prepare_terminal() {
     # shellcheck disable=SC2086  # a list of words

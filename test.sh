@@ -8,11 +8,8 @@ cd "$(dirname "$0")"
 # shellcheck disable=SC2086  # lists of words
 need_packages $BUILD_PACKAGES $WINDOWS_PACKAGES $TEST_PACKAGES
 
-# Ends the Wine server that the tests have left waiting; there is often none any more, which is no failure.
-end_wine() {
-    if [ -d build/wine ]; then WINEPREFIX=$PWD/build/wine wineserver -k 2>/dev/null || true; fi
-}
-trap end_wine EXIT
+# The tests leave the Wine server waiting.
+trap 'tools/end-wine "$PWD/build/wine"' EXIT
 
 for preset in release linux linux-asan windows fuzz; do
     echo "Building $preset"

@@ -7,8 +7,10 @@
 #include <algorithm>
 #include <cstring>
 
+#include "app/gdi.h"
 #include "htmlview/display_messages.h"
 #include "htmlview/rtf_writer.h"
+#include "platform/wide_text_win32.h"
 
 namespace velm {
 
@@ -19,16 +21,12 @@ constexpr int MARGIN_PIXELS = 4;
 constexpr int TWIPS_PER_INCH = 1440;
 
 int DotsPerInch(HWND window) {
-    const HDC context = GetDC(window);
-    const int dots = context != nullptr ? GetDeviceCaps(context, LOGPIXELSX) : 96;
-    if (context != nullptr) {
-        ReleaseDC(window, context);
-    }
-    return std::max(dots, 1);
+    const CVelmWindowDc dc(window);
+    return dc.Get() != nullptr ? std::max(GetDeviceCaps(dc.Get(), LOGPIXELSX), 1) : 96;
 }
 
-std::u16string FromWide(const wchar_t* text) {
-    return text != nullptr ? std::u16string(text, text + wcslen(text)) : std::u16string();
+CVelmString TextOf(const wchar_t* text) {
+    return text != nullptr ? FromWide(text) : CVelmString();
 }
 
 std::u16string FromAnsi(const char* text) {
@@ -38,7 +36,7 @@ std::u16string FromAnsi(const char* text) {
     const int bytes = static_cast<int>(strlen(text));
     std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, text, bytes, nullptr, 0)), L'\0');
     MultiByteToWideChar(CP_ACP, 0, text, bytes, wide.data(), static_cast<int>(wide.size()));
-    return {wide.begin(), wide.end()};
+    return FromWide(wide);
 }
 
 std::u16string EscapePlainText(std::u16string_view text) {
@@ -138,13 +136,13 @@ LRESULT HtmlDisplay::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             AddText(FromAnsi(reinterpret_cast<const char*>(lParam)), wParam != 0);
             return 1;
         case DTM_ADDTEXTW:
-            AddText(FromWide(reinterpret_cast<const wchar_t*>(lParam)), wParam != 0);
+            AddText(TextOf(reinterpret_cast<const wchar_t*>(lParam)), wParam != 0);
             return 1;
         case DTM_ENDOFSOURCE:
             ShowPage();
             return 1;
         case DTM_ANCHORW:
-            return ScrollToAnchor(FromWide(reinterpret_cast<const wchar_t*>(lParam))) ? 1 : 0;
+            return ScrollToAnchor(TextOf(reinterpret_cast<const wchar_t*>(lParam))) ? 1 : 0;
         case DTM_ENABLESHRINK:
             if (shrink_ != (wParam != 0)) {
                 shrink_ = wParam != 0;
@@ -300,12 +298,11 @@ void HtmlDisplay::Follow(LONG position) {
         ScrollToAnchor(std::u16string_view(target).substr(1));
         return;
     }
-    const std::wstring wide(target.begin(), target.end());
     HtmlHotspot hotspot = {};
     hotspot.header.hwndFrom = window_;
     hotspot.header.idFrom = static_cast<UINT_PTR>(GetDlgCtrlID(window_));
     hotspot.header.code = NM_HOTSPOT;
-    hotspot.target = wide.c_str();
+    hotspot.target = Wide(target);
     SendMessageW(GetParent(window_), WM_NOTIFY, hotspot.header.idFrom, reinterpret_cast<LPARAM>(&hotspot));
 }
 

@@ -4,9 +4,13 @@
 #include <array>
 #include <string_view>
 
+#include "platform/text.h"
+
 namespace velm {
 
 namespace {
+
+constexpr std::u16string_view BLANKS = u" \t\r\n";
 
 struct NamedColour {
     std::u16string_view name;
@@ -23,12 +27,6 @@ constexpr std::array COLOURS = {
     NamedColour{u"aqua", 0x00FFFF},
 };
 
-int HexDigit(char16_t unit) {
-    constexpr std::u16string_view DIGITS = u"0123456789abcdef";
-    const std::size_t found = DIGITS.find(unit);
-    return found == std::u16string_view::npos ? -1 : static_cast<int>(found);
-}
-
 /// "#rrggbb", "#rgb" or a colour's name, in lower case; -1 for anything else.
 std::int32_t ParseColour(std::u16string_view text) {
     for (const NamedColour& named : COLOURS) {
@@ -42,7 +40,7 @@ std::int32_t ParseColour(std::u16string_view text) {
     }
     std::int32_t colour = 0;
     for (const char16_t unit : text.substr(1)) {
-        const int digit = HexDigit(unit);
+        const int digit = HexDigitValue(unit);
         if (digit < 0) {
             return -1;
         }
@@ -51,19 +49,13 @@ std::int32_t ParseColour(std::u16string_view text) {
     return colour;
 }
 
-std::u16string_view Trim(std::u16string_view text) {
-    constexpr std::u16string_view BLANKS = u" \t\r\n";
-    const std::size_t first = std::min(text.find_first_not_of(BLANKS), text.size());
-    return text.substr(first, text.find_last_not_of(BLANKS) + 1 - first);
-}
-
 /// What a style declares for "color"; other names may end so.
 std::u16string_view StyleColour(std::u16string_view style) {
     while (!style.empty()) {
         const std::u16string_view declaration = style.substr(0, style.find(u';'));
         style.remove_prefix(std::min(declaration.size() + 1, style.size()));
         const std::size_t colon = declaration.find(u':');
-        if (colon != std::u16string_view::npos && Trim(declaration.substr(0, colon)) == u"color") {
+        if (colon != std::u16string_view::npos && Trim(declaration.substr(0, colon), BLANKS) == u"color") {
             return declaration.substr(colon + 1);
         }
     }
@@ -73,9 +65,9 @@ std::u16string_view StyleColour(std::u16string_view style) {
 }  // namespace
 
 std::int32_t ColourOf(const HtmlToken& token) {
-    const std::u16string attribute = ToLowerText(token.Attribute(u"color"));
-    const std::u16string style = ToLowerText(token.Attribute(u"style"));
-    return ParseColour(Trim(attribute.empty() ? StyleColour(style) : attribute));
+    const std::u16string attribute = ToLowerAscii(token.Attribute(u"color"));
+    const std::u16string style = ToLowerAscii(token.Attribute(u"style"));
+    return ParseColour(Trim(attribute.empty() ? StyleColour(style) : std::u16string_view(attribute), BLANKS));
 }
 
 }  // namespace velm

@@ -367,14 +367,9 @@ void DocumentBuilder::Open(HtmlTag tag, const HtmlToken& token) {
             BreakParagraph(false);
             Current().indent = 1;
             break;
-        case HtmlTag::Heading1:
-        case HtmlTag::Heading2:
-        case HtmlTag::Heading3:
-        case HtmlTag::Heading4:
-        case HtmlTag::Heading5:
-        case HtmlTag::Heading6:
+        case HtmlTag::Heading:
             BreakParagraph(true);
-            heading_ = static_cast<int>(tag) - static_cast<int>(HtmlTag::Heading1) + 1;
+            heading_ = token.name.back() - u'0';
             break;
         case HtmlTag::Rule:
             BreakParagraph(false);
@@ -433,12 +428,7 @@ void DocumentBuilder::Close(HtmlTag tag) {
                 colours_.pop_back();
             }
             break;
-        case HtmlTag::Heading1:
-        case HtmlTag::Heading2:
-        case HtmlTag::Heading3:
-        case HtmlTag::Heading4:
-        case HtmlTag::Heading5:
-        case HtmlTag::Heading6:
+        case HtmlTag::Heading:
         case HtmlTag::Paragraph:
             BreakParagraph(true);
             heading_ = 0;

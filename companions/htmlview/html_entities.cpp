@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "htmlview/html_tokenizer.h"
+#include "platform/text.h"
 
 namespace velm {
 
@@ -42,6 +42,7 @@ static_assert(std::ranges::is_sorted(ENTITIES, {}, &Entity::name));
 
 constexpr std::size_t LONGEST_ENTITY = 8;
 constexpr char16_t REPLACEMENT = 0xFFFD;
+constexpr char32_t LARGEST_CODE = 0x10FFFF;
 
 char16_t FindEntity(std::u16string_view name) {
     const auto found =
@@ -50,28 +51,10 @@ char16_t FindEntity(std::u16string_view name) {
     return found != ENTITIES.end() && found->name == name ? found->character : u'\0';
 }
 
-void AppendCodePoint(std::u16string& text, std::uint32_t code) {
-    if (code == 0 || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) {
-        text += REPLACEMENT;
-    } else if (code < 0x10000) {
-        text += static_cast<char16_t>(code);
-    } else {
-        text += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
-        text += static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF));
-    }
-}
-
-int DigitValue(char16_t unit) {
-    if (unit >= u'0' && unit <= u'9') {
-        return unit - u'0';
-    }
-    if (unit >= u'a' && unit <= u'f') {
-        return unit - u'a' + 10;
-    }
-    if (unit >= u'A' && unit <= u'F') {
-        return unit - u'A' + 10;
-    }
-    return 16;
+/// A number that stands for no character gives the replacement character.
+void AppendNumbered(std::u16string& text, char32_t code) {
+    const bool valid = code != 0 && code <= LARGEST_CODE && (code < 0xD800 || code > 0xDFFF);
+    AppendCodePoint(text, valid ? code : REPLACEMENT);
 }
 
 /// Reads the entity that begins with the "&" at `at`; moves `at` behind it and appends its character.
@@ -81,18 +64,19 @@ bool DecodeOne(std::u16string_view text, std::size_t& at, std::u16string& decode
         ++next;
         const bool hexadecimal = next < text.size() && (text[next] == u'x' || text[next] == u'X');
         next += hexadecimal ? 1 : 0;
-        const int radix = hexadecimal ? 16 : 10;
+        const auto isDigit = [hexadecimal](char16_t unit) {
+            return hexadecimal ? HexDigitValue(unit) >= 0 : IsDigit(unit);
+        };
         const std::size_t first = next;
-        std::uint32_t code = 0;
-        for (; next < text.size() && DigitValue(text[next]) < radix; ++next) {
-            code = std::min<std::uint32_t>(
-                code * static_cast<std::uint32_t>(radix) + static_cast<std::uint32_t>(DigitValue(text[next])),
-                0x110000);
+        char32_t code = 0;
+        for (; next < text.size() && isDigit(text[next]); ++next) {
+            code = code * (hexadecimal ? 16 : 10) + static_cast<char32_t>(HexDigitValue(text[next]));
+            code = std::min<char32_t>(code, LARGEST_CODE + 1);
         }
         if (next == first) {
             return false;
         }
-        AppendCodePoint(decoded, code);
+        AppendNumbered(decoded, code);
     } else {
         const std::size_t end = text.substr(next, LONGEST_ENTITY + 1).find(u';');
         const char16_t character = end == std::u16string_view::npos ? u'\0' : FindEntity(text.substr(next, end));

@@ -2,29 +2,17 @@
 
 #include <algorithm>
 
+#include "platform/text.h"
+
 namespace velm {
 
 namespace {
-
-bool IsLetter(char16_t unit) {
-    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
-}
 
 bool IsBlank(char16_t unit) {
     return unit == u' ' || unit == u'\t' || unit == u'\n' || unit == u'\r' || unit == u'\f';
 }
 
-char16_t ToLower(char16_t unit) {
-    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
-}
-
 }  // namespace
-
-std::u16string ToLowerText(std::u16string_view text) {
-    std::u16string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), ToLower);
-    return lower;
-}
 
 std::u16string_view HtmlToken::Attribute(std::u16string_view attributeName) const {
     for (const auto& [key, value] : attributes) {
@@ -96,7 +84,7 @@ bool HtmlTokenizer::ReadTag(HtmlToken& token) {
         ++at;
     }
     token.kind = closing ? HtmlToken::Kind::Close : HtmlToken::Kind::Open;
-    token.name = ToLowerText(html_.substr(nameStart, at - nameStart));
+    token.name = ToLowerAscii(html_.substr(nameStart, at - nameStart));
     // A ">" inside quotes does not end the tag; attributes of closing tags mean nothing.
     if (!closing) {
         ReadAttributes(token, at, end);
@@ -153,7 +141,7 @@ void HtmlTokenizer::ReadAttributes(HtmlToken& token, std::size_t& at, std::size_
                 value = html_.substr(valueStart, at - valueStart);
             }
         }
-        token.attributes.emplace_back(ToLowerText(name), DecodeEntities(value));
+        token.attributes.emplace_back(ToLowerAscii(name), DecodeEntities(value));
     }
 }
 
@@ -165,7 +153,7 @@ void HtmlTokenizer::SkipRawText(std::u16string_view name) {
             return;
         }
         at_ = close;
-        if (ToLowerText(html_.substr(close + 2, name.size())) == name) {
+        if (ToLowerAscii(html_.substr(close + 2, name.size())) == name) {
             return;
         }
         at_ = close + 2;

@@ -41,9 +41,6 @@ private:
     bool noMoreTags_ = false;  ///< no ">" is left, so that it is not looked for again at every "<"
 };
 
-/// Lower-cases A to Z, as names are compared.
-std::u16string ToLowerText(std::u16string_view text);
-
 /// Replaces &name; and &#n; by their characters. What is no entity stays as it is.
 std::u16string DecodeEntities(std::u16string_view text);
 

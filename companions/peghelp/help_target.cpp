@@ -8,17 +8,10 @@ namespace {
 constexpr CVelmStringView SCHEME = u"file:";
 constexpr CVelmStringView EXTENSION = u".htm";
 
-CVelmStringView Trim(CVelmStringView text) {
-    constexpr CVelmStringView AROUND = u" \t\"";
-    const std::size_t first = text.find_first_not_of(AROUND);
-    return first == CVelmStringView::npos ? CVelmStringView()
-                                          : text.substr(first, text.find_last_not_of(AROUND) - first + 1);
-}
-
 }  // namespace
 
 HelpTarget ParseHelpTarget(CVelmStringView text) {
-    text = Trim(text);
+    text = Trim(text, u" \t\"");
     if (StartsWithNoCase(text, SCHEME)) {
         text.remove_prefix(SCHEME.size());
     }

@@ -22,8 +22,12 @@ CVelmHelpWindow::CVelmHelpWindow(const CVelmServices& services, const CVelmStrin
 }
 
 bool CVelmHelpWindow::Open(const HelpTarget& target, int showCommand) {
+    if (!library_.Load()) {
+        TellUser(nullptr, u"The help viewer could not be started: htmlview.dll is missing or does not work.");
+        return false;
+    }
     if (!CreateFrame()) {
-        TellUser(nullptr, u"The help viewer could not be started: htmlview.dll is missing.");
+        TellUser(nullptr, u"The help viewer could not be started: its window could not be made.");
         return false;
     }
     // Shown first: a page is laid out and scrolled in the size that it has on the screen.
@@ -41,7 +45,8 @@ bool CVelmHelpWindow::Open(const HelpTarget& target, int showCommand) {
 }
 
 bool CVelmHelpWindow::CreateFrame() {
-    if (!RegisterFrameClass(HELP_CLASS, LoadIconW(nullptr, IDI_QUESTION), LoadCursorW(nullptr, IDC_ARROW))) {
+    if (!RegisterFrameClass(HELP_CLASS, LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1)),
+                            LoadCursorW(nullptr, IDC_ARROW))) {
         return false;
     }
     RECT area{0, 0, Scaled(FRAME_FIRST_WIDTH), Scaled(FRAME_FIRST_HEIGHT)};

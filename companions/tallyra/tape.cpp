@@ -54,9 +54,7 @@ bool CVelmTape::Save(const CVelmServices& services, const CVelmString& path) con
     for (const TapeLine& line : lines_) {
         bytes += ToUtf8(line.expression) + '\t' + ToUtf8(line.result) + '\n';
     }
-    return ReplaceFile(services, path, [&bytes](CVelmFileStream& stream) {
-        return stream.Write(bytes.data(), bytes.size()) == static_cast<std::int32_t>(bytes.size());
-    });
+    return ReplaceFile(services, path, bytes);
 }
 
 }  // namespace velm
