@@ -9,6 +9,7 @@
 #include "find_item.h"
 #include "item_results.h"
 #include "line_stream.h"
+#include "number_text.h"
 
 namespace velm {
 
@@ -70,8 +71,9 @@ private:
         Calculate();
         for (const CVelmItem* input : given_) {
             if (input->state != STATE_VALID) {
-                Fail(fmt::format("calc: cannot read {} as a value of {}", Quoted(ToUtf8(input->valueText)),
-                                 ToUtf8(input->ShortName())));
+                Fail(fmt::format("calc: cannot read {} as a value of {}: {}", Quoted(ToUtf8(input->valueText)),
+                                 ToUtf8(input->ShortName()),
+                                 ValueFault(input->format, input->valueText, context_.formulas)));
             }
         }
         if (json_) {

@@ -10,6 +10,7 @@
 #include "find_item.h"
 #include "item_results.h"
 #include "line_stream.h"
+#include "number_text.h"
 
 namespace velm {
 
@@ -72,7 +73,8 @@ private:
 
     int ConvertOnce() {
         if (!Convert(value_)) {
-            Fail(fmt::format("convert: cannot read {} as a value of {}", Quoted(value_), ToUtf8(unit_->name)));
+            Fail(fmt::format("convert: cannot read {} as a value of {}: {}", Quoted(value_), ToUtf8(unit_->name),
+                             ValueFault(unit_->format, FromUtf8(value_), context_.formulas)));
         }
         if (json_) {
             context_.out.WriteLine(ResultsAsJson(printed_, context_.services.locale, true));

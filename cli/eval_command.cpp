@@ -139,7 +139,8 @@ private:
             }
             streamed_ = &assignment;
         } else if (streamed_ == nullptr && !Evaluate(assignment.value, value)) {
-            Fail(fmt::format("eval: cannot evaluate {} for {}", Quoted(assignment.value), assignment.name));
+            Fail(fmt::format("eval: cannot evaluate {} for {}: {}", Quoted(assignment.value), assignment.name,
+                             Fault(assignment.value)));
         }
         const CVelmString name = FromUtf8(assignment.name);
         if (!DefineVariable(context_.formulas, name, value)) {
@@ -156,6 +157,8 @@ private:
         return format_.ParseValueText(FromUtf8(text), context_.formulas, value);
     }
 
+    std::string Fault(std::string_view text) const { return ValueFault(format_, FromUtf8(text), context_.formulas); }
+
     std::string Text(double value) const {
         if (raw_) {
             return RawText(value);
@@ -167,7 +170,7 @@ private:
     int EvaluateOnce() {
         double value = 0.0;
         if (!Evaluate(formula_, value)) {
-            Fail(fmt::format("eval: cannot evaluate {}", Quoted(formula_)));
+            Fail(fmt::format("eval: cannot evaluate {}: {}", Quoted(formula_), Fault(formula_)));
         }
         context_.out.WriteLine(Text(value));
         return STATUS_OK;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cli_error.h"
+#include "formula/formula_errors.h"
 #include "model/file_stream.h"
 #include "number_text.h"
 #include "source_keys.h"
@@ -56,7 +57,9 @@ double NumberOfText(const SourceFile& file, const toml::node& node, const std::s
     }
     double value = 0.0;
     if (!EvaluateFormula(file.formulas, FromUtf8(text), value)) {
-        FailAt(file, node, fmt::format("cannot evaluate {} of {}", Quoted(text), what));
+        FailAt(file, node,
+               fmt::format("cannot evaluate {} of {}: {}", Quoted(text), what,
+                           ToUtf8(ExplainFailure(file.formulas, FromUtf8(text)).message)));
     }
     return value;
 }

@@ -3,8 +3,8 @@
 #include <cstdint>
 
 #include "formula/formula_context.h"
+#include "formula/formula_errors.h"
 #include "platform/text.h"
-#include "tallyra/formula_errors.h"
 
 namespace velm {
 

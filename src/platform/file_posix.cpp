@@ -221,7 +221,7 @@ public:
         struct stat status {};
         if (stat(target->c_str(), &status) == 0) {
             if (!S_ISREG(status.st_mode)) {
-                errno = EEXIST;  // a device or a pipe would be lost to a file of its name
+                errno = EOPNOTSUPP;  // a device or a pipe would be lost to a file of its name
                 return false;
             }
             // The rights of the old file go on to the new one, where the file system knows rights.

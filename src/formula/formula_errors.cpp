@@ -1,4 +1,4 @@
-#include "tallyra/formula_errors.h"
+#include "formula/formula_errors.h"
 
 #include <algorithm>
 #include <array>
@@ -16,8 +16,8 @@
 namespace velm {
 namespace {
 
-constexpr CVelmStringView LEFT_NAME = u"tallyra_left";
-constexpr CVelmStringView RIGHT_NAME = u"tallyra_right";
+constexpr CVelmStringView LEFT_NAME = u"explained_left";
+constexpr CVelmStringView RIGHT_NAME = u"explained_right";
 
 struct Domain {
     CVelmStringView name;
