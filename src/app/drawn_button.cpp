@@ -65,11 +65,11 @@ void CVelmDrawnButton::Draw(HDC dc) const {
 void CVelmDrawnButton::DrawFrame(HDC dc) const {
     COLORREF face = RGB(255, 255, 255);
     if (State() == BUTTON_PRESSED) {
-        face = MixColor(MIX_EDGE, BaseColor());
+        face = EdgeColor();
     } else if (selected_) {
         face = MixColor(SELECTED_TINT, BaseColor());
     }
-    FillColor(dc, Rectangle(), MixColor(MIX_EDGE, BaseColor()));
+    FillColor(dc, Rectangle(), EdgeColor());
     RECT inside = Rectangle();
     InflateRect(&inside, -DisplayScale(), -DisplayScale());
     FillColor(dc, inside, face);

@@ -35,6 +35,16 @@ constexpr COLORREF HEADER_COLOR = RGB(255, 255, 255);
 
 constexpr const wchar_t* SAVE_CAPTION = L"Save";
 
+RECT TitlePlace(const RECT& area) {
+    const LONG margin = Scaled(BUTTON_MARGIN);
+    return {margin, margin, area.right - Scaled(SHOW_UNITS_ROOM), Scaled(BUTTON_BOTTOM)};
+}
+
+RECT ShowUnitsPlace(const RECT& area, int bottom) {
+    const LONG margin = Scaled(BUTTON_MARGIN);
+    return {area.right - Scaled(SHOW_UNITS_LEFT), margin, area.right - margin, Scaled(bottom)};
+}
+
 /// The document string's first part, up to the line end, is the window's title.
 CVelmString FrameTitle() {
     const CVelmString text = LoadText(IDS_DOCUMENT);
@@ -112,14 +122,10 @@ bool CVelmFrame::CreateCommandBar() {
 }
 
 void CVelmFrame::CreateHeader(const RECT& area) {
-    const LONG margin = Scaled(BUTTON_MARGIN);
-    titleButton_.Init({margin, margin, area.right - Scaled(SHOW_UNITS_ROOM), Scaled(BUTTON_BOTTOM)}, Handle(),
-                      IDC_TITLE);
+    titleButton_.Init(TitlePlace(area), Handle(), IDC_TITLE);
     titleButton_.SetFont(titleFont_.get());
     titleButton_.SetMenuSign(true);
-    showUnitsButton_.Init({area.right - Scaled(SHOW_UNITS_LEFT), margin, area.right - margin,
-                           static_cast<LONG>(Scaled(FIRST_SHOW_UNITS_BOTTOM))},
-                          Handle(), ID_SHOW_UNITS);
+    showUnitsButton_.Init(ShowUnitsPlace(area, FIRST_SHOW_UNITS_BOTTOM), Handle(), ID_SHOW_UNITS);
     showUnitsButton_.SetIcon(showUnitsIcon_.get());
 }
 
@@ -217,11 +223,8 @@ void CVelmFrame::Layout() {
     const int panel = Scaled(PANEL_HEIGHT);
     MoveWindow(panel_.Handle(), 0, height - panel, width, panel, TRUE);
     MoveWindow(list_.Handle(), 0, header, width, std::max(0, height - header - (panel_.IsShown() ? panel : 0)), TRUE);
-
-    const LONG margin = Scaled(BUTTON_MARGIN);
-    const LONG bottom = Scaled(BUTTON_BOTTOM);
-    titleButton_.Move({margin, margin, area.right - Scaled(SHOW_UNITS_ROOM), bottom});
-    showUnitsButton_.Move({area.right - Scaled(SHOW_UNITS_LEFT), margin, area.right - margin, bottom});
+    titleButton_.Move(TitlePlace(area));
+    showUnitsButton_.Move(ShowUnitsPlace(area, BUTTON_BOTTOM));
 }
 
 void CVelmFrame::Paint() {

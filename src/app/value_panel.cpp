@@ -326,7 +326,7 @@ void CVelmValuePanel::Paint() {
     GetClientRect(Handle(), &edge);
     edge.bottom = edge.top + 1;
     FillColor(painter.Dc(), painter.UpdateArea(), RGB(255, 255, 255));
-    FillColor(painter.Dc(), edge, MixColor(MIX_EDGE, BaseColor()));
+    FillColor(painter.Dc(), edge, EdgeColor());
     accept_.Draw(painter.Dc());
     restore_.Draw(painter.Dc());
     for (int i = 0; i < tabCount_; ++i) {

@@ -1,5 +1,7 @@
 #include "app/window_class.h"
 
+#include <array>
+
 #include "resource.h"
 
 namespace velm {
@@ -13,6 +15,12 @@ bool RegisterWindowClass(HINSTANCE instance) {
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
     windowClass.lpszClassName = WINDOW_CLASS;
     return RegisterClassW(&windowClass) != 0;
+}
+
+bool IsOfClass(HWND window, const wchar_t* name) {
+    std::array<wchar_t, 32> text{};
+    GetClassNameW(window, text.data(), static_cast<int>(text.size()));
+    return lstrcmpiW(text.data(), name) == 0;
 }
 
 CVelmWindow::~CVelmWindow() {

@@ -10,6 +10,9 @@ inline constexpr const wchar_t* WINDOW_CLASS = L"VlWndClass";
 /// Registers "VlWndClass". False when the system refuses.
 bool RegisterWindowClass(HINSTANCE instance);
 
+/// Whether a window is of that class, whose name has no letter case.
+bool IsOfClass(HWND window, const wchar_t* name);
+
 /// An object that owns a window of the program. It may outlive its window; ending the object ends the window.
 class CVelmWindow {
 public:

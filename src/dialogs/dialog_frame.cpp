@@ -1,9 +1,10 @@
 #include "dialogs/dialog_frame.h"
 
 #include <algorithm>
-#include <array>
 
 #include "app/display_scale.h"
+#include "app/scroll_bar.h"
+#include "app/window_class.h"
 #include "app/window_text.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/command_bar.h"
@@ -24,12 +25,6 @@ constexpr COLORREF LINE_COLOR = RGB(0, 0, 0);
 
 /// What a dialog ends with that could not be made.
 constexpr INT_PTR NOT_MADE = -1;
-
-bool IsOfClass(HWND control, const wchar_t* name) {
-    std::array<wchar_t, 32> text{};
-    GetClassNameW(control, text.data(), static_cast<int>(text.size()));
-    return lstrcmpiW(text.data(), name) == 0;
-}
 
 BOOL CALLBACK GiveFont(HWND control, LPARAM font) {
     SendMessageW(control, WM_SETFONT, static_cast<WPARAM>(font), FALSE);
@@ -172,13 +167,7 @@ void CVelmDialog::Layout() {
     }
     ShowWindow(scrollBar_, scrolls ? SW_SHOWNA : SW_HIDE);
     scrollTop_ = std::clamp(scrollTop_, 0, std::max(0, needed - Height(room)));
-    SCROLLINFO info{};
-    info.cbSize = sizeof(info);
-    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
-    info.nMax = std::max(0, needed - 1);
-    info.nPage = static_cast<UINT>(Height(room));
-    info.nPos = scrollTop_;
-    SetScrollInfo(scrollBar_, SB_CTL, &info, TRUE);
+    SetScrollBar(scrollBar_, SB_CTL, {needed, Height(room), scrollTop_});
     for (const CVelmPlacement& placement : Placements()) {
         Place(placement, room, std::max(needed, Height(room)));
     }
@@ -204,30 +193,7 @@ void CVelmDialog::ScrollTo(int top) {
 }
 
 void CVelmDialog::OnScroll(int request) {
-    SCROLLINFO info{};
-    info.cbSize = sizeof(info);
-    info.fMask = SIF_ALL;
-    GetScrollInfo(scrollBar_, SB_CTL, &info);
-    const int page = static_cast<int>(info.nPage);
-    switch (request) {
-        case SB_LINEUP:
-            return ScrollTo(scrollTop_ - Scaled(SCROLL_STEP));
-        case SB_LINEDOWN:
-            return ScrollTo(scrollTop_ + Scaled(SCROLL_STEP));
-        case SB_PAGEUP:
-            return ScrollTo(scrollTop_ - page);
-        case SB_PAGEDOWN:
-            return ScrollTo(scrollTop_ + page);
-        case SB_TOP:
-            return ScrollTo(0);
-        case SB_BOTTOM:
-            return ScrollTo(info.nMax);
-        case SB_THUMBTRACK:
-        case SB_THUMBPOSITION:
-            return ScrollTo(info.nTrackPos);
-        default:
-            return;
-    }
+    ScrollTo(ScrollTarget(scrollBar_, SB_CTL, request, Scaled(SCROLL_STEP)));
 }
 
 void CVelmDialog::BringIntoView(HWND control) {

@@ -14,6 +14,9 @@ namespace {
 constexpr WORD PALETTE_VERSION = 0x300;
 constexpr int MAX_TABLE_BITS = 8;
 
+/// How much edges are lightened.
+constexpr int MIX_EDGE = 110;
+
 int Darkened(int channel, int darkness) {
     return 255 - ((255 - channel) * darkness) / 256;
 }
@@ -159,6 +162,10 @@ private:
 COLORREF MixColor(int amount, COLORREF color) {
     const int share = 255 - amount;
     return RGB(Darkened(GetRValue(color), share), Darkened(GetGValue(color), share), Darkened(GetBValue(color), share));
+}
+
+COLORREF EdgeColor() {
+    return MixColor(MIX_EDGE, BaseColor());
 }
 
 COLORREF TintColor(COLORREF color, COLORREF tint) {

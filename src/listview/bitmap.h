@@ -13,8 +13,8 @@ COLORREF MixColor(int amount, COLORREF color);
 /// How much the rows of the item list are lightened.
 constexpr int MIX_ROW = 140;
 
-/// How much the edges of buttons and panels are, and the faces of pressed buttons.
-constexpr int MIX_EDGE = 110;
+/// The colour of the edges of buttons and panels, and of the faces of pressed buttons.
+COLORREF EdgeColor();
 
 /// One channel-wise recolouring of a colour table entry: greys stay, every other colour takes the tint's hue at its
 /// own brightness.

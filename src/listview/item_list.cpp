@@ -8,6 +8,7 @@
 
 #include "app/clipboard.h"
 #include "app/display_scale.h"
+#include "app/scroll_bar.h"
 #include "app/value_panel.h"
 #include "dialogs/formats_dialog.h"
 #include "listview/bitmap.h"
@@ -56,7 +57,7 @@ LRESULT CVelmItemList::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
             Paint();
             return 0;
         case WM_VSCROLL:
-            OnScroll(LOWORD(wParam));
+            ScrollTo(ScrollTarget(Handle(), SB_VERT, LOWORD(wParam), 1));
             return 0;
         case WM_CHAR:
             if (wParam > L' ') {
@@ -143,7 +144,7 @@ void CVelmItemList::RemoveRow(int index) {
         selected_ = -1;
         NotifySelection();
     }
-    const int reached = std::max(0, std::min(top_, RowCount() - visibleRows_));
+    const int reached = Reachable(top_);
     const bool scrolled = std::exchange(top_, reached) != reached;
     LayoutRows();
     InvalidateRect(Handle(), scrolled ? nullptr : &area, FALSE);
@@ -184,7 +185,7 @@ void CVelmItemList::Layout(int width, int height) {
     twoLines_ = height >= Scaled(LEAST_TWO_LINE_HEIGHT) && program_.settings.twoLineRows != 0;
     rowHeight_ = Scaled(twoLines_ ? TWO_LINE_ROW_HEIGHT : ROW_HEIGHT);
     visibleRows_ = std::max(1, height / rowHeight_);
-    top_ = std::max(0, std::min(top_, RowCount() - visibleRows_));
+    top_ = Reachable(top_);
     LayoutRows();
     UpdateScrollBar();
 }
@@ -196,14 +197,12 @@ void CVelmItemList::LayoutRows() {
     }
 }
 
+int CVelmItemList::Reachable(int top) const {
+    return std::max(0, std::min(top, RowCount() - visibleRows_));
+}
+
 void CVelmItemList::UpdateScrollBar() const {
-    SCROLLINFO info{};
-    info.cbSize = sizeof(info);
-    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
-    info.nMax = std::max(0, RowCount() - 1);
-    info.nPage = static_cast<UINT>(visibleRows_);
-    info.nPos = top_;
-    SetScrollInfo(Handle(), SB_VERT, &info, TRUE);
+    SetScrollBar(Handle(), SB_VERT, {RowCount(), visibleRows_, top_}, true);
 }
 
 void CVelmItemList::RepaintRow(int index) const {
@@ -217,7 +216,7 @@ void CVelmItemList::Repaint() const {
 }
 
 void CVelmItemList::ScrollTo(int top) {
-    const int reached = std::max(0, std::min(top, RowCount() - visibleRows_));
+    const int reached = Reachable(top);
     if (reached == top_) {
         return;
     }
@@ -299,41 +298,6 @@ void CVelmItemList::ScrollByWheel(int distance) {
     const int rows = wheelRest_ / WHEEL_DELTA;
     wheelRest_ -= rows * WHEEL_DELTA;
     ScrollTo(top_ - rows);
-}
-
-void CVelmItemList::OnScroll(int request) {
-    switch (request) {
-        case SB_LINEUP:
-            ScrollTo(top_ - 1);
-            break;
-        case SB_LINEDOWN:
-            ScrollTo(top_ + 1);
-            break;
-        case SB_PAGEUP:
-            ScrollTo(top_ - visibleRows_);
-            break;
-        case SB_PAGEDOWN:
-            ScrollTo(top_ + visibleRows_);
-            break;
-        case SB_THUMBPOSITION:
-        case SB_THUMBTRACK: {
-            // The message carries 16 bits of the position only.
-            SCROLLINFO info{};
-            info.cbSize = sizeof(info);
-            info.fMask = SIF_TRACKPOS;
-            GetScrollInfo(Handle(), SB_VERT, &info);
-            ScrollTo(info.nTrackPos);
-            break;
-        }
-        case SB_TOP:
-            ScrollTo(0);
-            break;
-        case SB_BOTTOM:
-            ScrollTo(RowCount() - visibleRows_);
-            break;
-        default:
-            break;
-    }
 }
 
 void CVelmItemList::Paint() {

@@ -80,11 +80,13 @@ private:
     void Layout(int width, int height);
     void LayoutRows();
     void UpdateScrollBar() const;
+
+    /// The first visible row nearest to the one wanted that leaves no room below the last.
+    int Reachable(int top) const;
     void RepaintRow(int index) const;
     void Repaint() const;
     void BringIntoView(int index);
     void Paint();
-    void OnScroll(int request);
     bool OnPen(UINT message, WPARAM wParam, LPARAM lParam);
     void OnPenDown(POINT place);
     void OnRightButton(POINT place);

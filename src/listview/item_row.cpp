@@ -39,7 +39,7 @@ RECT Place(LONG left, LONG top, LONG width, LONG height) {
 
 void CVelmFormatButton::Draw(HDC dc, const CVelmBitmap& icons) const {
     const bool pressed = State() == BUTTON_PRESSED;
-    FillColor(dc, Rectangle(), MixColor(MIX_EDGE, BaseColor()));
+    FillColor(dc, Rectangle(), EdgeColor());
     RECT inside = Rectangle();
     InflateRect(&inside, -DisplayScale() * (pressed ? 2 : 1), -DisplayScale() * (pressed ? 2 : 1));
     FillColor(dc, inside, RGB(255, 255, 255));

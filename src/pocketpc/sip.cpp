@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "app/window_class.h"
 #include "pocketpc/shell.h"
 #include "pocketpc/shell_classes.h"
 
@@ -24,10 +25,8 @@ constexpr std::array<FocusCodes, 2> FOCUS_CODES = {
 
 /// A list that only drops down takes no text.
 bool TakesText(HWND control, const FocusCodes& codes) {
-    std::array<wchar_t, 16> name{};
-    GetClassNameW(control, name.data(), static_cast<int>(name.size()));
     const bool isChoice = codes.gained == CBN_SETFOCUS && (GetWindowLongW(control, GWL_STYLE) & 3) == CBS_DROPDOWNLIST;
-    return lstrcmpiW(name.data(), codes.windowClass) == 0 && !isChoice;
+    return velm::IsOfClass(control, codes.windowClass) && !isChoice;
 }
 
 /// The panel's state that a control's notification asks for.
