@@ -17,21 +17,24 @@ std::string CountsText(const CVelmDocument& document) {
                        conversions == nullptr ? 0 : conversions->size());
 }
 
-/// What stands behind the path; sets `isOk`.
-std::string CheckFile(const CVelmServices& services, const CVelmString& path, bool& isOk) {
+struct Verdict {
+    bool isOk;
+    std::string text;
+};
+
+Verdict CheckFile(const CVelmServices& services, const CVelmString& path) {
     const DataFilePath parts = SplitDataFilePath(path);
     if (parts.kind == 0) {
-        return "error: does not end in .cnv or .cal";
+        return {false, "error: does not end in .cnv or .cal"};
     }
     const std::unique_ptr<CVelmDocument> document = CreateDocument(parts.kind, services);
     if (!document->Load(parts.folder, true, parts.name)) {
-        return "error: " + LoadFailureText(document->LastLoad());
+        return {false, "error: " + LoadFailureText(document->LastLoad())};
     }
     if (document->DroppedRecords() != 0) {
-        return "error: " + DroppedRecordsText(*document);
+        return {false, "error: " + DroppedRecordsText(*document)};
     }
-    isOk = true;
-    return CountsText(*document);
+    return {true, CountsText(*document)};
 }
 
 /// A folder stands for its data files.
@@ -62,10 +65,9 @@ int RunCheck(CommandContext& context, const std::vector<std::string>& arguments)
     int status = STATUS_OK;
     for (const std::string& path : paths) {
         for (const CVelmString& file : FilesAt(files, path)) {
-            bool isOk = false;
-            const std::string verdict = CheckFile(services, file, isOk);
-            context.out.WriteLine(OneLine(fmt::format("{}: {}", ToUtf8(file), verdict)));
-            status = isOk ? status : STATUS_FAILED;
+            const Verdict verdict = CheckFile(services, file);
+            context.out.WriteLine(OneLine(fmt::format("{}: {}", ToUtf8(file), verdict.text)));
+            status = verdict.isOk ? status : STATUS_FAILED;
         }
     }
     return status;

@@ -87,9 +87,9 @@ std::string Choices(std::vector<std::string> words) {
     return AnyOf(words);
 }
 
-class Evaluation {
+class EvalRun {
 public:
-    explicit Evaluation(CommandContext& context) : context_(context) { format_.allowedFormats = AllFormats(); }
+    explicit EvalRun(CommandContext& context) : context_(context) { format_.allowedFormats = AllFormats(); }
 
     int Run(const std::vector<std::string>& words) {
         CVelmArguments arguments(context_.command);
@@ -220,7 +220,7 @@ private:
 }  // namespace
 
 int RunEval(CommandContext& context, const std::vector<std::string>& arguments) {
-    return Evaluation(context).Run(arguments);
+    return EvalRun(context).Run(arguments);
 }
 
 }  // namespace velm

@@ -25,6 +25,11 @@ _velmora_paths() {
     mapfile -t COMPREPLY < <(compgen "$1" -- "$word")
 }
 
+# The words that the help offers for the option before, as in "Angles in rad (the default), deg or gra".
+_velmora_choices() {
+    sed -nE "s/^ *$previous [A-Z].* (as|in) (.*)/\2/p" <<<"$help" | sed -E 's/ \(the default\)//; s/, | or /\n/g'
+}
+
 # Runs the command for what it lists.
 _velmora_ask() {
     "${COMP_WORDS[0]}" "${data[@]}" "$@" 2>/dev/null
@@ -66,8 +71,7 @@ _velmora() {
     fi
     case $command:$previous:${#arguments[@]} in
         convert:--to:*) _velmora_offer < <(_velmora_ask show "${arguments[0]}" --names) ;;
-        eval:--as:*) _velmora_offer < <(printf '%s\n' decimal currency hex octal binary compound date datetime) ;;
-        eval:--angle:*) _velmora_offer < <(printf '%s\n' rad deg gra) ;;
+        eval:--as:* | eval:--angle:*) _velmora_offer < <(_velmora_choices) ;;
         feed:--out:*) _velmora_paths -d ;;
         feed:--rates:* | export:-o:* | check:* | import:*) _velmora_paths -f ;;
         *:--url:* | *:--base-url:* | *:--parts:*) ;;
