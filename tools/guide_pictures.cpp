@@ -58,8 +58,7 @@ protected:
                    "way.</p><table border=1><tr><th>Europe</th><th>UK</th></tr><tr><td>42</td><td>8</td></tr>"
                    "<tr><td>43</td><td>9</td></tr></table><ul><li>Half sizes are usual in the UK.</li></ul>");
         CopyFileW(Wide(FromUtf8(VELMORA_HTMLVIEW)), Wide(program.ProgramFolder() + u"htmlview.dll"), FALSE);
-        program.StoreRecentFiles({u"Length.cnv", u"TipCalc.cal"});
-        ASSERT_TRUE(program.Start());
+        Do("recent Length.cnv, TipCalc.cal; start");
     }
 
     void Take(const std::string& name) {

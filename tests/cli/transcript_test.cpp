@@ -1,12 +1,17 @@
 #include <gtest/gtest.h>
 
+#ifdef _WIN32
+#include "platform/wide_text_win32.h"
+#else
+#include <sys/wait.h>
+#endif
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 
-#include "cli/shell.h"
 #include "platform/file.h"
 #include "support/http_server.h"
 #include "support/temporary_folder.h"
@@ -15,6 +20,29 @@ namespace velm::test {
 namespace {
 
 namespace fs = std::filesystem;
+
+#ifdef _WIN32
+constexpr const char* LINE_END = "";  // a command is one line
+
+int RunShell(const std::string& commands) {
+    return _wsystem(ToWide(FromUtf8(commands)).c_str());
+}
+
+void SetVariable(const char* name, const std::string& value) {
+    _wputenv_s(ToWide(FromUtf8(name)).c_str(), ToWide(FromUtf8(value)).c_str());
+}
+#else
+constexpr const char* LINE_END = "\n";
+
+int RunShell(const std::string& commands) {
+    const int ended = std::system(commands.c_str());
+    return WIFEXITED(ended) ? WEXITSTATUS(ended) : 128 + WTERMSIG(ended);
+}
+
+void SetVariable(const char* name, const std::string& value) {
+    setenv(name, value.c_str(), 1);
+}
+#endif
 
 /// Replays sessions at a command line: "$ command", continued in lines of "> ", then what it wrote to standard output
 /// ("| "), to standard error ("! ") and its status when that is not 0 ("? "). Any other line is a remark.
@@ -74,10 +102,13 @@ private:
     }
 
     std::string Run(const std::string& command) {
-        int status = 0;
-        std::string text = Prefixed("| ", RunShell(command, ToUtf8(errors_.PathOf(u"text")), status));
-        const Bytes errors = errors_.Read(u"text");
-        text += Prefixed("! ", std::string(errors.begin(), errors.end()));
+        const auto written = [this](CVelmStringView name) {
+            const Bytes bytes = written_.Read(name);
+            return std::string(bytes.begin(), bytes.end());
+        };
+        const int status = RunShell("(" + command + LINE_END + ") > \"" + ToUtf8(written_.PathOf(u"output")) +
+                                    "\" 2> \"" + ToUtf8(written_.PathOf(u"errors")) + "\"");
+        std::string text = Prefixed("| ", written(u"output")) + Prefixed("! ", written(u"errors"));
         text += status == 0 ? "" : "? " + std::to_string(status) + "\n";
         Replace(text, server_.Address(""), "$SERVER");
         Replace(text, ToUtf8(folder_.Path()), "$FOLDER/");
@@ -85,7 +116,7 @@ private:
     }
 
     TemporaryFolder folder_;
-    TemporaryFolder errors_;
+    TemporaryFolder written_;
     HttpServer server_;
 };
 

@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "datetime/date_time.h"
-#include "support/fixed_clock.h"
 #include "support/table.h"
 
 namespace velm {
@@ -96,18 +95,6 @@ TEST(TimeZones, DaylightTimeLiesStrictlyBetweenItsChanges) {
         EXPECT_FALSE(IsDaylightTime(row, change)) << row.code << " at " << change;
         EXPECT_EQ(IsDaylightTime(row, change + SECOND), begins) << row.code << " after " << change;
     }
-}
-
-TEST(TimeZones, TheTimeNowIsLocalOrThatOfAZone) {
-    const test::FixedClock clock({2004, 7, 1, 14, 30, 0}, 2);
-    double value = 0;
-    EXPECT_TRUE(ZoneTimeNow(-1, clock, value));
-    EXPECT_EQ(value, At(2004, 7, 1, 14, 30));
-    EXPECT_TRUE(ZoneTimeNow(85, clock, value));
-    EXPECT_NEAR(value, At(2004, 7, 1, 13, 30), SECOND / 10);
-    value = 7;
-    EXPECT_FALSE(ZoneTimeNow(5, clock, value));
-    EXPECT_EQ(value, 7);
 }
 
 }  // namespace

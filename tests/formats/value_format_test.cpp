@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <map>
 
-#include "datetime/date_time.h"
 #include "support/fixed_clock.h"
 #include "support/fixed_locale.h"
 #include "support/table.h"
@@ -83,29 +82,12 @@ TEST(ValueFormat, NumbersOfOtherBasesReadBackAsTheEntryReadsThem) {
     }
 }
 
-TEST(ValueFormat, GroupsAreReplacedBeforeTheFormulaIsEvaluated) {
-    const std::pair<CVelmStringView, std::optional<double>> cases[] = {
-        {u"2*3+1", 7},
-        {u"[5 3]", 5.25},
-        {u"-[5 3]", -5.25},
-        {u"[5 3]*2+[0 6]", 11},
-        {u"[[5 3]", 5.25},
-        {u"[x]", 0},
-        {u"{3/5/2004}+7", DateTime::FromFields(2004, 3, 12).value},
-        {u"{TODAY}", 2460496},
-        {u"{3/5/[4 6]}", DateTime::FromFields(0, 3, 5).value},
-        {u"{x}", 1721422},
-        {u"[]", std::nullopt},
-        {u"{}", std::nullopt},
-        {u"[5 3", std::nullopt},
-        {u"{3/5/2004", std::nullopt},
-        {u"", std::nullopt},
-        {u"1/0", std::nullopt}};
-    for (const auto& [text, value] : cases) {
-        EXPECT_EQ(Parse(Feet(), text), value) << ToUtf8(text);
+TEST(ValueFormat, TypedTextsAreReadAsInTheTable) {
+    for (const auto& row : test::ReadTable(VELMORA_TESTS "/formats/typed.txt")) {
+        const std::optional<double> value = Parse(Feet(), FromUtf8(row.at(0)));
+        EXPECT_EQ(value ? test::Print("%.12g", *value) : "fails", row.at(1)) << row.at(0);
     }
     EXPECT_EQ(Parse(CVelmValueFormat(), u"[5 3]"), std::nullopt) << "compound groups only where they are allowed";
-    EXPECT_EQ(Parse(CVelmValueFormat(), u"{3/5/2004}"), DateTime::FromFields(2004, 3, 5).value);
 
     // A group out of range fails, whatever names are defined.
     FormulaContext context(CLOCK);

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <string>
 
+#include "datetime/date_parser.h"
+#include "datetime/time_zones.h"
 #include "formats/value_format.h"
 #include "fuzz/fuzz.h"
 #include "support/fixed_clock.h"
@@ -36,9 +38,33 @@ void WriteInEveryFormat(CVelmValueFormat format, double value) {
     Require(parts >= 0 && parts <= COMPOUND_PARTS, "there are 0 to 4 parts");
 }
 
+void RequireFieldsInRange(const DateTime& date) {
+    Require(date.month >= 1 && date.month <= 12 && date.day >= 1 && date.day <= 31, "a day of a year");
+    Require(date.hour >= 0 && date.hour <= 24 && date.minute >= 0 && date.minute <= 59, "hour and minute");
+    Require(date.second >= 0 && date.second <= 59 && date.weekday >= 1 && date.weekday <= 7, "second and weekday");
+}
+
+/// A typed date, and its arithmetic.
+void TryDate(Input input, const CVelmClock& clock) {
+    DateTime date = ParseDate(FromUtf8(Characters(input)), clock);
+    Require(std::isfinite(date.value), "the value is finite");
+    RequireFieldsInRange(DateTime::FromValue(date.value));
+    Require(date.DaysInMonth() >= 28 && date.DaysInMonth() <= 31, "a month has 28 to 31 days");
+    const auto step = static_cast<std::int16_t>(input.size() * 257);
+    date.AddMonths(step);
+    date.AddYears(step);
+    date.AddWeeks(step * 1000);
+    RequireFieldsInRange(date);
+    for (const TimeZoneRow& zone : TimeZones()) {
+        double value = date.value;
+        Require(FromUtc(zone.code, value) && ToUtc(zone.code, value), "every zone converts");
+        Require(std::fabs(value - date.value) < 0.1, "there and back is at most the hour that a change skips");
+    }
+}
+
 }  // namespace
 
-/// A typed text read with any compound factors, and any double written in every format.
+/// A typed text read with any compound factors and as a date, and any double written in every format.
 void Try(Input input) {
     if (input.size() < HEADER) {
         return;
@@ -51,6 +77,7 @@ void Try(Input input) {
     format.SetAllowedFormats(input[5 * 8] | static_cast<unsigned>(input[5 * 8 + 1]) << 8);
 
     const FixedClock clock;
+    TryDate(input.subspan(HEADER), clock);
     FormulaContext context(clock);
     WriteInEveryFormat(format, value);
     WriteInEveryFormat(format, std::trunc(value));

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <random>
 #include <sstream>
+#include <tuple>
 
 #include "support/sample_documents.h"
 #include "support/table.h"
@@ -227,16 +228,8 @@ TEST(ConversionEngine, ALongChainOfHiddenBridgesNeedsNoStack) {
 
 TEST(ConversionEngine, ADenseGraphThatCannotBeReachedCostsLittle) {
     constexpr std::size_t OTHERS = 300;
-    const std::function<void(CVelmConversionDoc&)> attachments[] = {
-        [](CVelmConversionDoc&) {},
-        [](CVelmConversionDoc& document) { JoinByFormulas(document, 0, OTHERS, u"", u"x"); },
-        [](CVelmConversionDoc& document) {
-            for (std::size_t unit = 2; unit <= OTHERS; unit += 3) {
-                JoinByFormulas(document, 0, unit, u"err", u"");
-            }
-        },
-    };
-    for (const auto& attach : attachments) {
+    for (const auto& [first, step, forward] :
+         {std::tuple{OTHERS + 1, OTHERS, u""}, {OTHERS, OTHERS, u""}, {std::size_t{2}, std::size_t{3}, u"err"}}) {
         CVelmConversionDoc document(SystemServices());
         AddUnits(document, OTHERS + 1);
         for (std::size_t i = 1; i <= OTHERS; ++i) {
@@ -244,7 +237,9 @@ TEST(ConversionEngine, ADenseGraphThatCannotBeReachedCostsLittle) {
                 Join(document, j, i);
             }
         }
-        attach(document);
+        for (std::size_t unit = first; unit <= OTHERS; unit += step) {
+            JoinByFormulas(document, 0, unit, forward, u"x");
+        }
         Enter(document, 0, 1.0);
         FormulaContext context(SystemClock());
         const std::clock_t start = std::clock();

@@ -6,6 +6,7 @@
 #include <cwchar>
 #include <memory>
 
+#include "app/clipboard.h"
 #include "app/main_frame.h"
 #include "peghelp/help_window.h"
 #include "platform/options_store.h"
@@ -96,17 +97,7 @@ protected:
         return ToUtf8(FromWide(text.data()));
     }
 
-    static std::string ClipboardText() {
-        std::string text;
-        if (OpenClipboard(nullptr)) {
-            if (const HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
-                text = ToUtf8(FromWide(static_cast<const wchar_t*>(GlobalLock(data))));
-                GlobalUnlock(data);
-            }
-            CloseClipboard();
-        }
-        return text;
-    }
+    static std::string ClipboardText() { return ToUtf8(GetClipboardText(nullptr).value_or(u"")); }
 
     /// What the help viewer shows in its first line.
     static std::string FirstHelpLine() {

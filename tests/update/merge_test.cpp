@@ -126,18 +126,6 @@ TEST_F(MergeTest, TheUpdateFileStaysUntilTheDocumentIsSaved) {
     EXPECT_FALSE(IsPending());
 }
 
-TEST_F(MergeTest, HappensWhenTheCatalogueOpensTheDocument) {
-    MakeConversionDoc(services.Services(), u"Other")->Save(catalog.Folder());
-    catalog.AddFiles(CVelmStringView(u"Other.cnv\0Currency.cnv\0", 23));
-    MergeWhenOpened(catalog, context);
-    files.AddText(catalog.Folder() + u"CURRENCY.upd", "VLMUPD\nUSD\tEUR\t2\n");
-    catalog.Activate(0);
-    EXPECT_TRUE(IsUnchanged());
-    catalog.Activate(1);
-    EXPECT_FALSE(files.Exists(catalog.Folder() + u"CURRENCY.upd"));
-    EXPECT_EQ(Conversions(Open()), "USD*2=EUR EUR{x+1|x-1}GBP ");
-}
-
 TEST_F(MergeTest, LosesNeitherARateNorADocumentWhenThePowerFails) {
     MakeConversionDoc(services.Services(), u"Other")->Save(catalog.Folder());
     const auto whole = files.files;

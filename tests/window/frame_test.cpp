@@ -51,7 +51,7 @@ TEST_F(FrameTest, OpensAsLargeAsAHandheldAndGoesDownToItsLeastSize) {
 
 TEST_F(FrameTest, ToolsHaveImagesOfTheScreensScaleAndFitOnAHandheld) {
     ASSERT_TRUE(program.Start());
-    const HWND tools = CommandBar_GetTools(program.CommandBar());
+    const HWND tools = program.Ask([](CVelmFrame& frame) { return CommandBar_GetTools(frame.CommandBar()); });
     const auto images = reinterpret_cast<HIMAGELIST>(SendMessageW(tools, TB_GETIMAGELIST, 0, 0));
     int width = 0;
     int height = 0;

@@ -4,8 +4,6 @@
 
 #include <array>
 
-#include "app/window_text.h"
-#include "platform/wide_text_win32.h"
 #include "pocketpc/command_bar.h"
 #include "support/waiting.h"
 
@@ -28,30 +26,6 @@ bool DialogDriver::HasFocus() const {
 DialogDriver DialogDriver::Over(int command) const {
     Command(command);
     return {program_, WaitForDialog(program_.Thread(), window_)};
-}
-
-std::string DialogDriver::Caption() const {
-    return ToUtf8(WindowText(window_));
-}
-
-std::string DialogDriver::Text(int id) const {
-    return ToUtf8(WindowText(Control(id)));
-}
-
-Texts DialogDriver::MenuBar() const {
-    Texts titles;
-    const HMENU menu = program_.Ask(
-        [&](CVelmFrame&) { return CommandBar_GetMenu(FindWindowExW(window_, nullptr, L"VlCommandBar", nullptr)); });
-    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
-        std::array<wchar_t, 64> text{};
-        GetMenuStringW(menu, static_cast<UINT>(i), text.data(), static_cast<int>(text.size()), MF_BYPOSITION);
-        titles.push_back(ToUtf8(FromWide(text.data())));
-    }
-    return titles;
-}
-
-void DialogDriver::Fill(int id, const std::string& text) const {
-    Send(id, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(Wide(FromUtf8(text))));
 }
 
 bool DialogDriver::IsListBox(int id) const {
@@ -94,11 +68,6 @@ bool DialogDriver::IsGone() const {
     return gone;
 }
 
-bool DialogDriver::Leave(int command) const {
-    Command(command);
-    return IsGone();
-}
-
 bool DialogDriver::EndsWith(WORD key) const {
     EXPECT_TRUE(HasFocus());  // it comes back some time after a box over the dialog is closed
     program_.Key(key);
@@ -129,17 +98,6 @@ void DialogDriver::TapRow(int id, int row) const {
     area.left = LVIR_LABEL;
     Send(id, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&area));
     program_.Tap(Control(id), static_cast<int>(area.left) + 3, static_cast<int>(area.top + area.bottom) / 2);
-}
-
-bool DialogDriver::IsTicked(int id, int row) const {
-    return Send(id, LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_STATEIMAGEMASK) == INDEXTOSTATEIMAGEMASK(2);
-}
-
-void DialogDriver::SetState(int id, int row, UINT mask, UINT state) const {
-    LVITEMW item{};
-    item.stateMask = mask;
-    item.state = state;
-    Send(id, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
 }
 
 }  // namespace velm::test

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "app/window_text.h"
+#include "platform/wide_text_win32.h"
 #include "support/running_program.h"
 
 namespace velm::test {
@@ -31,14 +33,13 @@ public:
         return SendMessageW(Control(id), message, wParam, lParam);
     }
 
-    std::string Caption() const;
-    std::string Text(int id) const;
-
-    /// The titles on the menu bar.
-    Texts MenuBar() const;
+    std::string Caption() const { return ToUtf8(WindowText(window_)); }
+    std::string Text(int id) const { return ToUtf8(WindowText(Control(id))); }
 
     /// Writes over what a box holds, as if it were pasted: a box's own limit does not apply.
-    void Fill(int id, const std::string& text) const;
+    void Fill(int id, const std::string& text) const {
+        Send(id, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(Wide(FromUtf8(text))));
+    }
 
     /// Chooses an entry of a drop-down box or a row of a list box by its number.
     void Choose(int id, int entry) const;
@@ -58,19 +59,21 @@ public:
     // The rows of a list view.
     Texts Rows(int id) const;
     void TapRow(int id, int row) const;
-    void SelectRow(int id, int row) const { SetState(id, row, LVIS_SELECTED | LVIS_FOCUSED, ~0U); }
-    bool IsTicked(int id, int row) const;
-    void TickRow(int id, int row, bool on) const {
-        SetState(id, row, LVIS_STATEIMAGEMASK, INDEXTOSTATEIMAGEMASK(on ? 2U : 1U));
+    void SelectRow(int id, int row) const {
+        ListView_SetItemState(Control(id), row, LVIS_SELECTED | LVIS_FOCUSED, ~0U);
     }
+    bool IsTicked(int id, int row) const { return ListView_GetCheckState(Control(id), row) != 0; }
+    void TickRow(int id, int row, bool on) const { ListView_SetCheckState(Control(id), row, on); }
 
 private:
-    bool Leave(int command) const;
+    bool Leave(int command) const {
+        Command(command);
+        return IsGone();
+    }
     bool IsGone() const;
     bool HasFocus() const;
     bool IsListBox(int id) const;
     std::string RowText(int id, int row, int column) const;
-    void SetState(int id, int row, UINT mask, UINT state) const;
 
     RunningProgram& program_;
     HWND window_;

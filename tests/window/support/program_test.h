@@ -92,6 +92,7 @@ private:
     std::string Part();
     std::string Parts(int row);
     std::string Tools();
+    std::string Titles();
     std::string Fields();
     std::string FirstLineOfPage();
     bool IsRed();

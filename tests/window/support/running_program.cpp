@@ -2,12 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 
 #include "platform/services.h"
 #include "platform/wide_text_win32.h"
-#include "resource.h"
 
 namespace velm::test {
 namespace {
@@ -41,10 +39,6 @@ HWND CreateHelper() {
     return CreateWindowExW(0, HELPER_CLASS, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance, nullptr);
 }
 
-LPARAM Place(int x, int y) {
-    return MAKELPARAM(static_cast<WORD>(x), static_cast<WORD>(y));
-}
-
 }  // namespace
 
 RunningProgram::RunningProgram()
@@ -64,16 +58,6 @@ void RunningProgram::StoreSettings(const std::function<void(CVelmSettings&)>& ch
     ReadStoredSettings(settings, *options_);
     change(settings);
     EXPECT_EQ(SaveSettings(settings, *options_), 0);
-}
-
-void RunningProgram::StoreRecentFiles(const std::vector<CVelmString>& names) const {
-    StoreSettings([&names](CVelmSettings& settings) {
-        std::fill(std::begin(settings.openFiles), std::end(settings.openFiles), u'\0');
-        char16_t* next = settings.openFiles;
-        for (const CVelmString& name : names) {
-            next = std::copy(name.begin(), name.end(), next) + 1;
-        }
-    });
 }
 
 bool RunningProgram::Start() {
@@ -117,10 +101,6 @@ bool RunningProgram::Close(int command) {
     return exitStatus_ == 0;
 }
 
-HWND RunningProgram::CommandBar() const {
-    return FindWindowExW(window_, nullptr, L"VlCommandBar", nullptr);
-}
-
 void RunningProgram::Call(const std::function<void()>& function) const {
     DWORD_PTR answered = 0;
     const LRESULT sent = SendMessageTimeoutW(helper_, MESSAGE_CALL, 0, reinterpret_cast<LPARAM>(&function), SMTO_BLOCK,
@@ -138,32 +118,6 @@ void RunningProgram::Settle() {
     Call([this] { RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN); });
 }
 
-void RunningProgram::PenDown(HWND window, int x, int y) const {
-    PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, Place(x, y));
-}
-
-void RunningProgram::PenMove(HWND window, int x, int y) const {
-    PostMessageW(window, WM_MOUSEMOVE, MK_LBUTTON, Place(x, y));
-}
-
-void RunningProgram::PenUp(HWND window, int x, int y) const {
-    PostMessageW(window, WM_LBUTTONUP, 0, Place(x, y));
-}
-
-void RunningProgram::Tap(HWND window, int x, int y) const {
-    PenDown(window, x, y);
-    PenUp(window, x, y);
-}
-
-void RunningProgram::RightClick(HWND window, int x, int y) const {
-    PostMessageW(window, WM_RBUTTONDOWN, MK_RBUTTON, Place(x, y));
-    PostMessageW(window, WM_RBUTTONUP, 0, Place(x, y));
-}
-
-void RunningProgram::Wheel(int distance) const {
-    Post(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(distance)), 0);
-}
-
 void RunningProgram::Post(UINT message, WPARAM wParam, LPARAM lParam) const {
     PostMessageW(WaitUntil([this] { return Focus(); }), message, wParam, lParam);
 }
@@ -173,31 +127,23 @@ void RunningProgram::Key(WORD key, WORD held) {
         Call([held, state] {
             std::array<BYTE, 256> keys{};
             GetKeyboardState(keys.data());
-            keys[held] = state;
+            keys[held] = held == 0 ? keys[held] : state;
             SetKeyboardState(keys.data());
         });
     };
-    if (held != 0) {
-        hold(0x80);
-    }
+    hold(0x80);
     const bool alt = held == VK_MENU;
     const LPARAM context = alt ? LPARAM{1} << 29 : 0;
     Post(alt ? WM_SYSKEYDOWN : WM_KEYDOWN, key, context | 1);
     Post(alt ? WM_SYSKEYUP : WM_KEYUP, key, context | static_cast<LPARAM>(0xC0000001));
     Settle();
-    if (held != 0) {
-        hold(0);
-    }
+    hold(0);
 }
 
 void RunningProgram::Type(std::string_view text) const {
     for (const char16_t unit : FromUtf8(text)) {
         Post(WM_CHAR, unit, 1);
     }
-}
-
-void RunningProgram::Command(int id) const {
-    PostMessageW(window_, WM_COMMAND, MAKEWPARAM(id, 0), 0);
 }
 
 HWND RunningProgram::Focus() const {

@@ -39,7 +39,6 @@ public:
 
     /// What the next start finds in the registry.
     void StoreSettings(const std::function<void(CVelmSettings&)>& change) const;
-    void StoreRecentFiles(const std::vector<CVelmString>& names) const;
 
     /// Starts the program. False when it does not come up.
     bool Start();
@@ -53,7 +52,6 @@ public:
     HWND Frame() const { return window_; }
     HWND List() const { return GetDlgItem(window_, 1021); }
     HWND Panel() const { return GetDlgItem(window_, 1022); }
-    HWND CommandBar() const;
 
     /// Runs a function on the program's thread, between its messages, and gives back what it gives back. Modal
     /// dialogs, menus and message boxes let it through too.
@@ -69,24 +67,27 @@ public:
         }
     }
 
-    /// Waits until a condition, asked on the program's thread, holds. False when it does not hold in time.
-    bool Eventually(const std::function<bool(CVelmFrame&)>& condition) {
-        return WaitUntil([&] { return Ask(condition); });
-    }
-
     /// Waits until the program has done everything that is in its queue, painting included.
     void Settle();
 
     /// The pen, in client coordinates of a window.
-    void PenDown(HWND window, int x, int y) const;
-    void PenMove(HWND window, int x, int y) const;
-    void PenUp(HWND window, int x, int y) const;
-    void Tap(HWND window, int x, int y) const;
+    void PenDown(HWND window, int x, int y) const {
+        PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+    }
+    void PenMove(HWND window, int x, int y) const { PostMessageW(window, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(x, y)); }
+    void PenUp(HWND window, int x, int y) const { PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(x, y)); }
+    void Tap(HWND window, int x, int y) const {
+        PenDown(window, x, y);
+        PenUp(window, x, y);
+    }
     void Tap(HWND window, const RECT& area) const {
         Tap(window, static_cast<int>(area.left + area.right) / 2, static_cast<int>(area.top + area.bottom) / 2);
     }
-    void RightClick(HWND window, int x, int y) const;
-    void Wheel(int distance) const;
+    void RightClick(HWND window, int x, int y) const {
+        PostMessageW(window, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(x, y));
+        PostMessageW(window, WM_RBUTTONUP, 0, MAKELPARAM(x, y));
+    }
+    void Wheel(int distance) const { Post(WM_MOUSEWHEEL, MAKEWPARAM(0, distance), 0); }
 
     /// A key pressed and released in the window that has the focus, with VK_CONTROL, VK_SHIFT or VK_MENU held; waits
     /// for what it does.
@@ -94,7 +95,7 @@ public:
     void Type(std::string_view text) const;
 
     /// A command as a menu sends it.
-    void Command(int id) const;
+    void Command(int id) const { PostMessageW(window_, WM_COMMAND, MAKEWPARAM(id, 0), 0); }
 
     /// The window that has the focus; null while the screen has not given it to one.
     HWND Focus() const;

@@ -193,7 +193,7 @@ std::map<std::string, std::function<std::string(const ProgramTest::Said&)>> Prog
         {"unchanged", [&](W w) { return YesNo(ReadBytes(program, FromUtf8(w.rest)) == remembered_); }},
         {"parts", [&](W w) { return Parts(w.Number()); }},
         {"caption", [&](W) { return Dialog().Caption(); }},
-        {"titles", [&](W) { return "[" + Join(Dialog().MenuBar(), "|") + "]"; }},
+        {"titles", [&](W) { return "[" + Titles() + "]"; }},
         {"text", [&](W w) { return Shortened(FirstLine(Dialog().Text(w.Id()))); }},
         {"icon", [&](W w) { return YesNo(Dialog().Send(w.Id(), STM_GETICON) != 0); }},
         {"page", [&](W) { return FirstLineOfPage(); }},
@@ -293,11 +293,13 @@ void ProgramTest::SaveFile(const std::string& text) {
 }
 
 void ProgramTest::StoreRecent(const std::string& names) {
-    std::vector<CVelmString> list;
-    for (const std::string& name : Split(names, ", ")) {
-        list.push_back(FromUtf8(name));
-    }
-    program.StoreRecentFiles(list);
+    program.StoreSettings([&names](CVelmSettings& settings) {
+        std::fill(std::begin(settings.openFiles), std::end(settings.openFiles), u'\0');
+        char16_t* next = settings.openFiles;
+        for (const std::string& name : Split(names, ", ")) {
+            next = std::ranges::copy(FromUtf8(name), next).out + 1;
+        }
+    });
 }
 
 /// Opens a file so that nobody else can.
@@ -355,7 +357,8 @@ void ProgramTest::TapTab(const std::string& caption) {
 void ProgramTest::TapRow(int row) {
     const RECT area = PlaceOfPart("row" + std::to_string(row));
     program.Tap(program.List(), static_cast<int>(area.right) - Scaled(10), static_cast<int>(area.top) + Scaled(6));
-    EXPECT_TRUE(program.Eventually([row](CVelmFrame& frame) { return frame.List().Selected() == row; }));
+    const auto selected = [](CVelmFrame& frame) { return frame.List().Selected(); };
+    EXPECT_BECOMES(program.Ask(selected), row);
 }
 
 void ProgramTest::WaitForCommit() {
@@ -427,6 +430,12 @@ std::string ProgramTest::Parts(int row) {
         parts.push_back(ToUtf8(FormatDecimal(part.factor, false) + (part.label.empty() ? u"" : u" ") + part.label));
     }
     return Join(parts);
+}
+
+/// The titles on a dialog's menu bar.
+std::string ProgramTest::Titles() {
+    const HWND bar = FindWindowExW(Dialog().Window(), nullptr, L"VlCommandBar", nullptr);
+    return OpenMenu(nullptr, program.Ask([bar](CVelmFrame&) { return CommandBar_GetMenu(bar); })).Words();
 }
 
 HWND ProgramTest::Window(const std::string& name) {
