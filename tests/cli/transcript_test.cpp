@@ -58,6 +58,7 @@ protected:
         SetVariable("PATH", fs::path(VELMORA_PROGRAM).parent_path().string() + separator + PATH);
         SetVariable("SERVER", server_.Address(""));
         SetVariable("SHIPPED", VELMORA_DATA_FOLDER);
+        SetVariable("COMPLETION", VELMORA_TRANSCRIPTS "/../../../cli/velmora.bash");
         SetVariable("VELMORA_DATA", ownData ? "." : "");
         SetVariable("XDG_CONFIG_HOME", ToUtf8(folder_.PathOf(u"config")));
     }
@@ -134,8 +135,8 @@ TEST_P(Command, DoesWhatItsTranscriptTells) {
 INSTANTIATE_TEST_SUITE_P(Cli, Command, testing::Values("both_systems"));
 #else
 INSTANTIATE_TEST_SUITE_P(Cli, Command,
-                         testing::Values("both_systems", "calc", "shipped", "convert", "eval", "feed", "files",
-                                         "options", "stream", "text_form", "update"),
+                         testing::Values("both_systems", "calc", "completion", "shipped", "convert", "eval", "feed",
+                                         "files", "options", "stream", "text_form", "update"),
                          [](const auto& transcript) { return std::string(transcript.param); });
 #endif
 

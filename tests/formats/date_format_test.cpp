@@ -2,17 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
-#include "datetime/date_time.h"
 #include "support/fixed_locale.h"
 
 namespace velm {
 namespace {
-
-double Value(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
-    return DateTime::FromFields(year, month, day, hour, minute, second).value;
-}
 
 /// A locale that knows one name for all days and writes no times.
 class OddLocale : public test::FixedLocale {
@@ -25,31 +18,13 @@ private:
     std::optional<CVelmString> dayName_;
 };
 
-TEST(DateFormat, DatesAreWrittenAsTheLocaleDoesOrInPlainNumbers) {
-    const test::FixedLocale usual;
+TEST(DateFormat, NamesAndTimesThatTheLocaleLacksAreWrittenPlainly) {
     const OddLocale german(u"Donnerstag");
     const OddLocale chinese(u"月");
     const OddLocale nameless(std::nullopt);
-    const struct {
-        double value;
-        bool withTime;
-        const char* text;
-        const CVelmLocale& locale;
-    } cases[] = {{Value(2024, 7, 1), false, "Mon 7/1/2024", usual},
-                 {Value(2024, 7, 7, 12), false, "Sun 7/7/2024", usual},
-                 {Value(2024, 7, 5, 9, 5, 3), true, "Fri 7/5/2024 9:05:03", usual},
-                 {1705426, false, "Thu 3/15/44 BC", usual},
-                 {Value(1066, 10, 14, 9, 5, 3), true, "Sat 10/14/1066 9:05:03", usual},
-                 {2451544 + 86399.99 / 86400, true, "Sat 1/1/2000 24:0:0", usual},
-                 {Value(1900, 3, 1), false, "Thu 2/29/1900", usual},
-                 {1e300, true, "Wed 6/5/32767 0:00:00", usual},
-                 {Value(2024, 7, 5, 9, 5, 3), true, "Don 7/5/2024 9:5:3", german},
-                 {Value(2024, 7, 1), false, "月 7/1/2024", chinese},
-                 {Value(2024, 7, 1), false, " 7/1/2024", nameless}};
-    for (const auto& [value, withTime, text, locale] : cases) {
-        EXPECT_EQ(ToUtf8(FormatDate(value, withTime, locale)), text);
-    }
-    EXPECT_EQ(FormatDate(std::nan(""), true, usual), FormatDate(0, true, usual));
+    EXPECT_EQ(ToUtf8(FormatDate(2460496 + (9 * 3600 + 5 * 60 + 3) / 86400.0, true, german)), "Don 7/5/2024 9:5:3");
+    EXPECT_EQ(ToUtf8(FormatDate(2460492, false, chinese)), "月 7/1/2024");
+    EXPECT_EQ(ToUtf8(FormatDate(2460492, false, nameless)), " 7/1/2024");
 }
 
 TEST(DateFormat, PlainDatesFollowTheOrderOfTheShortDatePattern) {

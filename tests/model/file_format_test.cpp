@@ -96,38 +96,6 @@ TEST_F(FileFormat, TheHeaderAloneGivesTheCountAndTheFileTime) {
     EXPECT_EQ(static_cast<int>(document->updatedTime), 2305814) << "1601-01-02";
 }
 
-TEST_F(FileFormat, AHeaderThatIsNotRightFailsTheLoad) {
-    const Bytes whole = Golden("conversion.hex");
-    const auto damaged = [&](std::size_t position, int change) {
-        Bytes bytes = whole;
-        bytes.resize(std::max(bytes.size(), position + 1));
-        bytes[position] = static_cast<std::uint8_t>(bytes[position] + change);
-        return bytes;
-    };
-    const auto header = [] { return FileBytes().Header(u"", u"", u""); };
-    const auto older = [] { return FileBytes().Int(0xC0215192).Text(u"").Int(0); };
-    const std::pair<Bytes, LoadStatus> cases[] = {
-        {damaged(whole.size(), 1), LoadStatus::SizeMismatch},
-        {damaged(4, -1), LoadStatus::SizeMismatch},
-        {damaged(0, 1), LoadStatus::UnknownFormat},
-        {{}, LoadStatus::Truncated},
-        {{0x10, 0xA0, 0x40, 0xC0}, LoadStatus::Truncated},
-        {header().Int(0xFFFFFFFF).Sized(), LoadStatus::NegativeCount},
-        {header().Int(0).Int(0x80000000).Sized(), LoadStatus::NegativeCount},
-        {header().Int(0).Sized(), LoadStatus::Truncated},  // a conversion file says how many conversions it has
-        {header().Int(1).Int(3).Sized(), LoadStatus::UnknownItemType},
-        {header().Int(0x7FFFFFFF).Unit(u"m").Sized(), LoadStatus::Truncated},
-        {older().Int(0xFFFFFFFF).Get(), LoadStatus::NegativeCount},
-        {older().Int(1).Int(0).Get(), LoadStatus::Truncated},
-    };
-    for (const auto& [bytes, status] : cases) {
-        EXPECT_FALSE(Load(bytes));
-        EXPECT_EQ(document->LastLoad(), status) << testing::PrintToString(bytes);
-    }
-    EXPECT_FALSE(document->Load(FOLDER, true, u"missing"));
-    EXPECT_EQ(document->LastLoad(), LoadStatus::CannotOpen);
-}
-
 TEST_F(FileFormat, ADroppedItemTakesItsConversionsAndNoOthersWithIt) {
     FileBytes bytes;
     bytes.Header(u"", u"", u"").Int(4).Unit(u"m");
@@ -181,41 +149,6 @@ TEST_F(FileFormat, AFileInTheOlderFormatIsReadAndReplacedOnTheSpot) {
         EXPECT_EQ(Describe(*document->items[2]), "Out (o ) = m*2 2 2 2 output")
             << "the last text of the record replaces the identifier as it is";
         EXPECT_EQ(LoadedConversions(), "ft*0.5= m ");
-    }
-}
-
-TEST_F(FileFormat, ADamagedFileNeverBringsTheLoaderDownAndComesBackFromASaveAsItIs) {
-    const auto check = [this](const Bytes& bytes, std::int32_t kind) {
-        if (!Load(bytes, kind)) {
-            return;
-        }
-        EXPECT_LE(document->ItemCount(), bytes.size());
-        const CVelmString path = document->PathIn(FOLDER);
-        ASSERT_TRUE(document->Save(FOLDER));
-        const Bytes saved = files.Content(path);
-        ASSERT_TRUE(Load(saved, kind));
-        EXPECT_EQ(document->DroppedRecords(), 0);
-        ASSERT_TRUE(document->Save(FOLDER));
-        EXPECT_EQ(files.Content(path), saved);
-        files.files.clear();
-    };
-    for (const auto& [whole, kind] :
-         {std::pair(Golden("conversion.hex"), KIND_CONVERSION), std::pair(Golden("calculation.hex"), KIND_CALCULATION),
-          std::pair(OlderFile().Get(), KIND_CONVERSION), std::pair(OlderFile().Get(), KIND_CALCULATION),
-          std::pair(Golden("conversion.hex"), KIND_CALCULATION)}) {
-        for (std::size_t size = 0; size < whole.size(); ++size) {
-            Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-            check(cut, kind);
-            if (size >= 8) {
-                cut[4] = static_cast<std::uint8_t>(size);  // where the newer format has its size
-                check(cut, kind);
-            }
-            for (const int damage : {0x01, 0x02, 0x80, 0xFF}) {
-                Bytes damaged = whole;
-                damaged[size] ^= static_cast<std::uint8_t>(damage);
-                check(damaged, kind);
-            }
-        }
     }
 }
 

@@ -84,6 +84,14 @@ bool MemoryFiles::Replace(const CVelmString& from, const CVelmString& to) {
     return true;
 }
 
+std::string MemoryFiles::Names() const {
+    std::string names;
+    for (const auto& [path, file] : files) {
+        names += ToUtf8(path.substr(path.find(FolderSeparator) + 1)) + " ";
+    }
+    return names;
+}
+
 std::optional<std::vector<CVelmFolderEntry>> MemoryFiles::List(const CVelmString& folder) {
     std::vector<CVelmFolderEntry> entries;
     for (const auto& [path, file] : files) {

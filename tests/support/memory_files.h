@@ -34,6 +34,9 @@ public:
     /// Empty for a missing file.
     Bytes Content(const CVelmString& path) const { return files.count(path) > 0 ? files.at(path)->bytes : Bytes(); }
 
+    /// The names of all files without their folders, each with a blank behind it.
+    std::string Names() const;
+
     /// Whether the power is still on when the disk is to be changed.
     bool Step() { return stepsLeft-- > 0; }
 
