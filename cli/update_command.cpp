@@ -100,6 +100,7 @@ bool MergeAndPrint(CommandContext& context, const CVelmCatalog& catalog, CVelmCo
         return false;
     }
     if (!Merge(document, catalog, context.formulas)) {
+        context.out.WriteLine(OneLine(name + ": no new rates"));
         return true;
     }
     if (document.IsModified()) {
