@@ -14,6 +14,7 @@
 
 #include "platform/file.h"
 #include "support/http_server.h"
+#include "support/table.h"
 #include "support/temporary_folder.h"
 
 namespace velm::test {
@@ -96,12 +97,6 @@ private:
         return prefixed;
     }
 
-    static void Replace(std::string& text, const std::string& from, const std::string& to) {
-        for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
-            text.replace(at, from.size(), to);
-        }
-    }
-
     std::string Run(const std::string& command) {
         const auto written = [this](CVelmStringView name) {
             const Bytes bytes = written_.Read(name);
@@ -111,9 +106,7 @@ private:
                                     "\" 2> \"" + ToUtf8(written_.PathOf(u"errors")) + "\"");
         std::string text = Prefixed("| ", written(u"output")) + Prefixed("! ", written(u"errors"));
         text += status == 0 ? "" : "? " + std::to_string(status) + "\n";
-        Replace(text, server_.Address(""), "$SERVER");
-        Replace(text, ToUtf8(folder_.Path()), "$FOLDER/");
-        return text;
+        return Replaced(Replaced(text, server_.Address(""), "$SERVER"), ToUtf8(folder_.Path()), "$FOLDER/");
     }
 
     TemporaryFolder folder_;

@@ -66,13 +66,5 @@ TEST(References, ExplainEveryOperatorAndFunctionWithExamplesThatHold) {
     EXPECT_NE(page.find(u"iif("), CVelmString::npos);
 }
 
-TEST(References, ArePlainPagesOfTheHandheldsViewer) {
-    for (const char16_t* name : {u"SI prefixes", u"Physical constants", u"Formula language"}) {
-        const CVelmString page = ReadPage(name);
-        EXPECT_TRUE(page.starts_with(u"<html>")) << ToUtf8(name);
-        EXPECT_TRUE(std::all_of(page.begin(), page.end(), [](char16_t unit) { return unit < 0x80; })) << ToUtf8(name);
-    }
-}
-
 }  // namespace
 }  // namespace velm::test

@@ -69,19 +69,6 @@ TEST(ValueFormat, ValuesAreShownAndTypedAsTheCodeSays) {
     EXPECT_EQ(texts[1], u"3");
 }
 
-TEST(ValueFormat, NumbersOfOtherBasesReadBackAsTheEntryReadsThem) {
-    // The entry lower-cases the text, puts a 0 before a leading letter and the base's suffix behind.
-    CVelmValueFormat format;
-    for (const auto& [code, suffix] : {std::pair(FMT_HEX, u'h'), {FMT_OCTAL, u'o'}, {FMT_BINARY, u'b'}}) {
-        format.inputFormat = code;
-        for (const int value : {0, 1, 31, 0x12345, 0xABCD, 0xFACADE, 2147483647}) {
-            CVelmString text = ToLowerAscii(format.FormatValueForInput(value));
-            text.insert(0, text[0] >= u'a' ? u"0" : u"");
-            EXPECT_EQ(Parse(format, text + suffix), value) << ToUtf8(text) << static_cast<char>(suffix);
-        }
-    }
-}
-
 TEST(ValueFormat, TypedTextsAreReadAsInTheTable) {
     for (const auto& row : test::ReadTable(VELMORA_TESTS "/formats/typed.txt")) {
         const std::optional<double> value = Parse(Feet(), FromUtf8(row.at(0)));

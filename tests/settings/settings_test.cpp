@@ -8,11 +8,27 @@
 
 #include "model/catalog.h"
 #include "platform/file.h"
-#include "support/memory_options.h"
+#include "platform/options_store.h"
 #include "support/test_services.h"
 
 namespace velm::test {
 namespace {
+
+/// Keeps the bytes in memory.
+class MemoryOptions : public CVelmOptionsStore {
+public:
+    std::optional<std::vector<std::byte>> Read(std::size_t limit) override {
+        return stored && stored->size() <= limit ? stored : std::nullopt;
+    }
+    std::int32_t Write(const void* bytes, std::size_t count) override {
+        const auto* first = static_cast<const std::byte*>(bytes);
+        stored.emplace(first, first + count);
+        return status;
+    }
+
+    std::optional<std::vector<std::byte>> stored;
+    std::int32_t status = 0;  ///< what Write returns
+};
 
 const CVelmString PROGRAM_FOLDER = WithSeparator(u"program");
 const CVelmString DEFAULT_FOLDER = WithSeparator(PROGRAM_FOLDER + u"Conversions");

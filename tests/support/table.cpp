@@ -25,6 +25,13 @@ std::string Join(const std::vector<std::string>& texts, const std::string& separ
     return joined;
 }
 
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
+        text.replace(at, from.size(), to);
+    }
+    return text;
+}
+
 std::vector<std::vector<std::string>> ReadTable(const std::string& path, const std::string& separator) {
     std::vector<std::vector<std::string>> rows;
     std::ifstream file(path);

@@ -17,6 +17,9 @@ std::vector<std::string> Split(const std::string& text, const std::string& separ
 /// The texts with the separator between them.
 std::string Join(const std::vector<std::string>& texts, const std::string& separator = ", ");
 
+/// The text with every `from` in it replaced.
+std::string Replaced(std::string text, const std::string& from, const std::string& to);
+
 /// What printf would write.
 template <typename... Values>
 std::string Print(const char* format, Values... values) {

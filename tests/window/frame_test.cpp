@@ -14,10 +14,6 @@ constexpr COLORREF WHITE = RGB(255, 255, 255);
 using FrameTest = ProgramTest;
 using Handheld = ProgramTest;
 
-SIZE SizeOf(const RECT& area) {
-    return {area.right - area.left, area.bottom - area.top};
-}
-
 TEST_F(Handheld, FrameFillsTheScreenWithoutACaption) {
     ASSERT_EQ(GetSystemMetrics(SM_CXSCREEN), 240) << "the test is started without its screen";
     ASSERT_TRUE(program.Start());
@@ -35,9 +31,9 @@ TEST_F(FrameTest, OpensAsLargeAsAHandheldAndGoesDownToItsLeastSize) {
     EXPECT_TRUE(GetWindowLongPtrW(program.Frame(), GWL_STYLE) & WS_MAXIMIZEBOX);
     MINMAXINFO limits{};
     SendMessageW(program.Frame(), WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
-    const SIZE frame = SizeOf(PlaceOf(program.Frame()));
-    EXPECT_EQ(limits.ptMinTrackSize.x, frame.cx - Scaled(240 - 160));
-    EXPECT_EQ(limits.ptMinTrackSize.y, frame.cy - Scaled(320 - 160));
+    const RECT frame = PlaceOf(program.Frame());
+    EXPECT_EQ(limits.ptMinTrackSize.x, Width(frame) - Scaled(240 - 160));
+    EXPECT_EQ(limits.ptMinTrackSize.y, Height(frame) - Scaled(320 - 160));
     const Picture picture = Picture::OfWindow(program.Frame());
     const int width = picture.Width();
     for (const RECT& blank : {RECT{0, 0, width, Scaled(2)}, RECT{0, Scaled(22), width, Scaled(24)},

@@ -6,6 +6,7 @@
 #include <cctype>
 #include <map>
 #include <string>
+#include <tuple>
 
 #include "app/display_scale.h"
 #include "app/drawn_button.h"
@@ -63,17 +64,9 @@ public:
 
 TEST(PressButton, PostsOneCommandWhenReleasedOverItself) {
     ButtonWindow window;
-    const std::map<char, std::function<void()>> acts = {
-        {'d', [&] { window.Send(WM_LBUTTONDOWN, 15, 15); }},
-        {'m', [&] { window.Send(WM_MOUSEMOVE, 49, 10); }},
-        {'o', [&] { window.Send(WM_MOUSEMOVE, 50, 10); }},
-        {'u', [&] { window.Send(WM_LBUTTONUP, 10, 29); }},
-        {'U', [&] { window.Send(WM_LBUTTONUP, 10, 30); }},
-        {'D', [&] { window.Send(WM_LBUTTONDOWN, 9, 15); }},
-        {'x', [&] { window.plain.Enable(false); }},
-        {'e', [&] { window.plain.Enable(true); }},
-        {'c', [] { ReleaseCapture(); }},
-    };
+    const std::map<char, std::tuple<UINT, int, int>> pens = {
+        {'d', {WM_LBUTTONDOWN, 15, 15}}, {'m', {WM_MOUSEMOVE, 49, 10}}, {'o', {WM_MOUSEMOVE, 50, 10}},
+        {'u', {WM_LBUTTONUP, 10, 29}},   {'U', {WM_LBUTTONUP, 10, 30}}, {'D', {WM_LBUTTONDOWN, 9, 15}}};
     struct Case {
         std::string acts;   ///< down, move within, move out, up within, Up outside, Down outside, x and e: disable and
                             ///< enable, capture lost
@@ -90,7 +83,13 @@ TEST(PressButton, PostsOneCommandWhenReleasedOverItself) {
         std::string looks;
         for (const char act : row.acts) {
             ValidateRect(window.Handle(), nullptr);
-            acts.at(act)();
+            if (const auto pen = pens.find(act); pen != pens.end()) {
+                std::apply([&](UINT message, int x, int y) { window.Send(message, x, y); }, pen->second);
+            } else if (act == 'c') {
+                ReleaseCapture();
+            } else {
+                window.plain.Enable(act == 'e');
+            }
             const char look = "np-x"[window.plain.State()];
             RECT drawn{};
             const bool anew = GetUpdateRect(window.Handle(), &drawn, FALSE) != FALSE;

@@ -43,9 +43,8 @@ protected:
     }
 
     void TapAt(int x, int y) const {
-        const LPARAM place = MAKELPARAM(static_cast<WORD>(x), static_cast<WORD>(y));
-        PostMessageW(window->Handle(), WM_LBUTTONDOWN, MK_LBUTTON, place);
-        PostMessageW(window->Handle(), WM_LBUTTONUP, 0, place);
+        PostMessageW(window->Handle(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+        PostMessageW(window->Handle(), WM_LBUTTONUP, 0, MAKELPARAM(x, y));
         Pump();
     }
 

@@ -103,16 +103,9 @@ void FillSystemCaches() {
 
 Holdings CountHoldings() {
     FillSystemCaches();
-    const HANDLE process = GetCurrentProcess();
-    Holdings holdings{static_cast<int>(GetGuiResources(process, GR_GDIOBJECTS)),
-                      static_cast<int>(GetGuiResources(process, GR_USEROBJECTS)), 0, 0};
-    if (holdings.gdi == 0) {
-        holdings.gdi = CountGdi();
-        holdings.user = CountWindowsAndMenus();
-    }
-    holdings.handles = CountHandles();
+    Holdings holdings{CountGdi(), CountWindowsAndMenus(), CountHandles(), 0};
     PROCESS_MEMORY_COUNTERS memory{};
-    GetProcessMemoryInfo(process, &memory, sizeof(memory));
+    GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof(memory));
     holdings.workingSet = memory.WorkingSetSize;
     return holdings;
 }

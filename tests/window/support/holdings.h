@@ -13,9 +13,8 @@ struct Holdings {
     std::size_t workingSet = 0;  ///< bytes
 };
 
-/// Counts anew. Where the system does not count (Wine answers every question of that kind with 0), the tables of
-/// handles are gone through: the GDI table, the windows and menus (an icon shows by its two bitmaps), and the server's
-/// list.
+/// Counts anew, under Wine, which answers every question of that kind with 0: the tables of handles are gone through,
+/// the GDI table, the windows and menus (an icon shows by its two bitmaps), and the server's list.
 Holdings CountHoldings();
 
 std::ostream& operator<<(std::ostream& out, const Holdings& holdings);

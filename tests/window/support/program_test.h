@@ -3,22 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "support/dialog_driver.h"
 #include "support/files.h"
+#include "support/http_server.h"
 #include "support/running_program.h"
 
 namespace velm::test {
-
-/// Something that a user does, in the words of ProgramTest::Do, and what is to be seen then.
-struct Step {
-    std::string act;
-    std::optional<std::string> seen;
-    std::string why;
-};
 
 /// A user at the program.
 class ProgramTest : public testing::Test {
@@ -48,8 +41,8 @@ protected:
     /// Entry. The words are those of Acts, Looks and Questions.
     std::string Do(const std::string& acts);
 
-    /// Does the steps; each one must show what is to be seen then.
-    void Play(const std::vector<Step>& steps);
+    /// Does one line after the other: acts, what must be seen then if anything, and a remark.
+    void Play(const std::vector<Texts>& lines);
 
     /// Where a part of the program lies in its window: a window by its name or identifier, a button, the third tab as
     /// "tab2", the second row as "row1" and its parts as "button1", "name1" and "value1".
@@ -86,18 +79,19 @@ private:
     HWND Window(const std::string& name);
     HWND Over(int command);
     std::string Ask(HWND box, int button);
-    std::string InFull(std::string text) const;
-    std::string Shortened(std::string text) const;
+    std::string InFull(const std::string& text) const;
+    std::string Shortened(const std::string& text) const;
+    void Serve(const std::string& path, const std::string& text);
     std::string Tabs();
     std::string Part();
     std::string Parts(int row);
     std::string Tools();
     std::string Titles();
-    std::string Fields();
     std::string FirstLineOfPage();
     bool IsRed();
     DialogDriver Dialog() { return {program, program.WaitForDialog()}; }
 
+    HttpServer server_;
     Bytes remembered_;
     HANDLE locked_ = nullptr;
 };

@@ -174,6 +174,8 @@ std::string RunningProgram::Answer(int button, HWND box) {
     if (box == nullptr) {
         box = WaitUntil([&] { return GetDlgItem(WaitForDialog(), button) != nullptr ? WaitForDialog() : nullptr; });
     }
+    WaitUntil([&] { return IsChild(box, Focus()); },
+              std::chrono::seconds(2));  // or the dialog below never gets it back
     const std::string words = WordsOfBox(box);
     EXPECT_TRUE(PressInBox(box, button)) << words;
     Settle();

@@ -43,11 +43,6 @@ std::string Spoken(const std::string& text) {
     return match.prefix().str() + repeated + Spoken(match.suffix().str());
 }
 
-std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-    const std::size_t at = text.find(from);
-    return at == std::string::npos ? text : text.replace(at, from.size(), to);
-}
-
 /// A control's or command's number by its name without "IDC_" or "ID_".
 int NumberOf(const std::string& name) {
     static const std::map<std::string, int> NUMBERS = [] {
@@ -115,6 +110,7 @@ std::map<std::string, std::function<void(const ProgramTest::Said&)>> ProgramTest
         {"file", [&](W w) { SaveFile(w.rest); }},
         {"recent", [&](W w) { StoreRecent(w.rest); }},
         {"bytes", [&](W w) { WriteBytes(program, w.Name(), w.Behind()); }},
+        {"serve", [&](W w) { Serve(w[0], InFull(w.Behind())); }},
         {"remember", [&](W w) { remembered_ = ReadBytes(program, FromUtf8(w.rest)); }},
         {"lock", [&](W w) { Lock(w.Name()); }},
         {"unlock", [&](W) { EXPECT_TRUE(CloseHandle(locked_)); }},
@@ -191,6 +187,8 @@ std::map<std::string, std::function<std::string(const ProgramTest::Said&)>> Prog
         {"saved", [&](W w) { return Describe(LoadFile(program, FromUtf8(w.rest)).get()); }},
         {"restamped", [&](W w) { return YesNo(LoadFile(program, FromUtf8(w.rest))->updatedText != u"yesterday"); }},
         {"unchanged", [&](W w) { return YesNo(ReadBytes(program, FromUtf8(w.rest)) == remembered_); }},
+        {"stamp", [&](W) { return ToUtf8(Document().updatedText); }},
+        {"exists", [&](W w) { return YesNo(!ReadBytes(program, w.Name()).empty()); }},
         {"parts", [&](W w) { return Parts(w.Number()); }},
         {"caption", [&](W) { return Dialog().Caption(); }},
         {"titles", [&](W) { return "[" + Titles() + "]"; }},
@@ -209,7 +207,6 @@ std::map<std::string, std::function<std::string(const ProgramTest::Said&)>> Prog
              };
              return std::to_string(width(0)) + " " + std::to_string(width(1));
          }},
-        {"fields", [&](W) { return Fields(); }},
     };
 }
 
@@ -254,15 +251,15 @@ std::string ProgramTest::Do(const std::string& acts) {
     return seen;
 }
 
-void ProgramTest::Play(const std::vector<Step>& steps) {
-    for (const Step& step : steps) {
-        SCOPED_TRACE(step.act + "  " + step.why);
-        const std::string seen = Do(step.act);
-        const std::string last = Split(step.act, "; ").back();
-        if (step.seen && Looks().contains(last.substr(0, last.find(' ')))) {
-            EXPECT_BECOMES(Do(last), Spoken(*step.seen));
-        } else if (step.seen) {
-            EXPECT_EQ(seen, Spoken(*step.seen));
+void ProgramTest::Play(const std::vector<Texts>& lines) {
+    for (const Texts& line : lines) {
+        SCOPED_TRACE(Join(line, " -> "));
+        const std::string seen = Do(line[0]);
+        const std::string last = Split(line[0], "; ").back();
+        if (line.size() > 1 && Looks().contains(last.substr(0, last.find(' ')))) {
+            EXPECT_BECOMES(Do(last), Spoken(line[1]));
+        } else if (line.size() > 1) {
+            EXPECT_EQ(seen, Spoken(line[1]));
         }
         if (HasFailure()) {
             return;  // what follows builds on it
@@ -463,26 +460,20 @@ std::string ProgramTest::Ask(HWND box, int button) {
     return Shortened(Join(Split(program.Answer(button, box), "\n"), "\\n"));
 }
 
-/// $FOLDER stands for the data folder, $VERSION for the program's version.
-std::string ProgramTest::InFull(std::string text) const {
-    return Replaced(std::move(text), "$FOLDER", ToUtf8(program.DataFolder()));
+/// $FOLDER stands for the data folder, $SERVER for the server, $VERSION for the program's version.
+std::string ProgramTest::InFull(const std::string& text) const {
+    return Replaced(Replaced(text, "$FOLDER", ToUtf8(program.DataFolder())), "$SERVER", server_.Address(""));
 }
 
-std::string ProgramTest::Shortened(std::string text) const {
-    return Replaced(Replaced(std::move(text), ToUtf8(program.DataFolder()), "$FOLDER"), VELMORA_VERSION, "$VERSION");
+std::string ProgramTest::Shortened(const std::string& text) const {
+    return Replaced(Replaced(Replaced(text, ToUtf8(program.DataFolder()), "$FOLDER"), server_.Address(""), "$SERVER"),
+                    VELMORA_VERSION, "$VERSION");
 }
 
-/// The boxes of a conversion that are visible: "FACTOR 3.28084, OFFSET 0".
-std::string ProgramTest::Fields() {
-    const DialogDriver dialog = Dialog();
-    Texts fields;
-    for (const std::string name : {"FACTOR", "OFFSET", "FORWARD", "REVERSE"}) {
-        const std::string text = dialog.Text(NumberOf(name));
-        if (IsWindowVisible(dialog.Control(NumberOf(name)))) {
-            fields.push_back(name + (text.empty() ? "" : " ") + text);
-        }
-    }
-    return Join(fields);
+/// With no text there is never an answer.
+void ProgramTest::Serve(const std::string& path, const std::string& text) {
+    const std::string page = Replaced(Replaced(text, "|", "\r\n"), "\\t", "\t");
+    page.empty() ? server_.KeepSilent(path) : server_.Serve(path, page);
 }
 
 }  // namespace velm::test
