@@ -23,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 #ifdef _WIN32
-constexpr const char* LINE_END = "";  // a command is one line
+constexpr std::pair PARENTHESES = {"", ""};  // a command is one line
 
 int RunShell(const std::string& commands) {
     return _wsystem(ToWide(FromUtf8(commands)).c_str());
@@ -33,7 +33,7 @@ void SetVariable(const char* name, const std::string& value) {
     _wputenv_s(ToWide(FromUtf8(name)).c_str(), ToWide(FromUtf8(value)).c_str());
 }
 #else
-constexpr const char* LINE_END = "\n";
+constexpr std::pair PARENTHESES = {"(", "\n)"};
 
 int RunShell(const std::string& commands) {
     const int ended = std::system(commands.c_str());
@@ -102,8 +102,9 @@ private:
             const Bytes bytes = written_.Read(name);
             return std::string(bytes.begin(), bytes.end());
         };
-        const int status = RunShell("(" + command + LINE_END + ") > \"" + ToUtf8(written_.PathOf(u"output")) +
-                                    "\" 2> \"" + ToUtf8(written_.PathOf(u"errors")) + "\"");
+        const int status =
+            RunShell(PARENTHESES.first + command + PARENTHESES.second + " > \"" + ToUtf8(written_.PathOf(u"output")) +
+                     "\" 2> \"" + ToUtf8(written_.PathOf(u"errors")) + "\"");
         std::string text = Prefixed("| ", written(u"output")) + Prefixed("! ", written(u"errors"));
         text += status == 0 ? "" : "? " + std::to_string(status) + "\n";
         return Replaced(Replaced(text, server_.Address(""), "$SERVER"), ToUtf8(folder_.Path()), "$FOLDER/");

@@ -97,12 +97,9 @@ TEST(DateTime, EveryDoubleHasFieldsInTheirRanges) {
           INF, -1e300, -INF, 1e17, std::nan(""), 5e-324, -5e-324, 400.0, 1.7e7, -4e7,  -1e-9,  1721422.0}) {
         const DateTime date = DateTime::FromValue(value);
         SCOPED_TRACE(std::to_string(value) + " is " + Text(date));
-        EXPECT_TRUE(date.month >= 1 && date.month <= 12);
-        EXPECT_TRUE(date.day >= 1 && date.day <= 31);
-        EXPECT_TRUE(date.hour >= 0 && date.hour <= 24);
-        EXPECT_TRUE(date.minute >= 0 && date.minute <= 59);
-        EXPECT_TRUE(date.second >= 0 && date.second <= 59);
-        EXPECT_TRUE(date.weekday >= 1 && date.weekday <= 7);
+        EXPECT_TRUE(date.month >= 1 && date.month <= 12 && date.day >= 1 && date.day <= 31);
+        EXPECT_TRUE(date.hour >= 0 && date.hour <= 24 && date.minute >= 0 && date.minute <= 59);
+        EXPECT_TRUE(date.second >= 0 && date.second <= 59 && date.weekday >= 1 && date.weekday <= 7);
     }
     EXPECT_EQ(DateTime::FromValue(1e300).year, 32767);
     EXPECT_EQ(DateTime::FromValue(-1e300).year, -32768);

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <map>
 
+#include "formula/evaluate.h"
 #include "support/fixed_clock.h"
 #include "support/fixed_locale.h"
 #include "support/table.h"
@@ -88,19 +89,12 @@ TEST(ValueFormat, TypedTextsAreReadAsInTheTable) {
 }
 
 TEST(ValueFormat, LongTextsTakeTimeInProportion) {
-    const auto repeat = [](CVelmStringView piece, int times) {
-        CVelmString text;
-        for (int i = 0; i < times; ++i) {
-            text += piece;
-        }
-        return text;
-    };
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(Parse(Feet(), repeat(u"+[1]", 60000).substr(1)), 60000);
+    EXPECT_EQ(Parse(Feet(), test::Repeat(u"+[1]", 60000).substr(1)), 60000);
     for (const CVelmStringView piece : {u"[", u"{", u"[]"}) {
-        EXPECT_EQ(Parse(Feet(), repeat(piece, 1000000)), std::nullopt);
+        EXPECT_EQ(Parse(Feet(), test::Repeat(piece, 1000000)), std::nullopt);
     }
-    EXPECT_EQ(Parse(Feet(), u"[" + repeat(u"1.", 500000) + u"]"), 1.11111111111);
+    EXPECT_EQ(Parse(Feet(), u"[" + test::Repeat(u"1.", 500000) + u"]"), 1.11111111111);
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
     EXPECT_LT(taken.count(), 5.0) << "seconds";
 }

@@ -57,9 +57,7 @@ TEST_F(Document, CopiedItemsKeepTheirPlaceInTheList) {
     copy.CopyFrom(source);
     EXPECT_EQ(Describe(copy), "Tip (tip) = bill*0.15 257 256 256 output") << "typed as it is shown, and not hidden";
     EXPECT_EQ(copy.ShortName(), u"tip");
-    EXPECT_EQ(copy.value, 6.0);
-    EXPECT_EQ(copy.state, STATE_VALID);
-    EXPECT_EQ(copy.index, 0);
+    EXPECT_TRUE(copy.value == 6.0 && copy.state == STATE_VALID && copy.index == 0);
     copy.CopyFrom(*document.GetItem(0));
     EXPECT_EQ(copy.ShortName(), u"m") << "without an identifier the name stands in";
     EXPECT_TRUE(copy.IsOutput()) << "an item of the other type has no output flag to copy";

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 #include "platform/options_store.h"
@@ -32,18 +31,6 @@ TEST(OptionsFile, KeepsBytesAndReplacesThemInOneStep) {
     EXPECT_EQ(link->Write("third", 5), 0);
     EXPECT_EQ(ReadBack(*store), "third") << "a link stays a link, and its file is replaced";
     EXPECT_TRUE(std::filesystem::is_symlink(ToUtf8(folder.PathOf(u"link"))));
-}
-
-TEST(OptionsFile, LiesInTheFolderForConfiguration) {
-    setenv("HOME", "/home/someone", 1);
-    for (const auto& [variable, location] : {std::pair("/somewhere", u"/somewhere/velmora/options"),
-                                             {"", u"/home/someone/.config/velmora/options"},
-                                             {"relative", u"/home/someone/.config/velmora/options"}}) {
-        setenv("XDG_CONFIG_HOME", variable, 1);
-        EXPECT_EQ(DefaultOptionsLocation(), location);
-    }
-    unsetenv("HOME");
-    EXPECT_TRUE(DefaultOptionsLocation().empty());
 }
 
 }  // namespace

@@ -24,14 +24,8 @@ public:
 
     /// Days are counted from 1601-01-01 as days of January: enough to tell one file time from another.
     CVelmCalendarTime ToLocalCalendar(std::uint64_t ticks) const override {
-        const auto seconds = static_cast<std::int64_t>(ticks / TICKS_PER_SECOND) + offset * 3600LL;
-        return {1601,
-                1,
-                static_cast<int>(seconds / 86400) + 1,
-                static_cast<int>(seconds / 3600 % 24),
-                static_cast<int>(seconds / 60 % 60),
-                static_cast<int>(seconds % 60),
-                1};
+        const auto seconds = static_cast<int>(ticks / TICKS_PER_SECOND) + offset * 3600;
+        return {1601, 1, seconds / 86400 + 1, seconds / 3600 % 24, seconds / 60 % 60, seconds % 60, 1};
     }
 
     CVelmCalendarTime now;

@@ -60,11 +60,10 @@ Number Listen(std::uint16_t& port) {
     return number;
 }
 
-std::string WithHead(std::string_view status, std::string_view extra, std::string_view body) {
-    std::string answer = "HTTP/1.1 ";
-    answer.append(status).append("\r\n").append(extra);
-    answer += "Connection: close\r\nContent-Type: text/plain\r\nContent-Length: " + std::to_string(body.size());
-    return answer.append("\r\n\r\n").append(body);
+std::string WithHead(const std::string& status, std::string_view body) {
+    std::string answer = "HTTP/1.1 " + status + "\r\nConnection: close\r\nContent-Type: text/plain\r\n";
+    answer += "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n";
+    return answer.append(body);
 }
 
 }  // namespace
@@ -84,16 +83,12 @@ std::string HttpServer::Address(std::string_view path) const {
 }
 
 void HttpServer::Serve(const std::string& path, std::string_view body) {
-    ServeRaw(path, WithHead("200 OK", "", body));
+    ServeRaw(path, WithHead("200 OK", body));
 }
 
 void HttpServer::ServeRaw(const std::string& path, std::string answer) {
     const std::lock_guard lock(mutex_);
     answers_[path] = std::move(answer);
-}
-
-void HttpServer::Redirect(const std::string& path, const std::string& address) {
-    ServeRaw(path, WithHead("302 Found", "Location: " + address + "\r\n", "moved"));
 }
 
 int HttpServer::Requests(const std::string& path) const {
@@ -119,9 +114,9 @@ std::string HttpServer::PageOf(const std::string& path) {
     const CVelmString name = FromUtf8(path.substr(std::min<std::size_t>(1, path.size())));
     if (const TemporaryFolder* folder = folder_; folder != nullptr && !name.empty() && folder->Contains(name)) {
         const Bytes file = folder->Read(name);
-        return WithHead("200 OK", "", std::string(file.begin(), file.end()));
+        return WithHead("200 OK", std::string(file.begin(), file.end()));
     }
-    return WithHead("404 Not Found", "", "no such page");
+    return WithHead("404 Not Found", "no such page");
 }
 
 void HttpServer::Answer(Socket connection) {

@@ -36,7 +36,9 @@ public:
     /// Answers with these very bytes and cuts the connection.
     void ServeRaw(const std::string& path, std::string answer);
 
-    void Redirect(const std::string& path, const std::string& address);
+    void Redirect(const std::string& path, const std::string& address) {
+        ServeRaw(path, "HTTP/1.1 302 Found\r\nLocation: " + address + "\r\nContent-Length: 0\r\n\r\n");
+    }
 
     /// Takes the request and never answers.
     void KeepSilent(const std::string& path) { ServeRaw(path, {}); }

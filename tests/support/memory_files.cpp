@@ -28,8 +28,10 @@ public:
         }
         const auto fitting = static_cast<std::size_t>(std::min<std::uint64_t>(count, owner_.freeBytes));
         owner_.freeBytes -= fitting;
-        const auto* bytes = static_cast<const std::uint8_t*>(buffer);
-        return Put(bytes, fitting / 2) + Put(bytes + fitting / 2, fitting - fitting / 2);
+        file_->bytes.resize(std::max(file_->bytes.size(), position_ + fitting));
+        std::copy_n(static_cast<const std::uint8_t*>(buffer), fitting, file_->bytes.data() + position_);
+        position_ += fitting;
+        return static_cast<std::int64_t>(fitting);
     }
 
     bool Seek(std::uint64_t position) override {
@@ -42,16 +44,6 @@ public:
     bool Flush() override { return ++owner_.flushes != owner_.failingFlush; }
 
 private:
-    std::int64_t Put(const std::uint8_t* bytes, std::size_t count) {
-        if (!owner_.Step()) {
-            return 0;
-        }
-        file_->bytes.resize(std::max(file_->bytes.size(), position_ + count));
-        std::copy_n(bytes, count, file_->bytes.data() + position_);
-        position_ += count;
-        return static_cast<std::int64_t>(count);
-    }
-
     MemoryFiles& owner_;
     std::shared_ptr<MemoryFile> file_;
     std::size_t position_ = 0;
@@ -62,7 +54,7 @@ private:
 std::unique_ptr<CVelmFile> MemoryFiles::Open(const CVelmString& path, FileMode mode) {
     ++opens;
     const bool wantsExisting = mode == FileMode::Read || mode == FileMode::Append;
-    const bool isRefused = mode != FileMode::Read && (failingOpenForWriting || !Step());
+    const bool isRefused = mode != FileMode::Read && failingOpenForWriting;
     if (isRefused || (mode != FileMode::Write && wantsExisting != Exists(path))) {
         return nullptr;
     }
@@ -77,7 +69,7 @@ std::unique_ptr<CVelmFile> MemoryFiles::Open(const CVelmString& path, FileMode m
 }
 
 bool MemoryFiles::Replace(const CVelmString& from, const CVelmString& to) {
-    if (++replaces == failingReplace || !Exists(from) || !Step()) {
+    if (++replaces == failingReplace || !Exists(from)) {
         return false;
     }
     files[to] = files.extract(from).mapped();

@@ -22,7 +22,7 @@ class MemoryFiles : public CVelmFileSystem {
 public:
     std::unique_ptr<CVelmFile> Open(const CVelmString& path, FileMode mode) override;
     bool Replace(const CVelmString& from, const CVelmString& to) override;
-    bool Remove(const CVelmString& path) override { return Step() && files.erase(path) > 0; }
+    bool Remove(const CVelmString& path) override { return files.erase(path) > 0; }
     bool Exists(const CVelmString& path) override { return files.count(path) > 0; }
     std::optional<std::vector<CVelmFolderEntry>> List(const CVelmString& folder) override;
 
@@ -37,9 +37,6 @@ public:
     /// The names of all files without their folders, each with a blank behind it.
     std::string Names() const;
 
-    /// Whether the power is still on when the disk is to be changed.
-    bool Step() { return stepsLeft-- > 0; }
-
     std::map<CVelmString, std::shared_ptr<MemoryFile>> files;
     int opens = 0;
     int reads = 0;
@@ -53,10 +50,6 @@ public:
     int failingReplace = 0;
     bool failingOpenForWriting = false;                                   ///< as on a read-only folder
     std::uint64_t freeBytes = std::numeric_limits<std::uint64_t>::max();  ///< a disk that is full after so many
-
-    /// The power fails after so many steps, which are calls that may change the disk and halves of writes: from then on
-    /// nothing is changed.
-    int stepsLeft = std::numeric_limits<int>::max();
 };
 
 }  // namespace velm::test

@@ -4,8 +4,6 @@
 
 #include "support/memory_files.h"
 #include "support/sample_documents.h"
-#include "update/downloader.h"
-#include "update/page_fetcher.h"
 
 namespace velm::test {
 namespace {
@@ -124,59 +122,6 @@ TEST_F(MergeTest, TheUpdateFileStaysUntilTheDocumentIsSaved) {
     EXPECT_TRUE(Merge(Open(), catalog, context)) << "merged again when it is opened the next time";
     EXPECT_EQ(Conversions(Open()), "USD*2=EUR EUR{x+1|x-1}GBP ");
     EXPECT_FALSE(IsPending());
-}
-
-TEST_F(MergeTest, LosesNeitherARateNorADocumentWhenThePowerFails) {
-    MakeConversionDoc(services.Services(), u"Other")->Save(catalog.Folder());
-    const auto whole = files.files;
-    bool stored = false;
-    bool failed = true;
-    int steps = 0;
-    for (; failed; ++steps) {
-        ASSERT_LT(steps, 1000) << "the run never comes to its end";
-        files = MemoryFiles();
-        for (const auto& [path, file] : whole) {
-            files.Add(path, file->bytes);
-        }
-        CVelmConversionDoc& document = Open();
-        PageFetcher fetcher([this](const std::string& page) {
-            files.AddText(u"cached", page);
-            return CVelmString(u"cached");
-        });
-        fetcher.pages["http://list"] = "VLMUPD\n--File Name:Currency\nUSD\tEUR\t2\n";
-        files.stepsLeft = steps;
-        const bool merged =
-            CVelmDownloader(catalog, fetcher, u"http://list").Run() && Merge(document, catalog, context);
-        failed = files.stepsLeft < 0;
-        EXPECT_TRUE(merged || failed);
-        // Once the update file stands in the folder, its rates are never lost again.
-        stored = stored || !failed || IsPending();
-
-        files.stepsLeft = 1000;
-        CVelmCatalog again(services.Services());
-        again.SetFolder(catalog.Folder());
-        MergeWhenOpened(again, context);
-        again.AddFile(u"Other.cnv");
-        again.ScanFolder();
-        EXPECT_EQ(again.documents.size(), 2U);
-        EXPECT_TRUE(again.Activate(0)->loaded);
-        const auto* found = static_cast<CVelmConversionDoc*>(again.GetDocument(u"Currency.cnv", true));
-        ASSERT_TRUE(found != nullptr && found->loaded && found->DroppedRecords() == 0) << steps;
-        EXPECT_EQ(Conversions(*found), stored ? "USD*2=EUR EUR{x+1|x-1}GBP " : BEFORE) << steps;
-    }
-    EXPECT_GT(steps, 10) << "there were hardly any steps at which to fail";
-}
-
-TEST_F(MergeTest, TakesTimeInProportionToItsInput) {
-    CVelmConversionDoc document(services.Services());
-    document.fileName = u"Large";
-    std::string update = "VLMUPD\n";
-    for (int number = 0; number < 20'000; ++number) {
-        document.AddItem(CreateItem(ITEM_VALUE))->identifier = FromUtf8("u" + std::to_string(number));
-        update += "u" + std::to_string(number) + "\tu" + std::to_string(19'999 - number) + "\t2\n";
-    }
-    EXPECT_TRUE(MergeText(document, update));
-    EXPECT_EQ(document.conversions.size(), 10'000U) << "every pair stands there in both directions";
 }
 
 }  // namespace

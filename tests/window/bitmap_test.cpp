@@ -68,10 +68,9 @@ TEST(Bitmap, TakesTheTintPixelForPixel) {
 TEST(Bitmap, WithoutAColorTableIsNotTintedAndNotReloaded) {
     CVelmBitmap bitmap(IDB_TEST_TRUE_COLOR, TINT, false);
     const Picture before = WholePicture(bitmap);
-    EXPECT_EQ(before.At(0, 0), RGB(255, 0, 0));
-    EXPECT_EQ(before.At(1, 0), RGB(0, 255, 0));
-    EXPECT_EQ(before.At(0, 1), RGB(0, 0, 255));
-    EXPECT_EQ(before.At(1, 1), WHITE);
+    ExpectPixels(before, [](int x, int y) {
+        return y == 0 ? (x == 0 ? RGB(255, 0, 0) : RGB(0, 255, 0)) : (x == 0 ? RGB(0, 0, 255) : WHITE);
+    });
     EXPECT_FALSE(bitmap.Reload(IDB_TEST_TRUE_COLOR, RGB(9, 9, 9)));
     EXPECT_FALSE(bitmap.Reload(12345, TINT));
     EXPECT_EQ(WholePicture(bitmap), before);

@@ -16,12 +16,6 @@ class DialogFrameTest : public ProgramTest {
 protected:
     void SetUp() override { Start("Length = meters|m, feet|ft|3.28084"); }
 
-    static RECT OnScreen(HWND window) {
-        RECT area = ClientOf(window);
-        MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&area), 2);
-        return area;
-    }
-
     /// Every control lies within the width of the dialog and none over another, and each has an access key of its own.
     static void ExpectOrder(const DialogDriver& dialog) {
         std::vector<RECT> places;
@@ -58,9 +52,9 @@ TEST_F(DialogFrameTest, EveryDialogFollowsTheSizeOfTheProgramsWindow) {
         for (const SIZE& size : {SIZE{Scaled(160), Scaled(160)}, SIZE{1000, 700}, SIZE{Scaled(240), Scaled(294)}}) {
             SCOPED_TRACE(size.cx);
             program.Resize(static_cast<int>(size.cx), static_cast<int>(size.cy));
-            const RECT dialogArea = OnScreen(dialog.Window());
-            const RECT frameArea = OnScreen(program.Frame());
-            EXPECT_TRUE(EqualRect(&dialogArea, &frameArea));
+            const RECT place = PlaceOf(dialog.Window());
+            const RECT client = ClientOf(program.Frame());
+            EXPECT_TRUE(EqualRect(&place, &client));
             ExpectOrder(dialog);
         }
         const bool isList = command == ID_OPEN_FILE || command == ID_SHOW_UNITS || command == ID_ABOUT;

@@ -164,15 +164,13 @@ TEST_F(CalculatorWindow, KeepsItsTapeFromRunToRunAndFiveHundredLinesOfIt) {
 
 /// A minute of taps, keys and values; VELMORA_SEED and VELMORA_MONKEY_SECONDS repeat a run or make a longer one.
 TEST_F(CalculatorWindow, StandsAMonkeyForAMinute) {
-    const auto given = [](const char* name, DWORD otherwise) {
-        const char* const text = std::getenv(name);
-        return text != nullptr ? std::stoul(text) : otherwise;
-    };
-    const DWORD seed = given("VELMORA_SEED", GetTickCount());
-    const DWORD end = GetTickCount() + given("VELMORA_MONKEY_SECONDS", 60) * 1000;
+    const char* const givenSeed = std::getenv("VELMORA_SEED");
+    const char* const seconds = std::getenv("VELMORA_MONKEY_SECONDS");
+    const DWORD seed = givenSeed != nullptr ? std::stoul(givenSeed) : GetTickCount();
+    const DWORD end = GetTickCount() + 1000 * (seconds != nullptr ? std::stoul(seconds) : 60);
     std::printf("VELMORA_SEED=%lu\n", seed);
     std::mt19937 random(seed);
-    const auto below = [&random](std::size_t count) { return static_cast<int>(random() % count); };
+    const auto below = [&random](auto count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
     constexpr CVelmStringView LETTERS = u"0123456789.+-*/\\^!%()[]{},=&|<>~ \u00b2\u00b3abcdefghilnopqrstuvx#?\u20ac";
     constexpr std::array<WORD, 9> KEYS = {VK_RETURN, VK_ESCAPE, VK_TAB,   VK_UP,    VK_DOWN,
                                           VK_HOME,   VK_END,    VK_PRIOR, VK_DELETE};
@@ -182,7 +180,7 @@ TEST_F(CalculatorWindow, StandsAMonkeyForAMinute) {
         GetClientRect(window->Handle(), &area);
         const int kind = below(100);
         if (kind < 60) {
-            TapAt(below(static_cast<std::size_t>(area.right)), below(static_cast<std::size_t>(area.bottom)));
+            TapAt(below(area.right), below(area.bottom));
         } else if (kind < 85) {
             PostMessageW(window->Expression(), WM_CHAR, LETTERS[static_cast<std::size_t>(below(LETTERS.size()))], 1);
         } else if (kind < 97) {

@@ -72,9 +72,7 @@ private:
     void Pick(const std::string& text);
     void GiveText(const std::string& text);
     void Allow(int row, const std::string& formats);
-    void Unselect(int row);
     void SetParts(int row, const std::string& text);
-    void Lock(CVelmStringView name);
     std::map<std::string, HWND> Windows();
     HWND Window(const std::string& name);
     HWND Over(int command);

@@ -81,11 +81,8 @@ std::string YesNo(bool is) {
 
 /// "left,top right,bottom" in pixels of an ordinary screen, rounded up.
 std::string Words(const RECT& area) {
-    Texts numbers;
-    for (const LONG number : {area.left, area.top, area.right, area.bottom}) {
-        numbers.push_back(std::to_string((number + DisplayScale() - 1) / DisplayScale()));
-    }
-    return numbers[0] + "," + numbers[1] + " " + numbers[2] + "," + numbers[3];
+    const auto scaled = [](LONG number) { return (number + DisplayScale() - 1) / DisplayScale(); };
+    return Print("%ld,%ld %ld,%ld", scaled(area.left), scaled(area.top), scaled(area.right), scaled(area.bottom));
 }
 
 }  // namespace
@@ -112,7 +109,11 @@ std::map<std::string, std::function<void(const ProgramTest::Said&)>> ProgramTest
         {"bytes", [&](W w) { WriteBytes(program, w.Name(), w.Behind()); }},
         {"serve", [&](W w) { Serve(w[0], InFull(w.Behind())); }},
         {"remember", [&](W w) { remembered_ = ReadBytes(program, FromUtf8(w.rest)); }},
-        {"lock", [&](W w) { Lock(w.Name()); }},
+        {"lock",  // nobody else can open the file
+         [&](W w) {
+             const CVelmString path = program.DataFolder() + w.Name();
+             locked_ = CreateFileW(Wide(path), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+         }},
         {"unlock", [&](W) { EXPECT_TRUE(CloseHandle(locked_)); }},
         {"library",
          [&](W) { CopyFileW(TEXT(VELMORA_HTMLVIEW), Wide(program.ProgramFolder() + u"htmlview.dll"), FALSE); }},
@@ -137,7 +138,11 @@ std::map<std::string, std::function<void(const ProgramTest::Said&)>> ProgramTest
         {"row", [&](W w) { TapRow(w.Number()); }},
         {"give", [&](W w) { GiveText(w.rest); }},
         {"allow", [&](W w) { Allow(w.Number(), w.Behind()); }},
-        {"unselect", [&](W w) { Unselect(w.Number()); }},
+        {"unselect",  // as in a file whose input format is none of those allowed
+         [&](W w) {
+             Item(w.Number()).format.inputFormat = 0;
+             Select(w.Number());
+         }},
         {"compound", [&](W w) { SetParts(w.Number(), w.Behind()); }},
         {"focus", [&](W w) { Focus(Window(w.rest)); }},
         {"context", [&](W) { PostMessageW(program.Focus(), WM_CONTEXTMENU, 0, -1); }},
@@ -299,12 +304,6 @@ void ProgramTest::StoreRecent(const std::string& names) {
     });
 }
 
-/// Opens a file so that nobody else can.
-void ProgramTest::Lock(CVelmStringView name) {
-    locked_ = CreateFileW(Wide(program.DataFolder() + CVelmString(name)), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0,
-                          nullptr);
-}
-
 /// A key, with "Shift+" and the like before it.
 void ProgramTest::Press(const std::string& name) {
     const Texts keys = Split(name, "+");
@@ -399,12 +398,6 @@ void ProgramTest::Allow(int row, const std::string& formats) {
     }
     format.SetAllowedFormats(allowed);
     format.displayFormat = format.inputFormat = FORMATS.at(Split(formats, " ")[0]);
-    Select(row);
-}
-
-/// As in a file whose input format is none of those allowed.
-void ProgramTest::Unselect(int row) {
-    Item(row).format.inputFormat = 0;
     Select(row);
 }
 
