@@ -85,6 +85,7 @@ private:
     std::string Parts(int row);
     std::string Tools();
     std::string Titles();
+    std::string Stored();
     std::string FirstLineOfPage();
     bool IsRed();
     DialogDriver Dialog() { return {program, program.WaitForDialog()}; }

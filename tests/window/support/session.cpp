@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstring>
 #include <fstream>
 #include <map>
 #include <regex>
@@ -180,6 +181,8 @@ std::map<std::string, std::function<std::string(const ProgramTest::Said&)>> Prog
         {"rows", [&](W) { return Rows(); }},
         {"entry", [&](W) { return Entry(); }},
         {"list", [&](W) { return ListState(); }},
+        {"label",
+         [&](W w) { return ToUtf8(program.Ask([&](CVelmFrame& f) { return f.List().Row(w.Number()).NameText(); })); }},
         {"place", [&](W w) { return Words(PlaceOfPart(w.rest)); }},
         {"across", [&](W w) { return std::regex_replace(Words(PlaceOfPart(w.rest)), std::regex(",\\d+"), ""); }},
         {"tabs", [&](W) { return Tabs(); }},
@@ -195,6 +198,7 @@ std::map<std::string, std::function<std::string(const ProgramTest::Said&)>> Prog
         {"stamp", [&](W) { return ToUtf8(Document().updatedText); }},
         {"exists", [&](W w) { return YesNo(!ReadBytes(program, w.Name()).empty()); }},
         {"parts", [&](W w) { return Parts(w.Number()); }},
+        {"stored", [&](W) { return Stored(); }},
         {"caption", [&](W) { return Dialog().Caption(); }},
         {"titles", [&](W) { return "[" + Titles() + "]"; }},
         {"text", [&](W w) { return Shortened(FirstLine(Dialog().Text(w.Id()))); }},
@@ -223,6 +227,16 @@ std::map<std::string, std::function<std::string(const ProgramTest::Said&)>> Prog
         {"ask", [&](W w) { return Ask(Over(w.Id()), NumberOf(w.rest == w[0] ? "OK" : w[1])); }},
         {"answer", [&](W w) { return Ask(nullptr, w.Id()); }},
         {"words", [&](W) { return program.WaitForMenu().value().Words(); }},
+        {"menu-at",  // the place of the menu that is open, from the frame's corner
+         [&](W) {
+             program.WaitForMenu();
+             RECT menu{};
+             RECT frame{};
+             GetWindowRect(ThreadWindows(program.Thread(), L"#32768").front(), &menu);
+             GetWindowRect(program.Frame(), &frame);
+             OffsetRect(&menu, -frame.left, -frame.top);
+             return Words(menu).substr(0, Words(menu).find(' '));
+         }},
         {"formats",
          [&](W w) {
              TapPart(program.List(), "button" + w.rest);
@@ -448,6 +462,20 @@ HWND ProgramTest::Over(int command) {
     return WaitForDialog(program.Thread(), dialogs.front());
 }
 
+/// The record in the registry: how long it is and which texts and numbers lie where in it.
+std::string ProgramTest::Stored() {
+    const std::vector<std::byte> bytes = program.StoredBytes();
+    CVelmString units(bytes.size() / 2, u'\0');
+    std::memcpy(units.data(), bytes.data(), 2 * units.size());
+    std::string text = std::to_string(bytes.size()) + " bytes";
+    for (std::size_t at = 0; (at = units.find_first_not_of(u'\0', at)) != CVelmString::npos;) {
+        const CVelmString word = units.substr(at, units.find(u'\0', at) - at);
+        text += ", " + std::to_string(2 * at) + ": " + (word == u"\1" ? "1" : ToUtf8(word));
+        at += word.size();
+    }
+    return Shortened(text);
+}
+
 /// Presses a button of a message box; what it said, in one line.
 std::string ProgramTest::Ask(HWND box, int button) {
     return Shortened(Join(Split(program.Answer(button, box), "\n"), "\\n"));
@@ -463,10 +491,10 @@ std::string ProgramTest::Shortened(const std::string& text) const {
                     VELMORA_VERSION, "$VERSION");
 }
 
-/// With no text there is never an answer.
+/// With no text there is never an answer. A text with a head of its own is sent as it is.
 void ProgramTest::Serve(const std::string& path, const std::string& text) {
     const std::string page = Replaced(Replaced(text, "|", "\r\n"), "\\t", "\t");
-    page.empty() ? server_.KeepSilent(path) : server_.Serve(path, page);
+    page.empty() || page.starts_with("HTTP/") ? server_.ServeRaw(path, page) : server_.Serve(path, page);
 }
 
 }  // namespace velm::test
