@@ -149,6 +149,7 @@ std::map<std::string, std::function<void(const ProgramTest::Said&)>> ProgramTest
         {"context", [&](W) { PostMessageW(program.Focus(), WM_CONTEXTMENU, 0, -1); }},
         {"menu", [&](W w) { EXPECT_TRUE(program.Choose(w.rest)); }},
         {"lines", [&](W w) { ResizeList(240, 21 * w.Number()); }},
+        {"list-width", [&](W w) { ResizeList(w.Number(), 100); }},
         {"list-height", [&](W w) { ResizeList(240, w.Number()); }},
         {"scroll", [&](W w) { SendMessageW(program.List(), WM_VSCROLL, static_cast<WPARAM>(w.Number()), 0); }},
         {"wheel", [&](W w) { program.Wheel(w.Number()); }},
