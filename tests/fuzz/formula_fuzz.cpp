@@ -29,6 +29,18 @@ Value ValueOf(double x, std::uint8_t angle, const Evaluate& evaluate) {
     return evaluate(context, result) ? Value(result) : Value();
 }
 
+/// The first byte says how the others are text: UTF-8, or any 16-bit units.
+CVelmString ReadText(Input input) {
+    if (input[0] % 2 == 0) {
+        return FromUtf8(Characters(input.subspan(1)));
+    }
+    CVelmString text;
+    for (std::size_t i = 1; i + 1 < input.size(); i += 2) {
+        text += static_cast<char16_t>(input[i] | input[i + 1] << 8);
+    }
+    return text;
+}
+
 bool IsSame(const Value& a, const Value& b) {
     return a.has_value() == b.has_value() &&
            (!a || std::bit_cast<std::uint64_t>(*a) == std::bit_cast<std::uint64_t>(*b));
@@ -41,7 +53,7 @@ void Try(Input input) {
     if (input.empty()) {
         return;
     }
-    const CVelmString text = FromUtf8(Characters(input.subspan(1)));
+    const CVelmString text = ReadText(input);
     const auto valueOfText = [&](const CVelmString& formula) {
         return ValueOf(INPUTS[input[0] >> 5], input[0] >> 1 & 3, [&](FormulaContext& context, double& result) {
             return EvaluateFormula(context, formula, result);
