@@ -103,13 +103,14 @@ TEST(Settings, EachEmptyFieldFallsBackAloneAndTextsWithoutEndsAreEnded) {
 }
 
 TEST(Settings, TheOpenFileListHoldsTheFirstSixNamesThatFit) {
-    // With its extension and NUL each long name takes 45 units: four fit into 192, and a short one behind them.
+    // With its extension and NUL each long name takes 45 units: four fit into 192, and one of ten letters behind them.
     const auto longName = [](char16_t letter) { return CVelmString(40, letter) + u".cnv"; };
     const std::pair<std::vector<CVelmString>, std::vector<int>> cases[] = {
         {{}, {}},
         {{u"Length.cnv", u"TipCalc.cal"}, {0, 1}},
         {{u"a.cnv", u"b.cal", u"c.cnv", u"d.cnv", u"e.cnv", u"f.cnv", u"g.cnv"}, {0, 1, 2, 3, 4, 5}},
-        {{longName(u'p'), longName(u'q'), longName(u'r'), longName(u's'), longName(u't'), u"u.cnv"}, {0, 1, 2, 3, 5}},
+        {{longName(u'p'), longName(u'q'), longName(u'r'), longName(u's'), u"Lengths.cnv", u"Length.cnv"},
+         {0, 1, 2, 3, 5}},
     };
     TestServices services;
     for (const auto& [names, kept] : cases) {

@@ -21,7 +21,7 @@ protected:
             EXPECT_TRUE(MakeConversionDoc(services.Services(), name)->Save(catalog.Folder()));
         }
         catalog.ScanFolder();
-        fetcher.pages = {{"http://currency", UpdateFor("Currency")}, {"http://weight", UpdateFor("WEIGHT")}};
+        fetcher.pages = {{"http://currency", UpdateFor("CURRENCY")}, {"http://weight", UpdateFor("WEIGHT")}};
     }
 
     /// The answer as "1, 2 downloaded" or "0, 1 downloaded: error text".

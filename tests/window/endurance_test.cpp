@@ -10,7 +10,7 @@ namespace velm::test {
 namespace {
 
 /// What the system makes once and keeps; a leak in every switch would come to thousands.
-constexpr int MADE_ONCE = 8;
+constexpr int MADE_ONCE = 2;
 
 /// A leak of 200 bytes a switch would come to twice as much.
 constexpr std::size_t WORKING_SET_TOLERANCE = std::size_t{1} << 20;
