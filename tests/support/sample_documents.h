@@ -7,6 +7,7 @@
 
 #include "formats/decimal_format.h"
 #include "model/document.h"
+#include "support/table.h"
 #include "support/test_services.h"
 
 namespace velm::test {
@@ -84,6 +85,22 @@ inline std::string Describe(const CVelmItem& item) {
         text += part.label.empty() ? "" : " " + ToUtf8(part.label) + ":" + std::to_string(part.factor).substr(0, 4);
     }
     return text + (item.shown == 1 ? "" : " hidden") + (item.IsOutput() ? " output" : "");
+}
+
+/// "title (category): name|identifier|text, ...; m*3.28=ft m{x+1|x-1}ft", with marks behind items: -hidden, -output.
+inline std::string Describe(const CVelmDocument* document) {
+    if (document == nullptr) {
+        return "nothing";
+    }
+    std::vector<std::string> items;
+    for (const auto& item : document->items) {
+        items.push_back(ToUtf8(item->name + u"|" + item->identifier + u"|" + item->valueText +
+                               (item->shown == 0 ? u" -hidden" : u"") + (item->IsOutput() ? u" -output" : u"")));
+    }
+    const std::string conversions =
+        document->GetKind() == KIND_CONVERSION ? Conversions(static_cast<const CVelmConversionDoc&>(*document)) : "";
+    return ToUtf8(document->title + u" (" + document->category + u"):") + (items.empty() ? "" : " ") + Join(items) +
+           (conversions.empty() ? "" : "; " + conversions.substr(0, conversions.size() - 1));
 }
 
 }  // namespace velm::test

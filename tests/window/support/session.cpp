@@ -44,6 +44,12 @@ std::string Spoken(const std::string& text) {
     return match.prefix().str() + repeated + Spoken(match.suffix().str());
 }
 
+/// What is seen at this scale: "this || and that at the double one" where odd numbers of pixels part them.
+std::string Expected(const std::string& words) {
+    const Texts both = Split(words, " || ");
+    return Spoken(DisplayScale() == 1 ? both.front() : both.back());
+}
+
 /// A control's or command's number by its name without "IDC_" or "ID_".
 int NumberOf(const std::string& name) {
     static const std::map<std::string, int> NUMBERS = [] {
@@ -58,22 +64,6 @@ int NumberOf(const std::string& name) {
         return numbers;
     }();
     return NUMBERS.at(name);
-}
-
-/// "title (category): name|identifier|text, ...; m*3.28=ft m{x+1|x-1}ft", with marks behind items: -hidden, -output.
-std::string Describe(const CVelmDocument* document) {
-    if (document == nullptr) {
-        return "nothing";
-    }
-    Texts items;
-    for (const auto& item : document->items) {
-        items.push_back(ToUtf8(item->name + u"|" + item->identifier + u"|" + item->valueText +
-                               (item->shown == 0 ? u" -hidden" : u"") + (item->IsOutput() ? u" -output" : u"")));
-    }
-    const std::string conversions =
-        document->GetKind() == KIND_CONVERSION ? Conversions(static_cast<const CVelmConversionDoc&>(*document)) : "";
-    return ToUtf8(document->title + u" (" + document->category + u"):") + (items.empty() ? "" : " ") + Join(items) +
-           (conversions.empty() ? "" : "; " + conversions.substr(0, conversions.size() - 1));
 }
 
 std::string YesNo(bool is) {
@@ -269,12 +259,6 @@ std::string ProgramTest::Do(const std::string& acts) {
         }
     }
     return seen;
-}
-
-/// What is seen at this scale: "this || and that at the double one" where odd numbers of pixels part them.
-static std::string Expected(const std::string& words) {
-    const Texts both = Split(words, " || ");
-    return Spoken(DisplayScale() == 1 ? both.front() : both.back());
 }
 
 void ProgramTest::Play(const std::vector<Texts>& lines) {
