@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "app/gdi.h"
-#include "htmlview/display_messages.h"
 #include "htmlview/rtf_writer.h"
 #include "platform/wide_text_win32.h"
+#include "ui/display_messages.h"
+#include "ui/gdi.h"
 
 namespace velm {
 

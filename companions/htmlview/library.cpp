@@ -1,7 +1,7 @@
 #include <windows.h>
 
 #include "htmlview/display_control.h"
-#include "htmlview/display_messages.h"
+#include "ui/display_messages.h"
 
 namespace {
 

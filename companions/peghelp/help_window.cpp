@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "app/display_scale.h"
-#include "app/frame_window.h"
-#include "htmlview/display_messages.h"
 #include "platform/wide_text_win32.h"
+#include "ui/display_messages.h"
+#include "ui/display_scale.h"
+#include "ui/frame_window.h"
 
 namespace velm {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <windows.h>
 
-#include "app/window_class.h"
-#include "dialogs/html_viewer.h"
 #include "model/reference_list.h"
 #include "peghelp/help_target.h"
+#include "ui/html_display.h"
+#include "ui/window_class.h"
 
 namespace velm {
 

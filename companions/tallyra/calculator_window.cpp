@@ -5,13 +5,13 @@
 #include <cstring>
 #include <utility>
 
-#include "app/display_scale.h"
-#include "app/frame_window.h"
-#include "app/window_text.h"
 #include "formats/decimal_format.h"
 #include "platform/wide_text_win32.h"
-#include "tallyra/calculator_messages.h"
 #include "tallyra/key_table.h"
+#include "ui/calculator_messages.h"
+#include "ui/display_scale.h"
+#include "ui/frame_window.h"
+#include "ui/window_text.h"
 
 namespace velm {
 namespace {

@@ -7,12 +7,12 @@
 #include <optional>
 #include <vector>
 
-#include "app/drawn_button.h"
-#include "app/gdi.h"
-#include "app/window_class.h"
 #include "formats/format_codes.h"
 #include "tallyra/calculator.h"
 #include "tallyra/tape.h"
+#include "ui/drawn_button.h"
+#include "ui/gdi.h"
+#include "ui/window_class.h"
 
 namespace velm {
 

@@ -4,10 +4,10 @@
 
 #include <array>
 
-#include "app/single_instance.h"
 #include "platform/services.h"
 #include "platform/wide_text_win32.h"
 #include "tallyra/calculator_window.h"
+#include "ui/single_instance.h"
 
 namespace {
 

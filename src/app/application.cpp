@@ -2,11 +2,11 @@
 
 #include <commctrl.h>
 
-#include "app/display_scale.h"
 #include "app/main_frame.h"
-#include "app/window_class.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
+#include "ui/display_scale.h"
+#include "ui/window_class.h"
 
 namespace velm {
 namespace {

@@ -6,8 +6,8 @@
 
 #include "app/program.h"
 #include "formula/formula_context.h"
-#include "listview/bitmap.h"
 #include "settings/settings.h"
+#include "ui/bitmap.h"
 
 namespace velm {
 

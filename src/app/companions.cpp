@@ -5,7 +5,7 @@
 #include "app/frame_commands.h"
 #include "app/main_frame.h"
 #include "platform/wide_text_win32.h"
-#include "tallyra/calculator_messages.h"
+#include "ui/calculator_messages.h"
 
 namespace velm {
 namespace {

@@ -4,10 +4,10 @@
 
 #include "app/frame_commands.h"
 #include "app/main_frame.h"
-#include "app/wait_cursor.h"
 #include "platform/fetch.h"
 #include "platform/wide_text_win32.h"
 #include "settings/settings.h"
+#include "ui/wait_cursor.h"
 #include "update/downloader.h"
 #include "update/merge.h"
 

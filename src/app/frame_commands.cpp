@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "app/display_scale.h"
-#include "app/gdi.h"
 #include "app/main_frame.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
+#include "ui/display_scale.h"
+#include "ui/gdi.h"
 
 namespace velm {
 namespace {

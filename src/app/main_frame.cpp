@@ -3,18 +3,19 @@
 #include <algorithm>
 #include <array>
 
-#include "app/display_scale.h"
 #include "app/frame_commands.h"
-#include "app/frame_window.h"
-#include "app/wait_cursor.h"
-#include "app/window_text.h"
-#include "listview/bitmap.h"
+#include "dialogs/formats_dialog.h"
 #include "platform/system_error.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/command_bar.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
 #include "settings/settings.h"
+#include "ui/bitmap.h"
+#include "ui/display_scale.h"
+#include "ui/frame_window.h"
+#include "ui/wait_cursor.h"
+#include "ui/window_text.h"
 #include "update/merge.h"
 
 namespace velm {
@@ -55,8 +56,8 @@ CVelmString FrameTitle() {
 
 CVelmFrame::CVelmFrame(const CVelmProgram& program)
     : program_(program),
-      panel_(program),
-      list_(program, panel_),
+      panel_(program.context),
+      list_({program.services.locale, program.settings, program.formatIcons, ShowFormatsDialog}, panel_),
       catalog_(program.services),
       references_(program.services),
       htmlLibrary_(program.programFolder),
@@ -111,7 +112,7 @@ bool CVelmFrame::CreateCommandBar() {
     for (const CVelmString& toolTip : toolTips_) {
         texts.push_back(Wide(toolTip));
     }
-    SHMENUBARINFO info{sizeof(info), Handle(), IDM_MAIN, GetModuleHandleW(nullptr), nullptr};
+    SHMENUBARINFO info{sizeof(info), Handle(), IDM_MAIN, GetModuleHandleW(nullptr), DisplayScale(), nullptr};
     if (!SHCreateMenuBar(&info)) {
         return false;
     }

@@ -5,15 +5,15 @@
 #include <vector>
 
 #include "app/command_table.h"
-#include "app/drawn_button.h"
-#include "app/gdi.h"
 #include "app/program.h"
-#include "app/value_panel.h"
-#include "app/window_class.h"
-#include "dialogs/html_viewer.h"
 #include "listview/item_list.h"
+#include "listview/value_panel.h"
 #include "model/catalog.h"
 #include "model/reference_list.h"
+#include "ui/drawn_button.h"
+#include "ui/gdi.h"
+#include "ui/html_display.h"
+#include "ui/window_class.h"
 
 namespace velm {
 

@@ -2,9 +2,9 @@
 
 #include "app/application.h"
 #include "app/main_frame.h"
-#include "app/single_instance.h"
 #include "platform/options_store.h"
 #include "platform/program_folder.h"
+#include "ui/single_instance.h"
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int showCommand) {
     SetProcessDPIAware();

@@ -2,10 +2,10 @@
 
 #include <array>
 
-#include "app/display_scale.h"
 #include "dialogs/dialog_frame.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
+#include "ui/display_scale.h"
 #include "version.h"
 
 namespace velm {

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include "app/display_scale.h"
-#include "app/scroll_bar.h"
-#include "app/window_class.h"
-#include "app/window_text.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/command_bar.h"
 #include "pocketpc/shell.h"
+#include "ui/display_scale.h"
+#include "ui/scroll_bar.h"
+#include "ui/window_class.h"
+#include "ui/window_text.h"
 
 namespace velm {
 namespace {
@@ -123,7 +123,7 @@ INT_PTR CVelmDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 INT_PTR CVelmDialog::Init() {
-    SHMENUBARINFO bar{sizeof(bar), handle_, menuBar_, GetModuleHandleW(nullptr), nullptr};
+    SHMENUBARINFO bar{sizeof(bar), handle_, menuBar_, GetModuleHandleW(nullptr), DisplayScale(), nullptr};
     if (!SHCreateMenuBar(&bar)) {
         End(NOT_MADE);
         return TRUE;

@@ -7,10 +7,10 @@
 #include <cstddef>
 #include <span>
 
-#include "app/gdi.h"
 #include "model/entry_check.h"
 #include "model/file_stream.h"
 #include "platform/text.h"
+#include "ui/gdi.h"
 
 namespace velm {
 

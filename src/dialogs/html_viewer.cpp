@@ -2,17 +2,16 @@
 
 #include <shellapi.h>
 
-#include "app/display_scale.h"
 #include "dialogs/dialog_frame.h"
-#include "htmlview/display_messages.h"
 #include "platform/fetch.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
+#include "ui/display_messages.h"
+#include "ui/display_scale.h"
+#include "ui/html_display.h"
 
 namespace velm {
 namespace {
-
-constexpr const char16_t* LIBRARY_FILE = u"htmlview.dll";
 
 /// Pixels of an ordinary screen, until the first layout.
 constexpr int FIRST_LEFT = 5;
@@ -90,37 +89,6 @@ private:
 };
 
 }  // namespace
-
-bool CVelmHtmlLibrary::Load() {
-    if (module_) {
-        return true;
-    }
-    module_.reset(LoadLibraryW(Wide(folder_ + LIBRARY_FILE)));
-    if (!module_) {
-        return false;
-    }
-    const auto init = reinterpret_cast<InitHtmlControl>(
-        reinterpret_cast<void*>(GetProcAddress(module_.get(), MAKEINTRESOURCEA(INIT_HTML_CONTROL_ORDINAL))));
-    if (init == nullptr || !init(GetModuleHandleW(nullptr))) {
-        module_.reset();
-    }
-    return module_ != nullptr;
-}
-
-HWND CreateHtmlControl(CVelmHtmlLibrary& library, HWND parent, const RECT& place) {
-    if (!library.Load()) {
-        return nullptr;
-    }
-    const HWND window =
-        CreateWindowExW(0, DISPLAY_CLASS, L"HTML", WS_CHILD | WS_TABSTOP | WS_VISIBLE, static_cast<int>(place.left),
-                        static_cast<int>(place.top), Width(place), Height(place), parent,
-                        reinterpret_cast<HMENU>(IDC_HTML), GetModuleHandleW(nullptr), nullptr);
-    if (window != nullptr) {
-        SendMessageW(window, DTM_ENABLESHRINK, TRUE, 0);
-        PostMessageW(window, DTM_ENABLESHRINK, TRUE, 0);
-    }
-    return window;
-}
 
 void ShowHtmlViewer(HWND parent, const CVelmString& caption, const CVelmString& pageText, CVelmHtmlLibrary& library) {
     HtmlViewer(caption, pageText, library).Show(parent);

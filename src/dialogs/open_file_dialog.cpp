@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "app/display_scale.h"
-#include "app/wait_cursor.h"
-#include "app/window_text.h"
 #include "dialogs/category_box.h"
 #include "dialogs/dialog_frame.h"
 #include "dialogs/html_viewer.h"
@@ -14,6 +11,9 @@
 #include "platform/wide_text_win32.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
+#include "ui/display_scale.h"
+#include "ui/wait_cursor.h"
+#include "ui/window_text.h"
 
 namespace velm {
 namespace {

@@ -2,12 +2,12 @@
 
 #include <array>
 
-#include "app/display_scale.h"
 #include "dialogs/dialog_frame.h"
 #include "model/document.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
+#include "ui/display_scale.h"
 
 namespace velm {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "app/gdi.h"
 #include "formats/value_format.h"
+#include "ui/gdi.h"
 
 namespace velm {
 namespace {

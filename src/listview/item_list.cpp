@@ -6,17 +6,16 @@
 #include <array>
 #include <utility>
 
-#include "app/clipboard.h"
-#include "app/display_scale.h"
-#include "app/scroll_bar.h"
-#include "app/value_panel.h"
-#include "dialogs/formats_dialog.h"
-#include "listview/bitmap.h"
 #include "listview/format_menu.h"
+#include "listview/value_panel.h"
 #include "model/document.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
 #include "settings/settings.h"
+#include "ui/bitmap.h"
+#include "ui/clipboard.h"
+#include "ui/display_scale.h"
+#include "ui/scroll_bar.h"
 
 namespace velm {
 namespace {
@@ -35,8 +34,8 @@ int Wrap(int index, int count) {
 
 }  // namespace
 
-CVelmItemList::CVelmItemList(const CVelmProgram& program, CVelmValuePanel& panel)
-    : program_(program),
+CVelmItemList::CVelmItemList(const CVelmListEnvironment& environment, CVelmValuePanel& panel)
+    : environment_(environment),
       panel_(panel),
       nameFont_(CreateProgramFont(ROW_FONT, false)),
       valueFont_(CreateProgramFont(ROW_FONT, true)) {}
@@ -116,7 +115,7 @@ void CVelmItemList::SetDocument(CVelmDocument* document) {
 CVelmItemRow& CVelmItemList::AppendRow(CVelmItem& item) {
     CVelmItemRow& row = *rows_.emplace_back(
         std::make_unique<CVelmItemRow>(item, Handle(), FORMAT_BUTTON, nameFont_.get(), valueFont_.get()));
-    row.WriteValue(program_.services.locale);
+    row.WriteValue(environment_.locale);
     return row;
 }
 
@@ -160,14 +159,14 @@ void CVelmItemList::RefreshNames() {
 
 void CVelmItemList::RefreshValues() {
     for (int i = 0; i < RowCount(); ++i) {
-        if (rows_[static_cast<std::size_t>(i)]->WriteValue(program_.services.locale)) {
+        if (rows_[static_cast<std::size_t>(i)]->WriteValue(environment_.locale)) {
             RepaintRow(i);
         }
     }
 }
 
 void CVelmItemList::ToggleRowSize() {
-    program_.settings.twoLineRows = program_.settings.twoLineRows == 0 ? 1 : 0;
+    environment_.settings.twoLineRows = environment_.settings.twoLineRows == 0 ? 1 : 0;
     Layout(width_, height_);
     Repaint();
 }
@@ -182,7 +181,7 @@ void CVelmItemList::CopySelectedValue() {
 void CVelmItemList::Layout(int width, int height) {
     width_ = width;
     height_ = height;
-    twoLines_ = height >= Scaled(LEAST_TWO_LINE_HEIGHT) && program_.settings.twoLineRows != 0;
+    twoLines_ = height >= Scaled(LEAST_TWO_LINE_HEIGHT) && environment_.settings.twoLineRows != 0;
     rowHeight_ = Scaled(twoLines_ ? TWO_LINE_ROW_HEIGHT : ROW_HEIGHT);
     visibleRows_ = std::max(1, height / rowHeight_);
     top_ = Reachable(top_);
@@ -240,13 +239,13 @@ void CVelmItemList::SelectRow(int index) {
     }
     if (CVelmItemRow* const old = FindRow(selected_)) {
         old->SetSelected(false);
-        old->WriteValue(program_.services.locale);
+        old->WriteValue(environment_.locale);
         RepaintRow(selected_);
     }
     selected_ = IsRow(index) ? index : -1;
     if (CVelmItemRow* const row = FindRow(selected_)) {
         row->SetSelected(true);
-        row->WriteValue(program_.services.locale);
+        row->WriteValue(environment_.locale);
         RepaintRow(selected_);
         BringIntoView(selected_);
     }
@@ -308,7 +307,7 @@ void CVelmItemList::Paint() {
     for (int i = top_; i <= last; ++i) {
         RECT common{};
         if (IntersectRect(&common, &Row(i).Rectangle(), &painter.UpdateArea())) {
-            Row(i).Draw(painter.Dc(), program_.formatIcons, rowColor, BaseColor());
+            Row(i).Draw(painter.Dc(), environment_.formatIcons, rowColor, BaseColor());
         }
     }
 }
@@ -397,7 +396,7 @@ bool CVelmItemList::ChooseFormat(POINT place, CVelmValueFormat& format) {
     std::uint32_t code = 0;
     switch (ShowFormatMenu(Handle(), place, format, code)) {
         case FormatChoice::Customize:
-            if (ShowFormatsDialog(GetParent(Handle()), format) != IDOK) {
+            if (environment_.customizeFormats(GetParent(Handle()), format) != IDOK) {
                 return false;
             }
             document_->Touch();
@@ -426,7 +425,7 @@ void CVelmItemList::OnFormatButton(LPARAM parameter) {
         return;
     }
     PostMessageW(GetParent(Handle()), WM_COMMAND, ID_SAVE, 0);
-    (*found)->WriteValue(program_.services.locale);
+    (*found)->WriteValue(environment_.locale);
     RepaintRow(index);
     if (index == selected_) {
         panel_.AttachItem(&item);

@@ -5,23 +5,35 @@
 #include <memory>
 #include <vector>
 
-#include "app/gdi.h"
-#include "app/program.h"
-#include "app/window_class.h"
 #include "listview/item_row.h"
+#include "ui/gdi.h"
+#include "ui/window_class.h"
 
 namespace velm {
 
+class CVelmBitmap;
 class CVelmDocument;
 class CVelmItem;
+class CVelmLocale;
 class CVelmValueFormat;
 class CVelmValuePanel;
+struct CVelmSettings;
+
+/// What an item list is given; all of it outlives the list.
+struct CVelmListEnvironment {
+    const CVelmLocale& locale;
+    CVelmSettings& settings;
+    CVelmBitmap& formatIcons;  ///< tinted with the base color
+
+    /// Lets the user choose which formats an item allows; IDOK when the format changed.
+    int (*customizeFormats)(HWND parent, CVelmValueFormat& format);
+};
 
 /// The scrolling list of a document's shown items.
 class CVelmItemList : public CVelmWindow {
 public:
     /// The panel, which shows the selected item, is not owned and outlives the list's window.
-    CVelmItemList(const CVelmProgram& program, CVelmValuePanel& panel);
+    CVelmItemList(const CVelmListEnvironment& environment, CVelmValuePanel& panel);
     ~CVelmItemList() override;
 
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -97,7 +109,7 @@ private:
     bool ChooseFormat(POINT place, CVelmValueFormat& format);
     void ShowRowMenu(int index, POINT place);
 
-    CVelmProgram program_;
+    CVelmListEnvironment environment_;
     CVelmValuePanel& panel_;
     std::vector<std::unique_ptr<CVelmItemRow>> rows_;
     CVelmDocument* document_ = nullptr;

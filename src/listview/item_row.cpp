@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/display_scale.h"
-#include "app/gdi.h"
-#include "listview/bitmap.h"
 #include "listview/format_menu.h"
 #include "model/item.h"
+#include "ui/bitmap.h"
+#include "ui/display_scale.h"
+#include "ui/gdi.h"
 
 namespace velm {
 namespace {

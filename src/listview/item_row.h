@@ -2,10 +2,10 @@
 
 #include <windows.h>
 
-#include "app/press_button.h"
-#include "listview/label.h"
 #include "platform/locale.h"
 #include "platform/text.h"
+#include "ui/label.h"
+#include "ui/press_button.h"
 
 namespace velm {
 

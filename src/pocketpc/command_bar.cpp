@@ -6,15 +6,17 @@
 #include <string>
 #include <vector>
 
-#include "app/display_scale.h"
 #include "pocketpc/shell.h"
 #include "pocketpc/shell_classes.h"
 
 namespace {
 
 constexpr const wchar_t* BAR_CLASS = L"VlCommandBar";
+
+// Pixels of an ordinary screen.
 constexpr int BAR_HEIGHT = 26;
 constexpr int TEXT_HEIGHT = 15;
+constexpr int IMAGE_SIZE = 16;
 constexpr int TOOL_WIDTH = 23;
 constexpr int SEPARATOR_WIDTH = 6;
 constexpr COLORREF TRANSPARENT_COLOR = RGB(255, 0, 255);
@@ -25,9 +27,13 @@ constexpr UINT FIRST_TITLE = 0xF800;
 /// The bar's own message: opens the menu of the title whose command is the first parameter.
 constexpr UINT DROP_MENU = WM_APP;
 
-struct ImageListDeleter {
+struct Deleter {
+    void operator()(HMENU menu) const { DestroyMenu(menu); }
     void operator()(HIMAGELIST images) const { ImageList_Destroy(images); }
+    void operator()(HGDIOBJ object) const { DeleteObject(object); }
 };
+template <class Handle>
+using Owned = std::unique_ptr<std::remove_pointer_t<Handle>, Deleter>;
 
 /// What one bar owns. Titles and tools are two toolbar controls side by side, since the first ones have no room for
 /// images. Both are its children and end before it.
@@ -35,12 +41,19 @@ struct Bar {
     HWND window = nullptr;
     HWND titles = nullptr;
     HWND tools = nullptr;
-    velm::CVelmMenu menu;
-    std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageListDeleter> images;
-    velm::CVelmFont font;
+    Owned<HMENU> menu;
+    Owned<HIMAGELIST> images;
+    Owned<HFONT> font;
     std::vector<const wchar_t*> toolTips;  ///< not owned
     int imageCount = 0;
+    int scale = 1;
+
+    int Scaled(int length) const { return length * scale; }
 };
+
+int Height(const RECT& area) {
+    return static_cast<int>(area.bottom - area.top);
+}
 
 Bar* BarOf(HWND window) {
     return reinterpret_cast<Bar*>(GetWindowLongPtrW(window, GWLP_USERDATA));
@@ -49,7 +62,7 @@ Bar* BarOf(HWND window) {
 void Place(HWND window) {
     RECT area{};
     GetClientRect(GetParent(window), &area);
-    const int height = velm::Scaled(BAR_HEIGHT);
+    const int height = BarOf(window)->Scaled(BAR_HEIGHT);
     SetWindowPos(window, nullptr, 0, area.bottom - height, area.right, height, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -158,9 +171,9 @@ void PlaceToolbars(const Bar& bar) {
     GetClientRect(bar.window, &area);
     SIZE titles{};
     SendMessageW(bar.titles, TB_GETMAXSIZE, 0, reinterpret_cast<LPARAM>(&titles));
-    const int width = std::min(static_cast<int>(titles.cx), velm::Width(area));
-    MoveWindow(bar.titles, 0, 0, width, velm::Height(area), TRUE);
-    MoveWindow(bar.tools, width, 0, velm::Width(area) - width, velm::Height(area), TRUE);
+    const int width = std::min(static_cast<int>(titles.cx), static_cast<int>(area.right));
+    MoveWindow(bar.titles, 0, 0, width, Height(area), TRUE);
+    MoveWindow(bar.tools, width, 0, static_cast<int>(area.right) - width, Height(area), TRUE);
 }
 
 LRESULT CALLBACK BarProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -197,8 +210,8 @@ HWND CreateToolbar(const Bar& bar, DWORD style, int imageSize, int buttonWidth) 
                                          0, 0, 0, 0, bar.window, nullptr, GetModuleHandleW(nullptr), nullptr);
     SendMessageW(toolbar, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
     SendMessageW(toolbar, WM_SETFONT, reinterpret_cast<WPARAM>(bar.font.get()), FALSE);
-    SendMessageW(toolbar, TB_SETBITMAPSIZE, 0, MAKELPARAM(imageSize, imageSize));
-    SendMessageW(toolbar, TB_SETBUTTONSIZE, 0, MAKELPARAM(buttonWidth, velm::Scaled(BAR_HEIGHT)));
+    SendMessageW(toolbar, TB_SETBITMAPSIZE, 0, MAKELPARAM(bar.Scaled(imageSize), bar.Scaled(imageSize)));
+    SendMessageW(toolbar, TB_SETBUTTONSIZE, 0, MAKELPARAM(bar.Scaled(buttonWidth), bar.Scaled(BAR_HEIGHT)));
     return toolbar;
 }
 
@@ -217,7 +230,10 @@ bool RegisterCommandBarClass() {
 BOOL SHCreateMenuBar(SHMENUBARINFO* info) {
     auto bar = std::make_unique<Bar>();
     bar->menu.reset(LoadMenuW(info->hInstRes, MAKEINTRESOURCEW(info->nToolBarId)));
-    bar->font = velm::CreateProgramFont(TEXT_HEIGHT, false);
+    bar->scale = info->nScale;
+    bar->font.reset(CreateFontW(bar->Scaled(TEXT_HEIGHT), 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                                OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH | FF_DONTCARE,
+                                L"Tahoma"));
     if (!bar->menu) {
         return FALSE;
     }
@@ -228,7 +244,7 @@ BOOL SHCreateMenuBar(SHMENUBARINFO* info) {
     }
     bar->window = window;
     bar->titles = CreateToolbar(*bar, TBSTYLE_LIST, 0, 0);
-    bar->tools = CreateToolbar(*bar, 0, velm::Scaled(velm::ICON_SIZE), velm::Scaled(TOOL_WIDTH));
+    bar->tools = CreateToolbar(*bar, 0, IMAGE_SIZE, TOOL_WIDTH);
     if (bar->titles == nullptr || bar->tools == nullptr) {
         DestroyWindow(window);
         return FALSE;
@@ -243,7 +259,7 @@ BOOL SHCreateMenuBar(SHMENUBARINFO* info) {
 
 int CommandBar_Height(HWND bar) {
     RECT area{};
-    return bar != nullptr && GetWindowRect(bar, &area) ? velm::Height(area) : 0;
+    return bar != nullptr && GetWindowRect(bar, &area) ? Height(area) : 0;
 }
 
 RECT CommandBar_AreaAbove(HWND parent, HWND bar) {
@@ -255,7 +271,7 @@ RECT CommandBar_AreaAbove(HWND parent, HWND bar) {
 
 bool CommandBar_AddBitmap(HWND window, HINSTANCE instance, UINT bitmap, int size) {
     Bar* const bar = BarOf(window);
-    const velm::CVelmBitmapHandle strip(
+    const Owned<HBITMAP> strip(
         static_cast<HBITMAP>(LoadImageW(instance, MAKEINTRESOURCEW(bitmap), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION)));
     // A list of the strip's own few colours would bend the rest to them.
     bar->images.reset(ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 0, 1));
@@ -273,7 +289,7 @@ bool CommandBar_AddButtons(HWND window, std::span<const WORD> commands) {
         TBBUTTON button{};
         button.fsState = TBSTATE_ENABLED;
         button.fsStyle = command == 0 ? BTNS_SEP : BTNS_BUTTON;
-        button.iBitmap = command == 0 ? velm::Scaled(SEPARATOR_WIDTH) : bar->imageCount++;
+        button.iBitmap = command == 0 ? bar->Scaled(SEPARATOR_WIDTH) : bar->imageCount++;
         button.idCommand = command;
         buttons.push_back(button);
     }

@@ -34,6 +34,7 @@ struct SHMENUBARINFO {
     HWND hwndParent;
     UINT nToolBarId;  ///< a menu resource: the bar gets a button for each entry of its first level
     HINSTANCE hInstRes;
+    int nScale;   ///< pixels of this screen to one of an ordinary screen; a handheld's shell asks its own screen
     HWND hwndMB;  ///< out: the command bar, a child of hwndParent along its bottom
 };
 

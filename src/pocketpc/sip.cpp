@@ -4,7 +4,6 @@
 
 #include <array>
 
-#include "app/window_class.h"
 #include "pocketpc/shell.h"
 #include "pocketpc/shell_classes.h"
 
@@ -26,7 +25,9 @@ constexpr std::array<FocusCodes, 2> FOCUS_CODES = {
 /// A list that only drops down takes no text.
 bool TakesText(HWND control, const FocusCodes& codes) {
     const bool isChoice = codes.gained == CBN_SETFOCUS && (GetWindowLongW(control, GWL_STYLE) & 3) == CBS_DROPDOWNLIST;
-    return velm::IsOfClass(control, codes.windowClass) && !isChoice;
+    std::array<wchar_t, 32> name{};
+    GetClassNameW(control, name.data(), static_cast<int>(name.size()));
+    return lstrcmpiW(name.data(), codes.windowClass) == 0 && !isChoice;
 }
 
 /// The panel's state that a control's notification asks for.

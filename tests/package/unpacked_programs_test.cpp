@@ -6,7 +6,6 @@
 #include <cwchar>
 #include <memory>
 
-#include "app/clipboard.h"
 #include "app/main_frame.h"
 #include "peghelp/help_window.h"
 #include "platform/options_store.h"
@@ -14,6 +13,7 @@
 #include "settings/settings.h"
 #include "support/waiting.h"
 #include "tallyra/calculator_window.h"
+#include "ui/clipboard.h"
 
 namespace velm::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "listview/bitmap.h"
+#include "ui/bitmap.h"
 
 #include <gtest/gtest.h>
 
@@ -6,10 +6,10 @@
 #include <array>
 #include <functional>
 
-#include "app/display_scale.h"
 #include "resource.h"
 #include "support/picture.h"
 #include "support/test_resource.h"
+#include "ui/display_scale.h"
 
 namespace velm::test {
 namespace {

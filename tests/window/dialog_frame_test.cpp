@@ -2,12 +2,12 @@
 
 #include <set>
 
-#include "app/display_scale.h"
-#include "app/window_text.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
 #include "support/picture.h"
 #include "support/program_test.h"
+#include "ui/display_scale.h"
+#include "ui/window_text.h"
 
 namespace velm::test {
 namespace {

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "app/display_scale.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "support/holdings.h"
 #include "support/running_program.h"
+#include "ui/display_scale.h"
 
 namespace velm::test {
 namespace {

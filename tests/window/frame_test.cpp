@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "app/display_scale.h"
-#include "app/window_text.h"
 #include "pocketpc/command_bar.h"
 #include "support/picture.h"
 #include "support/program_test.h"
+#include "ui/display_scale.h"
+#include "ui/window_text.h"
 
 namespace velm::test {
 namespace {

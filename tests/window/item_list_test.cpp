@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "app/display_scale.h"
-#include "listview/bitmap.h"
-#include "listview/label.h"
 #include "platform/wide_text_win32.h"
 #include "support/picture.h"
 #include "support/program_test.h"
+#include "ui/bitmap.h"
+#include "ui/display_scale.h"
+#include "ui/label.h"
 
 namespace velm::test {
 namespace {

@@ -9,11 +9,11 @@
 #include <random>
 
 #include "app/command_table.h"
-#include "app/window_text.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "support/files.h"
 #include "support/holdings.h"
+#include "ui/window_text.h"
 
 namespace velm::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "app/press_button.h"
+#include "ui/press_button.h"
 
 #include <gtest/gtest.h>
 
@@ -8,12 +8,12 @@
 #include <string>
 #include <tuple>
 
-#include "app/display_scale.h"
-#include "app/drawn_button.h"
-#include "app/window_class.h"
-#include "listview/bitmap.h"
 #include "support/picture.h"
 #include "support/waiting.h"
+#include "ui/bitmap.h"
+#include "ui/display_scale.h"
+#include "ui/drawn_button.h"
+#include "ui/window_class.h"
 
 namespace velm::test {
 namespace {

@@ -8,10 +8,10 @@
 #include <random>
 #include <string>
 
-#include "app/window_text.h"
 #include "platform/services.h"
 #include "platform/wide_text_win32.h"
 #include "support/temporary_folder.h"
+#include "ui/window_text.h"
 
 namespace velm::test {
 namespace {

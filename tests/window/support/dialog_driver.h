@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "app/window_text.h"
 #include "platform/wide_text_win32.h"
 #include "support/running_program.h"
+#include "ui/window_text.h"
 
 namespace velm::test {
 

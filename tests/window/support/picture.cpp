@@ -1,6 +1,6 @@
 #include "support/picture.h"
 
-#include "app/gdi.h"
+#include "ui/gdi.h"
 
 namespace velm::test {
 

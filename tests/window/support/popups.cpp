@@ -4,10 +4,10 @@
 #include <regex>
 #include <utility>
 
-#include "app/window_text.h"
 #include "platform/wide_text_win32.h"
 #include "support/table.h"
 #include "support/waiting.h"
+#include "ui/window_text.h"
 
 namespace velm::test {
 namespace {

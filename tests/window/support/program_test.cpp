@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "app/display_scale.h"
 #include "datetime/date_time.h"
 #include "platform/services.h"
 #include "platform/wide_text_win32.h"
@@ -11,6 +10,7 @@
 #include "support/picture.h"
 #include "support/table.h"
 #include "support/waiting.h"
+#include "ui/display_scale.h"
 
 namespace velm::test {
 namespace {

@@ -4,8 +4,6 @@
 #include <map>
 #include <regex>
 
-#include "app/clipboard.h"
-#include "app/display_scale.h"
 #include "formats/decimal_format.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/command_bar.h"
@@ -14,6 +12,8 @@
 #include "support/sample_documents.h"
 #include "support/table.h"
 #include "support/waiting.h"
+#include "ui/clipboard.h"
+#include "ui/display_scale.h"
 #include "version.h"
 
 namespace velm::test {

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "app/gdi.h"
+#include "ui/gdi.h"
 
 namespace velm {
 

@@ -1,4 +1,4 @@
-#include "app/display_scale.h"
+#include "ui/display_scale.h"
 
 namespace velm {
 namespace {

@@ -1,4 +1,4 @@
-#include "app/scroll_bar.h"
+#include "ui/scroll_bar.h"
 
 #include <algorithm>
 

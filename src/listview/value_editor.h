@@ -5,15 +5,15 @@
 #include <cstdint>
 #include <limits>
 
-#include "app/compound_editor.h"
-#include "app/edit_box.h"
-#include "app/gdi.h"
-#include "app/program.h"
+#include "listview/compound_editor.h"
 #include "platform/text.h"
+#include "ui/edit_box.h"
+#include "ui/gdi.h"
 
 namespace velm {
 
 class CVelmItem;
+class FormulaContext;
 
 /// Stands for "no value" where a value is loaded. No value equals it; ask with std::isnan.
 inline constexpr double NO_VALUE = std::numeric_limits<double>::quiet_NaN();
@@ -30,7 +30,8 @@ protected:
 /// are children of the panel, which gets their notifications.
 class CVelmValueEditor {
 public:
-    explicit CVelmValueEditor(const CVelmProgram& program);
+    /// The context outlives the editor.
+    explicit CVelmValueEditor(FormulaContext& context);
 
     /// False when a control cannot be made.
     bool Create(HWND panel);
@@ -93,7 +94,7 @@ private:
     /// What the controls hold, to tell whether the user changed it.
     CVelmString Content() const;
 
-    CVelmProgram program_;
+    FormulaContext& context_;
     HWND panel_ = nullptr;
     CVelmItem* item_ = nullptr;
     bool textParses_ = true;

@@ -1,10 +1,10 @@
-#include "listview/label.h"
+#include "ui/label.h"
 
 #include <algorithm>
 
-#include "app/display_scale.h"
-#include "app/gdi.h"
 #include "platform/wide_text_win32.h"
+#include "ui/display_scale.h"
+#include "ui/gdi.h"
 
 namespace velm {
 namespace {

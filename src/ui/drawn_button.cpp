@@ -1,11 +1,11 @@
-#include "app/drawn_button.h"
+#include "ui/drawn_button.h"
 
 #include <utility>
 
-#include "app/display_scale.h"
-#include "app/gdi.h"
-#include "listview/bitmap.h"
 #include "platform/wide_text_win32.h"
+#include "ui/bitmap.h"
+#include "ui/display_scale.h"
+#include "ui/gdi.h"
 
 namespace velm {
 namespace {

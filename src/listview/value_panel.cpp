@@ -1,13 +1,13 @@
-#include "app/value_panel.h"
+#include "listview/value_panel.h"
 
 #include <commctrl.h>
 
 #include <algorithm>
 
-#include "app/display_scale.h"
-#include "listview/bitmap.h"
 #include "model/item.h"
 #include "resource.h"
+#include "ui/bitmap.h"
+#include "ui/display_scale.h"
 
 namespace velm {
 namespace {
@@ -43,9 +43,9 @@ constexpr TabFormats TAB_FORMATS[] = {
 
 }  // namespace
 
-CVelmValuePanel::CVelmValuePanel(const CVelmProgram& program)
-    : program_(program),
-      editor_(program),
+CVelmValuePanel::CVelmValuePanel(FormulaContext& context)
+    : context_(context),
+      editor_(context),
       tabFont_(CreateProgramFont(TAB_FONT, false)),
       errorIcon_(LoadProgramIcon(IDI_VALUE_ERROR)),
       acceptedIcon_(LoadProgramIcon(IDI_VALUE_ACCEPTED)),
@@ -184,7 +184,7 @@ double CVelmValuePanel::ValueToShow() const {
         return item_->value;
     }
     double value = NO_VALUE;
-    item_->format.ParseValueText(item_->valueText, program_.context, value);
+    item_->format.ParseValueText(item_->valueText, context_, value);
     return value;
 }
 
@@ -259,7 +259,7 @@ void CVelmValuePanel::Accept() {
 
 void CVelmValuePanel::Restore() {
     double value = NO_VALUE;
-    if (item_ != nullptr && item_->format.ParseValueText(item_->valueText, program_.context, value)) {
+    if (item_ != nullptr && item_->format.ParseValueText(item_->valueText, context_, value)) {
         editor_.LoadValue(value, true);
     }
 }

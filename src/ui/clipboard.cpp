@@ -1,4 +1,4 @@
-#include "app/clipboard.h"
+#include "ui/clipboard.h"
 
 #include <cstring>
 #include <memory>

@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "app/press_button.h"
 #include "platform/text.h"
+#include "ui/press_button.h"
 
 namespace velm {
 

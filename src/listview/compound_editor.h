@@ -4,11 +4,11 @@
 
 #include <array>
 
-#include "app/edit_box.h"
-#include "app/gdi.h"
-#include "app/window_class.h"
 #include "formats/value_format.h"
 #include "platform/text.h"
+#include "ui/edit_box.h"
+#include "ui/gdi.h"
+#include "ui/window_class.h"
 
 namespace velm {
 

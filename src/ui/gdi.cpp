@@ -1,4 +1,4 @@
-#include "app/gdi.h"
+#include "ui/gdi.h"
 
 #include "platform/wide_text_win32.h"
 

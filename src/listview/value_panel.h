@@ -5,12 +5,11 @@
 #include <array>
 #include <cstdint>
 
-#include "app/drawn_button.h"
-#include "app/gdi.h"
-#include "app/press_button.h"
-#include "app/program.h"
-#include "app/value_editor.h"
-#include "app/window_class.h"
+#include "listview/value_editor.h"
+#include "ui/drawn_button.h"
+#include "ui/gdi.h"
+#include "ui/press_button.h"
+#include "ui/window_class.h"
 
 namespace velm {
 
@@ -20,7 +19,8 @@ class CVelmItem;
 /// Posts ID_CALCULATE to its parent after storing a value, and ID_SAVE after changing what the document keeps.
 class CVelmValuePanel : public CVelmWindow {
 public:
-    explicit CVelmValuePanel(const CVelmProgram& program);
+    /// The context outlives the panel.
+    explicit CVelmValuePanel(FormulaContext& context);
 
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
@@ -80,7 +80,7 @@ private:
     void Paint();
     bool RoutePen(UINT message, WPARAM wParam, LPARAM lParam);
 
-    CVelmProgram program_;
+    FormulaContext& context_;
     CVelmItem* item_ = nullptr;
     CVelmValueEditor editor_;
     CVelmDrawnButton accept_;

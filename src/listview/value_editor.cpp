@@ -1,15 +1,15 @@
-#include "app/value_editor.h"
+#include "listview/value_editor.h"
 
 #include <commctrl.h>
 
 #include <cmath>
 #include <optional>
 
-#include "app/display_scale.h"
 #include "datetime/date_time.h"
 #include "formats/decimal_format.h"
 #include "model/item.h"
 #include "resource.h"
+#include "ui/display_scale.h"
 
 namespace velm {
 namespace {
@@ -124,8 +124,8 @@ bool CVelmValueBox::OnPaste(const CVelmString& text) {
     return number.has_value();
 }
 
-CVelmValueEditor::CVelmValueEditor(const CVelmProgram& program)
-    : program_(program), font_(CreateProgramFont(FONT_HEIGHT, false)), code_(FMT_DECIMAL) {}
+CVelmValueEditor::CVelmValueEditor(FormulaContext& context)
+    : context_(context), font_(CreateProgramFont(FONT_HEIGHT, false)), code_(FMT_DECIMAL) {}
 
 bool CVelmValueEditor::Create(HWND panel) {
     panel_ = panel;
@@ -289,7 +289,7 @@ bool CVelmValueEditor::ParseText(double& value) {
             text = (letterFirst ? u"0" : u"") + text + base.suffix;
         }
     }
-    const bool parses = item_->format.ParseValueText(text, program_.context, value);
+    const bool parses = item_->format.ParseValueText(text, context_, value);
     SetTextParses(parses);
     return parses;
 }

@@ -1,13 +1,13 @@
-#include "app/compound_editor.h"
+#include "listview/compound_editor.h"
 
 #include <algorithm>
 #include <cmath>
 #include <optional>
 
-#include "app/display_scale.h"
 #include "formats/decimal_format.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
+#include "ui/display_scale.h"
 
 namespace velm {
 namespace {

@@ -1,4 +1,4 @@
-#include "listview/bitmap.h"
+#include "ui/bitmap.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-#include "app/display_scale.h"
+#include "ui/display_scale.h"
 
 namespace velm {
 namespace {

@@ -1,4 +1,4 @@
-#include "app/edit_box.h"
+#include "ui/edit_box.h"
 
 #include <windowsx.h>
 
@@ -6,12 +6,12 @@
 
 #include <optional>
 
-#include "app/clipboard.h"
-#include "app/gdi.h"
-#include "app/window_text.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
+#include "ui/clipboard.h"
+#include "ui/gdi.h"
+#include "ui/window_text.h"
 
 namespace velm {
 namespace {

@@ -1,7 +1,7 @@
-#include "app/frame_window.h"
+#include "ui/frame_window.h"
 
-#include "app/display_scale.h"
-#include "app/window_class.h"
+#include "ui/display_scale.h"
+#include "ui/window_class.h"
 
 namespace velm {
 namespace {

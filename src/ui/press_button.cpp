@@ -1,4 +1,4 @@
-#include "app/press_button.h"
+#include "ui/press_button.h"
 
 #include <windowsx.h>
 
