@@ -1,5 +1,6 @@
 #!/bin/sh
-# Takes the pictures of README.md and docs/using-velmora.md anew, on a handheld's screen at both scales: tools/screenshots.sh
+# Retakes the pictures in README.md and docs/using-velmora.md: tools/screenshots.sh. Those of the guide are taken on a
+# handheld's screen at both scales.
 # Needs the 'windows' preset's build, Xvfb, xdotool and ImageMagick.
 set -eu
 here=$(cd "$(dirname "$0")/.." && pwd)
@@ -23,7 +24,19 @@ for scale in 1 2; do
     VELMORA_SCREEN=$((240 * scale))x$((320 * scale)) VELMORA_DPI=$((96 * scale)) \
         VELMORA_PICTURE=$taken/$scale/calculator.bmp "$here/tools/xvfb-wine" "$here/build/windows/Tallyra.exe"
 
+    # The formats of Length's seventh row, feet and inches.
+    VELMORA_KEYS='ctrl+o
+alt+t Home Tab l e n
+Return
+Down Down Down Down Down Down
+ctrl+f
+Up Return' "$here/tools/run-window" --screenshot "$taken/$scale/compound.bmp" --size $((240 * scale))x$((320 * scale)) \
+        --scale $scale
+
     for picture in "$taken/$scale"/*.bmp; do
         convert "$picture" -strip -colors 255 "PNG8:$images/$(basename "$picture" .bmp).png"
     done
 done
+
+"$here/tools/run-window" --screenshot "$taken/desktop.bmp" --size 500x600 --maximized
+convert "$taken/desktop.bmp" -strip -colors 255 "PNG8:$here/docs/images/desktop.png"
