@@ -2,139 +2,147 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
-#include <cctype>
 
 #include "cli_error.h"
 #include "suggest.h"
+#include "table.h"
 
 namespace velm {
 
 namespace {
 
-/// Two dashes and a word of at least two letters: somebody meant an option. Anything else with a dash before it is a
-/// negative value.
-bool LooksLikeOption(const std::string& name) {
-    const auto isWordCharacter = [](char c) { return (c >= 'a' && c <= 'z') || c == '-'; };
-    return name.size() >= 4 && name.starts_with("--") && name[2] != '-' &&
-           std::all_of(name.begin() + 2, name.end(), isWordCharacter);
+using Words = std::vector<std::string>;
+
+/// "--to" of "--to UNIT", "PATH" of "PATH...".
+std::string NameOf(const Argument& argument) {
+    return std::string(argument.form.substr(0, argument.form.find_first_of(" .")));
 }
+
+/// Two dashes and a word of at least two letters. Anything else with a dash before it is a negative value.
+bool LooksLikeOption(const std::string& name) {
+    return name.size() >= 4 && name.starts_with("--") && name[2] != '-' &&
+           name.find_first_not_of("abcdefghijklmnopqrstuvwxyz-") == std::string::npos;
+}
+
+void Store(const Argument& argument, const std::string& value) {
+    if (auto* const* const text = std::get_if<std::string*>(&argument.target)) {
+        **text = value;
+    } else if (auto* const* const list = std::get_if<Words*>(&argument.target)) {
+        (*list)->push_back(value);
+    } else {
+        *std::get<bool*>(argument.target) = true;
+    }
+}
+
+class ArgumentReader {
+public:
+    ArgumentReader(std::string_view command, const std::vector<Argument>& arguments) : command_(command) {
+        for (const Argument& argument : arguments) {
+            (argument.form.starts_with('-') ? options_ : positionals_).push_back(&argument);
+        }
+    }
+
+    /// Stores what the options say. Returns the words that belong to none.
+    Words ReadOptions(const Words& words) const {
+        Words values;
+        Words given;
+        for (auto word = words.begin(); word != words.end(); ++word) {
+            if (*word == "--") {
+                values.insert(values.end(), word + 1, words.end());
+                break;
+            }
+            const std::size_t equals = word->find('=');
+            const bool joined = equals != std::string::npos;
+            const std::string name = word->substr(0, equals);
+            const Argument* const option = FindOption(name);
+            if (option == nullptr) {
+                values.push_back(*word);
+                continue;
+            }
+            const bool isFlag = std::holds_alternative<bool*>(option->target);
+            const bool valueFollows = !isFlag && !joined && word + 1 != words.end();
+            const std::string value = joined ? word->substr(equals + 1) : valueFollows ? *++word : "";
+            Require(value.empty() == isFlag, name + (isFlag ? " takes no value" : " needs a value"));
+            Store(*option, value);
+            given.push_back(name);
+        }
+        CheckExclusions(given);
+        return values;
+    }
+
+    void ReadPositionals(const Words& values) const {
+        auto value = values.begin();
+        for (const Argument* argument : positionals_) {
+            Require(value != values.end() || argument->form.starts_with('['), NameOf(*argument) + " is required");
+            const bool takesAll = std::holds_alternative<Words*>(argument->target);
+            for (const auto end = takesAll ? values.end() : value + 1; value != end; ++value) {
+                Store(*argument, *value);
+            }
+        }
+        if (value != values.end()) {
+            Require(false, "unexpected argument " + Quoted(*value));
+        }
+    }
+
+private:
+    /// Null for a value. A misspelled option ends the command.
+    const Argument* FindOption(const std::string& name) const {
+        Words known;
+        for (const Argument* option : options_) {
+            known.push_back(NameOf(*option));
+            if (known.back() == name) {
+                return option;
+            }
+        }
+        if (LooksLikeOption(name)) {
+            FailUsage(name == "--data"
+                          ? fmt::format("{}: --data goes before the command", command_)
+                          : fmt::format("{}: there is no option {}; {}", command_, name, DidYouMean(name, known)));
+        }
+        return nullptr;
+    }
+
+    void CheckExclusions(const Words& given) const {
+        const auto isGiven = [&](std::string_view name) {
+            return std::find(given.begin(), given.end(), name) != given.end();
+        };
+        for (const Argument* option : options_) {
+            Require(!isGiven(NameOf(*option)) || !isGiven(option->excludes),
+                    fmt::format("{} and {} cannot be used together", NameOf(*option), option->excludes));
+        }
+    }
+
+    void Require(bool holds, const std::string& otherwise) const {
+        if (!holds) {
+            FailUsage(fmt::format("{0}: {1} (see velmora {0} --help)", command_, otherwise));
+        }
+    }
+
+    std::string_view command_;
+    std::vector<const Argument*> options_;
+    std::vector<const Argument*> positionals_;
+};
 
 }  // namespace
 
-CVelmArguments::CVelmArguments(const Command& command)
-    : name_(command.name), app_(std::make_unique<CLI::App>(command.summary, "velmora " + name_)) {
-    app_->set_help_flag("--help", "Print this help");
-    app_->allow_windows_style_options(false);
-}
-
-CVelmArguments::~CVelmArguments() = default;
-
-void CVelmArguments::AddPositional(const char* name, std::string& value, const std::string& description) {
-    app_->add_option(name, value, description)->type_name("")->required();
-}
-
-void CVelmArguments::AddPositionals(const char* name, std::vector<std::string>& values,
-                                    const std::string& description) {
-    app_->add_option(name, values, description)->type_name("");
-}
-
-void CVelmArguments::AddRequiredPositionals(const char* name, std::vector<std::string>& values,
-                                            const std::string& description) {
-    app_->add_option(name, values, description)->type_name("")->required();
-}
-
-void CVelmArguments::AddOption(const char* name, std::string& value, const char* valueName,
-                               const std::string& description) {
-    app_->add_option(name, value, description)->type_name(valueName);
-}
-
-void CVelmArguments::AddOption(const char* name, std::vector<std::string>& values, const char* valueName,
-                               const std::string& description) {
-    // Without extra arguments a value in brackets is taken as it is, not as a list.
-    app_->add_option(name, values, description)->type_name(valueName)->allow_extra_args(false);
-}
-
-void CVelmArguments::AddFlag(const char* name, bool& value, const std::string& description) {
-    app_->add_flag(name, value, description);
-}
-
-void CVelmArguments::Exclude(const char* one, const char* other) {
-    app_->get_option(one)->excludes(app_->get_option(other));
-}
-
-void CVelmArguments::RefuseOption(const std::string& name) const {
-    std::vector<std::string> known;
-    for (const CLI::Option* option : app_->get_options()) {
-        for (const std::string& longName : option->get_lnames()) {
-            known.push_back("--" + longName);
-        }
+bool ReadArguments(CommandContext& context, const Words& words, std::vector<Argument> arguments) {
+    bool help = false;
+    arguments.push_back({"--help", &help, "Print this help"});
+    const Command& command = context.command;
+    const ArgumentReader reader(command.name, arguments);
+    const Words values = reader.ReadOptions(words);
+    if (!help) {
+        reader.ReadPositionals(values);
+        return true;
     }
-    if (name == "--data") {
-        FailUsage(fmt::format("{}: --data stands before the command", name_));
+    context.out.WriteLine(fmt::format("{}\n\nusage: velmora {} {}\n", command.summary, command.name, command.usage));
+    TableRows rows;
+    for (const Argument& argument : arguments) {
+        rows.push_back({fmt::format("  {}", argument.form), argument.help});
     }
-    FailUsage(fmt::format("{}: there is no option {}; {}", name_, name, DidYouMean(name, known)));
-}
-
-/// Values may begin with a dash, so they are told apart from options here and handed over behind a "--".
-std::vector<std::string> CVelmArguments::OptionsFirst(const std::vector<std::string>& words) const {
-    std::vector<std::string> options;
-    std::vector<std::string> values;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        const std::string& word = words[i];
-        if (word == "--") {
-            values.insert(values.end(), words.begin() + static_cast<std::ptrdiff_t>(i) + 1, words.end());
-            break;
-        }
-        const std::string name = word.substr(0, word.find('='));
-        const CLI::Option* option =
-            word.starts_with("-") && word.size() > 1 ? app_->get_option_no_throw(name) : nullptr;
-        if (option == nullptr) {
-            if (LooksLikeOption(name)) {
-                RefuseOption(name);
-            }
-            values.push_back(word);
-            continue;
-        }
-        if (option->get_items_expected_max() == 0 || name != word) {
-            options.push_back(word);
-            continue;
-        }
-        if (i + 1 == words.size() || words[i + 1].empty()) {
-            FailUsage(fmt::format("{}: {} needs a value", name_, name));
-        }
-        options.push_back(name + (name.starts_with("--") ? "=" : "") + words[++i]);
-    }
-    options.emplace_back("--");
-    options.insert(options.end(), values.begin(), values.end());
-    return options;
-}
-
-bool CVelmArguments::Parse(const std::vector<std::string>& words, CVelmOutput& out) {
-    std::vector<std::string> arranged = OptionsFirst(words);
-    std::reverse(arranged.begin(), arranged.end());
-    try {
-        app_->parse(std::move(arranged));
-    } catch (const CLI::CallForHelp&) {
-        out.Write(app_->help());
-        return false;
-    } catch (const CLI::ParseError& error) {
-        Refuse(error);
-    }
-    return true;
-}
-
-void CVelmArguments::Refuse(const CLI::ParseError& error) const {
-    std::string text = error.what();
-    for (const std::string& word : app_->remaining()) {
-        if (word != "--") {
-            text = fmt::format("{} is one argument too many", Quoted(word));
-            break;
-        }
-    }
-    FailUsage(fmt::format("{}: {} (see velmora {} --help)", name_, text, name_));
+    PrintTable(rows, context.out);
+    return false;
 }
 
 }  // namespace velm

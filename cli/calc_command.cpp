@@ -1,10 +1,9 @@
-#include "calc_command.h"
-
 #include <fmt/format.h>
 
 #include "arguments.h"
 #include "assignments.h"
 #include "cli_error.h"
+#include "commands.h"
 #include "data_file.h"
 #include "find_item.h"
 #include "item_results.h"
@@ -20,13 +19,12 @@ public:
     explicit CalcRun(CommandContext& context) : context_(context) {}
 
     int Run(const std::vector<std::string>& words) {
-        CVelmArguments arguments(context_.command);
-        arguments.AddPositional("FILE", file_, "Calculation file: a path or a name in the data folder");
-        arguments.AddPositionals("ID=VALUE", assignmentWords_,
-                                 "Give an input a value, as typed in the program; one VALUE may be - for one from "
-                                 "every line of input");
-        arguments.AddFlag("--json", json_, "Write every item as JSON");
-        if (!arguments.Parse(words, context_.out)) {
+        if (!ReadArguments(context_, words,
+                           {{"FILE", &file_, "Calculation file: a path or a name in the data folder"},
+                            {"[ID=VALUE]...", &assignmentWords_,
+                             "Give an input a value, as typed in the program; one VALUE may be - for one from every "
+                             "line of input"},
+                            {"--json", &json_, "Write every item as JSON"}})) {
             return STATUS_OK;
         }
         Prepare();

@@ -1,9 +1,8 @@
-#include "check_command.h"
-
 #include <fmt/format.h>
 
 #include "arguments.h"
 #include "cli_error.h"
+#include "commands.h"
 #include "data_file.h"
 #include "read_only_files.h"
 
@@ -54,9 +53,7 @@ std::vector<CVelmString> FilesAt(CVelmFileSystem& files, const std::string& path
 
 int RunCheck(CommandContext& context, const std::vector<std::string>& arguments) {
     std::vector<std::string> paths;
-    CVelmArguments declared(context.command);
-    declared.AddRequiredPositionals("PATH", paths, "Data files, and folders of them");
-    if (!declared.Parse(arguments, context.out)) {
+    if (!ReadArguments(context, arguments, {{"PATH...", &paths, "Data files, and folders of them"}})) {
         return STATUS_OK;
     }
     // Loading a file of the older format would rewrite it.

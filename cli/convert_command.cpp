@@ -1,11 +1,10 @@
-#include "convert_command.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
 
 #include "arguments.h"
 #include "cli_error.h"
+#include "commands.h"
 #include "data_file.h"
 #include "find_item.h"
 #include "item_results.h"
@@ -21,15 +20,13 @@ public:
     explicit ConvertRun(CommandContext& context) : context_(context) {}
 
     int Run(const std::vector<std::string>& words) {
-        CVelmArguments arguments(context_.command);
-        arguments.AddPositional("FILE", file_, "Conversion file: a path or a name in the data folder");
-        arguments.AddPositional("UNIT", unitText_, "Identifier or name of the value's unit");
-        arguments.AddPositional("VALUE", value_, "As typed in the program; - takes one from every line of input");
-        arguments.AddOption("--to", targetTexts_, "UNIT", "Print the value in this unit alone; may be repeated");
-        arguments.AddFlag("--raw", raw_, "Write numbers with 17 significant digits");
-        arguments.AddFlag("--json", json_, "Write every item as JSON");
-        arguments.Exclude("--json", "--raw");
-        if (!arguments.Parse(words, context_.out)) {
+        if (!ReadArguments(context_, words,
+                           {{"FILE", &file_, "Conversion file: a path or a name in the data folder"},
+                            {"UNIT", &unitText_, "Identifier or name of the value's unit"},
+                            {"VALUE", &value_, "As typed in the program; - takes one from every line of input"},
+                            {"--to UNIT", &targetTexts_, "Print the value in this unit alone; may be repeated"},
+                            {"--raw", &raw_, "Write numbers with 17 significant digits", "--json"},
+                            {"--json", &json_, "Write every item as JSON"}})) {
             return STATUS_OK;
         }
         Prepare();

@@ -1,5 +1,3 @@
-#include "eval_command.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -8,6 +6,7 @@
 #include "arguments.h"
 #include "assignments.h"
 #include "cli_error.h"
+#include "commands.h"
 #include "format_names.h"
 #include "formats/value_format.h"
 #include "line_stream.h"
@@ -92,18 +91,15 @@ public:
     explicit EvalRun(CommandContext& context) : context_(context) { format_.allowedFormats = AllFormats(); }
 
     int Run(const std::vector<std::string>& words) {
-        CVelmArguments arguments(context_.command);
-        arguments.AddPositional("FORMULA", formula_, "The formula; - takes one from every line of standard input");
-        arguments.AddPositionals("NAME=VALUE", assignmentWords_,
-                                 "Define a variable; one VALUE may be - instead of FORMULA");
-        arguments.AddOption("--angle", angle_, "UNIT", "Angles in " + Choices(AngleWords()));
-        arguments.AddOption("--as", as_, "FORMAT", "Write as " + Choices(FormatWords()));
-        arguments.AddFlag("--plain", plain_, "Write it as for typing instead");
-        arguments.AddOption("--parts", parts_, "LABEL:FACTOR,...", "The parts of compound numbers, at most four");
-        arguments.AddFlag("--raw", raw_, "Write the number with 17 significant digits");
-        arguments.Exclude("--raw", "--as");
-        arguments.Exclude("--raw", "--plain");
-        if (!arguments.Parse(words, context_.out)) {
+        if (!ReadArguments(
+                context_, words,
+                {{"FORMULA", &formula_, "The formula; - takes one from every line of standard input"},
+                 {"[NAME=VALUE]...", &assignmentWords_, "Define a variable; one VALUE may be - instead of FORMULA"},
+                 {"--angle UNIT", &angle_, "Angles in " + Choices(AngleWords())},
+                 {"--as FORMAT", &as_, "Write as " + Choices(FormatWords()), "--raw"},
+                 {"--plain", &plain_, "Write it as for typing instead", "--raw"},
+                 {"--parts LABEL:FACTOR,...", &parts_, "The parts of compound numbers, at most four"},
+                 {"--raw", &raw_, "Write the number with 17 significant digits"}})) {
             return STATUS_OK;
         }
         Prepare();

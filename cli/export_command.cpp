@@ -1,9 +1,8 @@
-#include "export_command.h"
-
 #include <fmt/format.h>
 
 #include "arguments.h"
 #include "cli_error.h"
+#include "commands.h"
 #include "data_file.h"
 #include "model/file_replacement.h"
 #include "source_export.h"
@@ -13,10 +12,9 @@ namespace velm {
 int RunExport(CommandContext& context, const std::vector<std::string>& arguments) {
     std::string file;
     std::string target;
-    CVelmArguments declared(context.command);
-    declared.AddPositional("FILE", file, "Data file: a path or a name in the data folder");
-    declared.AddOption("-o", target, "SOURCE", "The TOML file to write, instead of standard output");
-    if (!declared.Parse(arguments, context.out)) {
+    if (!ReadArguments(context, arguments,
+                       {{"FILE", &file, "Data file: a path or a name in the data folder"},
+                        {"-o SOURCE", &target, "The TOML file to write, instead of standard output"}})) {
         return STATUS_OK;
     }
     const std::unique_ptr<CVelmDocument> document = OpenDataFile(context, file);

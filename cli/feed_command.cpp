@@ -1,5 +1,3 @@
-#include "feed_command.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -7,6 +5,7 @@
 
 #include "arguments.h"
 #include "cli_error.h"
+#include "commands.h"
 #include "data_file.h"
 #include "model/file_replacement.h"
 #include "rates_table.h"
@@ -89,12 +88,11 @@ int RunFeed(CommandContext& context, const std::vector<std::string>& arguments) 
     std::string baseUrl;
     std::string folder;
     std::string file = "Currency";
-    CVelmArguments declared(context.command);
-    declared.AddOption("--rates", rates, "RATES", "Table of rates: the central bank's XML or CSV, or CODE RATE lines");
-    declared.AddOption("--base-url", baseUrl, "URL", "Address under which the files will be served");
-    declared.AddOption("--out", folder, "DIR", "Folder that the files are written to");
-    declared.AddOption("--file", file, "NAME", "Data file that the rates are for (Currency)");
-    if (!declared.Parse(arguments, context.out)) {
+    if (!ReadArguments(context, arguments,
+                       {{"--rates RATES", &rates, "Table of rates: the central bank's XML or CSV, or CODE RATE lines"},
+                        {"--base-url URL", &baseUrl, "Address under which the files will be served"},
+                        {"--out DIR", &folder, "Folder that the files are written to"},
+                        {"--file NAME", &file, "Data file that the rates are for (Currency)"}})) {
         return STATUS_OK;
     }
     if (rates.empty() || baseUrl.empty() || folder.empty()) {

@@ -1,9 +1,8 @@
-#include "files_command.h"
-
 #include <algorithm>
 
 #include "arguments.h"
 #include "cli_error.h"
+#include "commands.h"
 #include "data_file.h"
 #include "json.h"
 #include "model/catalog.h"
@@ -75,11 +74,9 @@ void PrintTables(const Documents& documents, const CVelmReferenceList& reference
 int RunFiles(CommandContext& context, const std::vector<std::string>& arguments) {
     bool json = false;
     bool names = false;
-    CVelmArguments declared(context.command);
-    declared.AddFlag("--json", json, "Write everything as JSON");
-    declared.AddFlag("--names", names, "Print the names of the data files alone, one to a line");
-    declared.Exclude("--names", "--json");
-    if (!declared.Parse(arguments, context.out)) {
+    if (!ReadArguments(context, arguments,
+                       {{"--json", &json, "Write everything as JSON"},
+                        {"--names", &names, "Print the names of the data files alone, one to a line", "--json"}})) {
         return STATUS_OK;
     }
     FilesOfDataFolder(context);  // ends the command when there is none

@@ -1,11 +1,10 @@
-#include "import_command.h"
-
 #include <fmt/format.h>
 
 #include <cstdint>
 
 #include "arguments.h"
 #include "cli_error.h"
+#include "commands.h"
 #include "data_file.h"
 #include "source_import.h"
 
@@ -14,10 +13,9 @@ namespace velm {
 int RunImport(CommandContext& context, const std::vector<std::string>& arguments) {
     std::string source;
     std::string target;
-    CVelmArguments declared(context.command);
-    declared.AddPositional("SOURCE", source, "The text form, a TOML file");
-    declared.AddPositional("OUT", target, "The data file to write: .cnv for conversions, .cal for calculations");
-    if (!declared.Parse(arguments, context.out)) {
+    if (!ReadArguments(context, arguments,
+                       {{"SOURCE", &source, "The text form, a TOML file"},
+                        {"OUT", &target, "The data file to write: .cnv for conversions, .cal for calculations"}})) {
         return STATUS_OK;
     }
     const DataFilePath path = SplitDataFilePath(FromUtf8(target));

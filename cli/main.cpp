@@ -3,22 +3,11 @@
 #include <array>
 #include <exception>
 
-#include "calc_command.h"
-#include "check_command.h"
 #include "cli_error.h"
-#include "command.h"
-#include "convert_command.h"
-#include "eval_command.h"
-#include "export_command.h"
-#include "feed_command.h"
-#include "files_command.h"
-#include "import_command.h"
-#include "options_command.h"
+#include "commands.h"
 #include "platform/terminal.h"
-#include "show_command.h"
 #include "stored_options.h"
 #include "suggest.h"
-#include "update_command.h"
 
 namespace velm {
 
@@ -30,7 +19,7 @@ constexpr std::array COMMANDS{
     Command{"convert", "FILE UNIT VALUE [--to UNIT]...", "Convert a value to other units", RunConvert},
     Command{"calc", "FILE [ID=VALUE]...", "Compute the outputs of a calculation file", RunCalc},
     Command{"show", "FILE", "Print what a data file holds", RunShow},
-    Command{"files", "", "List the files of the data folder", RunFiles},
+    Command{"files", "[--json]", "List the files of the data folder", RunFiles},
     Command{"check", "PATH...", "Check data files; never changes one", RunCheck},
     Command{"import", "SOURCE.toml OUT.cnv|OUT.cal", "Make a data file of its text form", RunImport},
     Command{"export", "FILE [-o SOURCE.toml]", "Write the text form of a data file", RunExport},

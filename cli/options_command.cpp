@@ -1,5 +1,3 @@
-#include "options_command.h"
-
 #include <fmt/format.h>
 
 #include <array>
@@ -8,6 +6,7 @@
 
 #include "arguments.h"
 #include "cli_error.h"
+#include "commands.h"
 #include "platform/program_folder.h"
 #include "platform/system_error.h"
 #include "stored_options.h"
@@ -123,10 +122,9 @@ void Change(const OptionRow& option, const std::string& value) {
 
 int RunOptions(CommandContext& context, const std::vector<std::string>& arguments) {
     std::vector<std::string> words;
-    CVelmArguments declared(context.command);
-    declared.AddPositionals("NAME [VALUE]", words,
-                            AnyOf(OptionNames()) + ", and its new value; \"\" is the default again");
-    if (!declared.Parse(arguments, context.out)) {
+    if (!ReadArguments(
+            context, arguments,
+            {{"[NAME [VALUE]]", &words, AnyOf(OptionNames()) + ", and its new value; \"\" is the default again"}})) {
         return STATUS_OK;
     }
     if (words.size() > 2) {

@@ -1,9 +1,8 @@
-#include "show_command.h"
-
 #include <fmt/format.h>
 
 #include "arguments.h"
 #include "cli_error.h"
+#include "commands.h"
 #include "data_file.h"
 #include "format_names.h"
 #include "json.h"
@@ -142,12 +141,11 @@ int RunShow(CommandContext& context, const std::vector<std::string>& arguments) 
     std::string file;
     bool json = false;
     bool names = false;
-    CVelmArguments declared(context.command);
-    declared.AddPositional("FILE", file, "Data file: a path or a name in the data folder");
-    declared.AddFlag("--json", json, "Write everything as JSON");
-    declared.AddFlag("--names", names, "Print the names of the units or inputs alone, one to a line");
-    declared.Exclude("--names", "--json");
-    if (!declared.Parse(arguments, context.out)) {
+    if (!ReadArguments(
+            context, arguments,
+            {{"FILE", &file, "Data file: a path or a name in the data folder"},
+             {"--json", &json, "Write everything as JSON"},
+             {"--names", &names, "Print the names of the units or inputs alone, one to a line", "--json"}})) {
         return STATUS_OK;
     }
     const std::unique_ptr<CVelmDocument> document = OpenDataFile(context, file);

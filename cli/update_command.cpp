@@ -1,9 +1,8 @@
-#include "update_command.h"
-
 #include <fmt/format.h>
 
 #include "arguments.h"
 #include "cli_error.h"
+#include "commands.h"
 #include "data_file.h"
 #include "model/catalog.h"
 #include "platform/fetch.h"
@@ -118,10 +117,9 @@ bool MergeAndPrint(CommandContext& context, const CVelmCatalog& catalog, CVelmCo
 int RunUpdate(CommandContext& context, const std::vector<std::string>& arguments) {
     std::string url;
     std::vector<std::string> files;
-    CVelmArguments declared(context.command);
-    declared.AddOption("--url", url, "URL", "Address of the update list (velmora options update-url)");
-    declared.AddPositionals("FILE", files, "Data files to bring up to date; without one all that rates came for");
-    if (!declared.Parse(arguments, context.out)) {
+    if (!ReadArguments(context, arguments,
+                       {{"[FILE]...", &files, "Data files to bring up to date; without one all that rates came for"},
+                        {"--url URL", &url, "Address of the update list (velmora options update-url)"}})) {
         return STATUS_OK;
     }
     if (!url.empty()) {

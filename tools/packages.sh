@@ -1,6 +1,6 @@
 # Sourced by run.sh and test.sh: which Debian packages each job needs, and how they get here.
 
-BUILD_PACKAGES="g++ cmake ninja-build libcli11-dev libtomlplusplus-dev libfmt-dev
+BUILD_PACKAGES="g++ cmake ninja-build libtomlplusplus-dev libfmt-dev
     libcurl4-openssl-dev libpugixml-dev"
 WINDOWS_PACKAGES="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64 fonts-wine"
 TEST_PACKAGES="googletest clang clang-format clang-tidy libclang-rt-14-dev python3 git xvfb imagemagick
