@@ -3,10 +3,7 @@
 #include <array>
 #include <vector>
 
-#include "app/companions.h"
-#include "app/dialog_commands.h"
-#include "app/download_command.h"
-#include "app/frame_commands.h"
+#include "app/commands.h"
 #include "app/main_frame.h"
 #include "resource.h"
 

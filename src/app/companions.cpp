@@ -1,8 +1,6 @@
-#include "app/companions.h"
-
 #include <string>
 
-#include "app/frame_commands.h"
+#include "app/commands.h"
 #include "app/main_frame.h"
 #include "platform/wide_text_win32.h"
 #include "ui/calculator_messages.h"

@@ -1,18 +1,10 @@
-#include "app/dialog_commands.h"
-
 #include <shlobj.h>
 
 #include <vector>
 
-#include "app/frame_commands.h"
+#include "app/commands.h"
 #include "app/main_frame.h"
-#include "dialogs/about_dialog.h"
-#include "dialogs/conversions_dialog.h"
-#include "dialogs/file_properties_dialog.h"
-#include "dialogs/open_file_dialog.h"
-#include "dialogs/settings_dialog.h"
-#include "dialogs/show_units_dialog.h"
-#include "dialogs/unit_properties_dialog.h"
+#include "dialogs/dialogs.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "settings/settings.h"

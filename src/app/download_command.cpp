@@ -1,8 +1,6 @@
-#include "app/download_command.h"
-
 #include <memory>
 
-#include "app/frame_commands.h"
+#include "app/commands.h"
 #include "app/main_frame.h"
 #include "platform/fetch.h"
 #include "platform/wide_text_win32.h"

@@ -1,7 +1,6 @@
-#include "app/frame_commands.h"
-
 #include <algorithm>
 
+#include "app/commands.h"
 #include "app/main_frame.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "app/frame_commands.h"
-#include "dialogs/formats_dialog.h"
+#include "app/commands.h"
+#include "dialogs/dialogs.h"
 #include "platform/system_error.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/command_bar.h"

@@ -1,8 +1,7 @@
-#include "dialogs/about_dialog.h"
-
 #include <array>
 
 #include "dialogs/dialog_frame.h"
+#include "dialogs/dialogs.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "ui/display_scale.h"

@@ -1,6 +1,5 @@
-#include "dialogs/add_conversion_dialog.h"
-
 #include "dialogs/conversion_fields.h"
+#include "dialogs/dialogs.h"
 #include "model/document.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/shell.h"

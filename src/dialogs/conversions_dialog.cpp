@@ -1,7 +1,5 @@
-#include "dialogs/conversions_dialog.h"
-
-#include "dialogs/add_conversion_dialog.h"
 #include "dialogs/conversion_fields.h"
+#include "dialogs/dialogs.h"
 #include "formats/decimal_format.h"
 #include "model/document.h"
 #include "platform/wide_text_win32.h"

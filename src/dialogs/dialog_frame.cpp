@@ -70,9 +70,9 @@ void PaintDialogCaption(HDC dc, int width, const CVelmString& text) {
     FillColor(dc, {0, Scaled(CAPTION_HEIGHT), width, Scaled(CAPTION_HEIGHT) + 1}, LINE_COLOR);
 }
 
-INT_PTR CVelmDialog::Show(HWND parent) {
-    return DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(template_), parent, DialogProc,
-                           reinterpret_cast<LPARAM>(this));
+int CVelmDialog::Show(HWND parent) {
+    return static_cast<int>(DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(template_), parent, DialogProc,
+                                            reinterpret_cast<LPARAM>(this)));
 }
 
 INT_PTR CALLBACK CVelmDialog::DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

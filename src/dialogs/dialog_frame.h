@@ -82,7 +82,7 @@ public:
     CVelmDialog& operator=(const CVelmDialog&) = delete;
 
     /// Runs the dialog over its parent. Returns the code that it ended with; below 1 when it could not be made.
-    INT_PTR Show(HWND parent);
+    int Show(HWND parent);
 
 protected:
     /// Identifiers of a dialog template and of a menu resource.

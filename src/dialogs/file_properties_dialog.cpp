@@ -1,9 +1,8 @@
-#include "dialogs/file_properties_dialog.h"
-
 #include <array>
 
 #include "dialogs/category_box.h"
 #include "dialogs/dialog_frame.h"
+#include "dialogs/dialogs.h"
 #include "model/catalog.h"
 #include "model/file_names.h"
 #include "platform/wide_text_win32.h"
@@ -89,7 +88,7 @@ private:
 }  // namespace
 
 int ShowFilePropertiesDialog(HWND parent, CVelmDocument& document, const CVelmCatalog& catalog) {
-    return static_cast<int>(FilePropertiesDialog(document, catalog).Show(parent));
+    return FilePropertiesDialog(document, catalog).Show(parent);
 }
 
 }  // namespace velm

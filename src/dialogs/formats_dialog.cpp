@@ -1,8 +1,7 @@
-#include "dialogs/formats_dialog.h"
-
 #include <array>
 
 #include "dialogs/dialog_frame.h"
+#include "dialogs/dialogs.h"
 #include "formats/decimal_format.h"
 #include "formats/value_format.h"
 #include "formula/tokenizer.h"
@@ -195,7 +194,7 @@ private:
 }  // namespace
 
 int ShowFormatsDialog(HWND parent, CVelmValueFormat& format) {
-    return static_cast<int>(FormatsDialog(format).Show(parent));
+    return FormatsDialog(format).Show(parent);
 }
 
 }  // namespace velm

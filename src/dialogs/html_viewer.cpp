@@ -1,8 +1,9 @@
-#include "dialogs/html_viewer.h"
-
+#include <windows.h>
+// after windows.h, which it needs
 #include <shellapi.h>
 
 #include "dialogs/dialog_frame.h"
+#include "dialogs/dialogs.h"
 #include "platform/fetch.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"

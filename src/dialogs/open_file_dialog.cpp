@@ -1,11 +1,9 @@
-#include "dialogs/open_file_dialog.h"
-
 #include <algorithm>
 #include <array>
 
 #include "dialogs/category_box.h"
 #include "dialogs/dialog_frame.h"
-#include "dialogs/html_viewer.h"
+#include "dialogs/dialogs.h"
 #include "model/catalog.h"
 #include "model/reference_list.h"
 #include "platform/wide_text_win32.h"

@@ -1,8 +1,7 @@
-#include "dialogs/settings_dialog.h"
-
 #include <array>
 
 #include "dialogs/dialog_frame.h"
+#include "dialogs/dialogs.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
 #include "settings/settings.h"
@@ -49,7 +48,7 @@ private:
 }  // namespace
 
 int ShowSettingsDialog(HWND parent, CVelmSettings& settings) {
-    return static_cast<int>(SettingsDialog(settings).Show(parent));
+    return SettingsDialog(settings).Show(parent);
 }
 
 }  // namespace velm

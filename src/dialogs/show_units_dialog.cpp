@@ -1,8 +1,7 @@
-#include "dialogs/show_units_dialog.h"
-
 #include <array>
 
 #include "dialogs/dialog_frame.h"
+#include "dialogs/dialogs.h"
 #include "model/document.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/shell.h"
@@ -84,7 +83,7 @@ private:
 }  // namespace
 
 int ShowUnitsDialog(HWND parent, CVelmDocument& document) {
-    return static_cast<int>(UnitsDialog(document).Show(parent));
+    return UnitsDialog(document).Show(parent);
 }
 
 }  // namespace velm

@@ -1,8 +1,7 @@
-#include "dialogs/unit_properties_dialog.h"
-
 #include <array>
 
 #include "dialogs/dialog_frame.h"
+#include "dialogs/dialogs.h"
 #include "model/document.h"
 #include "resource.h"
 
@@ -91,7 +90,7 @@ private:
 }  // namespace
 
 int ShowUnitPropertiesDialog(HWND parent, CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock) {
-    return static_cast<int>(UnitPropertiesDialog(item, document, clock).Show(parent));
+    return UnitPropertiesDialog(item, document, clock).Show(parent);
 }
 
 }  // namespace velm

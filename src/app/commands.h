@@ -31,4 +31,25 @@ void ShowFormats(CVelmFrame& frame, WORD id);
 void SelectQuickFile(CVelmFrame& frame, WORD id);
 void ShowQuickFileMenu(CVelmFrame& frame, WORD id);
 
+// What commands do that open a dialog.
+void ShowAbout(CVelmFrame& frame, WORD id);
+void OpenDataFile(CVelmFrame& frame, WORD id);
+void MakeNewFile(CVelmFrame& frame, WORD id);
+void EditFileProperties(CVelmFrame& frame, WORD id);
+void AddUnit(CVelmFrame& frame, WORD id);
+void EditUnit(CVelmFrame& frame, WORD id);
+void EditConversions(CVelmFrame& frame, WORD id);
+void EditOptions(CVelmFrame& frame, WORD id);
+void ChooseShownUnits(CVelmFrame& frame, WORD id);
+
+/// Downloads updates with a line of progress in the title button until Escape is pressed, merges what came for the
+/// current file, and tells the user how it went.
+void DownloadUpdates(CVelmFrame& frame, WORD id);
+
+/// Brings the calculator to the front, starting it when it does not run, and hands it the current item's value.
+void OpenCalculator(CVelmFrame& frame, WORD id);
+
+/// Shows the manual in the system's help viewer.
+void ShowHelp(CVelmFrame& frame, WORD id);
+
 }  // namespace velm
