@@ -26,9 +26,7 @@ velm::CVelmString TapePath() {
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int showCommand) {
     SetProcessDPIAware();
-    const velm::CVelmSingleInstance instance(L"Local\\Corvane.Tallyra", velm::CALCULATOR_CLASS);
-    if (!instance.IsFirst()) {
-        instance.ShowFirst();
+    if (!velm::IsOnlyInstance(L"Local\\Corvane.Tallyra", velm::CALCULATOR_CLASS)) {
         return 0;
     }
     velm::CVelmCalculatorWindow window(velm::SystemServices(), TapePath());

@@ -2,9 +2,9 @@
 
 #include <windows.h>
 
-#include <memory>
 #include <span>
-#include <type_traits>
+
+#include "ui/gdi.h"
 
 namespace velm {
 
@@ -47,11 +47,6 @@ bool IsCommandEnabled(const CVelmFrame& frame, WORD id);
 
 /// Runs an enabled command; false for any other, and for most while a dialog or message box is open.
 bool RunCommand(CVelmFrame& frame, WORD id);
-
-struct CVelmAcceleratorDeleter {
-    void operator()(HACCEL table) const { DestroyAcceleratorTable(table); }
-};
-using CVelmAccelerators = std::unique_ptr<std::remove_pointer_t<HACCEL>, CVelmAcceleratorDeleter>;
 
 /// The keys of all commands of that place.
 CVelmAccelerators MakeAccelerators(KeyPlace place);

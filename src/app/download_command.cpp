@@ -66,7 +66,7 @@ void DownloadUpdates(CVelmFrame& frame, WORD) {
     bool done = false;
     frame.SetBusy(true);
     {
-        const CVelmWaitCursor wait;
+        const auto wait = ShowWaitCursor();
         done = downloader.Run([&frame](const CVelmDownloadProgress& progress) {
             frame.ShowTitle(u"Downloading " + IntegerText(static_cast<std::int64_t>(progress.file)) + u" of " +
                             IntegerText(static_cast<std::int64_t>(progress.fileCount)));

@@ -133,7 +133,7 @@ void CVelmFrame::CreateHeader(const RECT& area) {
 void CVelmFrame::OpenStartupFile() {
     CVelmDocument* document = nullptr;
     {
-        const CVelmWaitCursor wait;
+        const auto wait = ShowWaitCursor();
         MergeWhenOpened(catalog_, program_.context);
         catalog_.SetFolder(DataFolder(program_.settings, program_.programFolder));
         // The recent files first: the catalogue keeps them in front of what the folder holds besides.
@@ -161,7 +161,7 @@ void CVelmFrame::SelectFile(CVelmDocument* document) {
                                     [document](const auto& entry) { return entry.get() == document; });
     document_ = nullptr;
     if (found != documents.end()) {
-        const CVelmWaitCursor wait;
+        const auto wait = ShowWaitCursor();
         document_ = catalog_.Activate(static_cast<int>(found - documents.begin()));
     }
     titleButton_.SetIcon(IconOf(document_ != nullptr ? document_->GetKind() : KIND_CONVERSION));

@@ -8,9 +8,7 @@
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int showCommand) {
     SetProcessDPIAware();
-    const velm::CVelmSingleInstance instance(L"Local\\Corvane.Velmora", velm::FRAME_CLASS);
-    if (!instance.IsFirst()) {
-        instance.ShowFirst();
+    if (!velm::IsOnlyInstance(L"Local\\Corvane.Velmora", velm::FRAME_CLASS)) {
         return 0;
     }
     const auto options = velm::OpenOptionsStore(velm::DefaultOptionsLocation());

@@ -139,7 +139,7 @@ private:
     void ShowReferences() const {
         if (references_.names.empty()) {
             // The settings' folder as it is now, deliberately: only data files stay with the one of the start.
-            const CVelmWaitCursor wait;
+            const auto wait = ShowWaitCursor();
             references_.ScanReferences(referenceFolder_);
         }
         Send(IDC_LIST, LVM_DELETEALLITEMS);
@@ -180,7 +180,7 @@ private:
 int ShowOpenFileDialog(HWND parent, CVelmCatalog& catalog, CVelmReferenceList& references,
                        const CVelmString& referenceFolder, CVelmHtmlLibrary& html) {
     {
-        const CVelmWaitCursor wait;
+        const auto wait = ShowWaitCursor();
         catalog.ScanFolder();
     }
     const INT_PTR code = OpenFileDialog(catalog, references, referenceFolder, html).Show(parent);

@@ -31,18 +31,6 @@ struct BaseSuffix {
 };
 constexpr BaseSuffix BASE_SUFFIXES[] = {{FMT_HEX, u'h'}, {FMT_OCTAL, u'o'}, {FMT_BINARY, u'b'}};
 
-/// Says for its lifetime that the controls change without the user.
-class CVelmLoading {
-public:
-    explicit CVelmLoading(bool& loading) : loading_(loading) { loading_ = true; }
-    ~CVelmLoading() { loading_ = false; }
-    CVelmLoading(const CVelmLoading&) = delete;
-    CVelmLoading& operator=(const CVelmLoading&) = delete;
-
-private:
-    bool& loading_;
-};
-
 HWND CreatePicker(HWND panel, DWORD style, HFONT font) {
     const HWND picker = CreateWindowExW(0, DATETIMEPICK_CLASSW, L"", WS_CHILD | WS_TABSTOP | DTS_SHOWNONE | style, 0, 0,
                                         0, 0, panel, nullptr, GetModuleHandleW(nullptr), nullptr);
@@ -153,8 +141,9 @@ void CVelmValueEditor::AttachItem(CVelmItem* item, std::uint32_t code) {
     item_ = item;
     code_ = code;
     if (item != nullptr && code == FMT_COMPOUND) {
-        const CVelmLoading loading(loading_);
+        loading_ = true;
         compound_.SetParts(item->format);
+        loading_ = false;
     }
     Clear();
     ShowControls();
@@ -209,17 +198,16 @@ bool CVelmValueEditor::MoveWithin(bool forward) {
 }
 
 void CVelmValueEditor::LoadValue(double value, bool notify) {
-    {
-        const CVelmLoading loading(loading_);
-        if (UsesPickers()) {
-            LoadPickers(value);
-        } else if (code_ == FMT_COMPOUND && item_ != nullptr) {
-            compound_.SetValue(item_->format, value);
-        } else {
-            box_.SetText(InputText(value));
-            box_.SelectAll();
-        }
+    loading_ = true;
+    if (UsesPickers()) {
+        LoadPickers(value);
+    } else if (code_ == FMT_COMPOUND && item_ != nullptr) {
+        compound_.SetValue(item_->format, value);
+    } else {
+        box_.SetText(InputText(value));
+        box_.SelectAll();
     }
+    loading_ = false;
     SetTextParses(true);
     loadedValue_ = value;
     loadedContent_ = Content();

@@ -13,6 +13,7 @@
 
 #include "platform/file.h"
 #include "platform/file_time.h"
+#include "platform/scope_exit.h"
 
 namespace velm {
 
@@ -20,17 +21,10 @@ const char16_t FolderSeparator = u'/';
 
 namespace {
 
-/// Leaves the reason of an earlier failure as it was, to be told, when a later call has one of its own.
-class ErrorKeeper {
-public:
-    ErrorKeeper() = default;
-    ~ErrorKeeper() { errno = error_; }
-    ErrorKeeper(const ErrorKeeper&) = delete;
-    ErrorKeeper& operator=(const ErrorKeeper&) = delete;
-
-private:
-    int error_ = errno;
-};
+/// Preserves errno across cleanup calls.
+auto KeepError() {
+    return CVelmScopeExit([error = errno] { errno = error; });
+}
 
 /// The path in the system's bytes; nothing for one with a NUL inside, which the system would cut short.
 std::optional<std::string> SystemPath(const CVelmString& path) {
@@ -40,47 +34,35 @@ std::optional<std::string> SystemPath(const CVelmString& path) {
     return ToUtf8(path);
 }
 
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() {
-        if (number_ >= 0) {
-            close(number_);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    Descriptor(Descriptor&& other) noexcept : number_(other.number_) { other.number_ = -1; }
-    Descriptor& operator=(Descriptor&&) = delete;
-
-    int Get() const { return number_; }
-    bool IsOpen() const { return number_ >= 0; }
-
-private:
-    int number_;
-};
-
 class PosixFile : public CVelmFile {
 public:
-    explicit PosixFile(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
+    explicit PosixFile(int descriptor) : descriptor_(descriptor) {}
+    ~PosixFile() override { close(descriptor_); }
+    PosixFile(const PosixFile&) = delete;
+    PosixFile& operator=(const PosixFile&) = delete;
+
+    bool IsRegular() const {
+        const auto status = Status();
+        return status && S_ISREG(status->st_mode);
+    }
 
     std::int64_t Read(void* buffer, std::size_t count) override {
         return Transfer(count, [&](std::size_t done) {
-            return read(descriptor_.Get(), static_cast<char*>(buffer) + done, count - done);
+            return read(descriptor_, static_cast<char*>(buffer) + done, count - done);
         });
     }
 
     std::int64_t Write(const void* buffer, std::size_t count) override {
         return Transfer(count, [&](std::size_t done) {
-            return write(descriptor_.Get(), static_cast<const char*>(buffer) + done, count - done);
+            return write(descriptor_, static_cast<const char*>(buffer) + done, count - done);
         });
     }
 
     bool Seek(std::uint64_t position) override {
-        return lseek(descriptor_.Get(), static_cast<off_t>(position), SEEK_SET) >= 0;
+        return lseek(descriptor_, static_cast<off_t>(position), SEEK_SET) >= 0;
     }
 
-    bool SeekToEnd() override { return lseek(descriptor_.Get(), 0, SEEK_END) >= 0; }
+    bool SeekToEnd() override { return lseek(descriptor_, 0, SEEK_END) >= 0; }
 
     std::optional<std::uint64_t> Size() override {
         const auto status = Status();
@@ -96,7 +78,7 @@ public:
                               ToFileTime(status->st_atim.tv_sec, status->st_atim.tv_nsec)};
     }
 
-    bool Flush() override { return fsync(descriptor_.Get()) == 0; }
+    bool Flush() override { return fsync(descriptor_) == 0; }
 
 private:
     /// Repeats a call that moves bytes until all are moved, it moves none, or it fails.
@@ -121,10 +103,10 @@ private:
 
     std::optional<struct stat> Status() const {
         struct stat status {};
-        return fstat(descriptor_.Get(), &status) == 0 ? std::optional(status) : std::nullopt;
+        return fstat(descriptor_, &status) == 0 ? std::optional(status) : std::nullopt;
     }
 
-    Descriptor descriptor_;
+    int descriptor_;
 };
 
 int OpenFlags(FileMode mode) {
@@ -145,26 +127,13 @@ int OpenFlags(FileMode mode) {
 bool FlushFolderOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    const Descriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return !descriptor.IsOpen() || fsync(descriptor.Get()) == 0 || errno != EIO;
-}
-
-class FolderHandle {
-public:
-    explicit FolderHandle(const std::string& path) : handle_(opendir(path.c_str())) {}
-    ~FolderHandle() {
-        if (handle_ != nullptr) {
-            closedir(handle_);
-        }
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return true;
     }
-    FolderHandle(const FolderHandle&) = delete;
-    FolderHandle& operator=(const FolderHandle&) = delete;
-
-    DIR* Get() const { return handle_; }
-
-private:
-    DIR* handle_;
-};
+    const CVelmScopeExit closing([descriptor] { close(descriptor); });
+    return fsync(descriptor) == 0 || errno != EIO;
+}
 
 bool IsFolder(DIR* folder, const dirent& entry) {
     if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK) {
@@ -197,16 +166,12 @@ public:
         if (!name) {
             return nullptr;
         }
-        Descriptor descriptor(open(name->c_str(), OpenFlags(mode) | O_CLOEXEC, 0666));
-        if (!descriptor.IsOpen()) {
+        const int descriptor = open(name->c_str(), OpenFlags(mode) | O_CLOEXEC, 0666);
+        if (descriptor < 0) {
             return nullptr;
         }
-        struct stat status {};
-        if (mode == FileMode::Read && (fstat(descriptor.Get(), &status) != 0 || !S_ISREG(status.st_mode))) {
-            return nullptr;
-        }
-        auto file = std::make_unique<PosixFile>(std::move(descriptor));
-        if (mode == FileMode::Append && !file->SeekToEnd()) {
+        auto file = std::make_unique<PosixFile>(descriptor);
+        if ((mode == FileMode::Read && !file->IsRegular()) || (mode == FileMode::Append && !file->SeekToEnd())) {
             return nullptr;
         }
         return file;
@@ -231,7 +196,7 @@ public:
     }
 
     bool Remove(const CVelmString& path) override {
-        const ErrorKeeper keeper;
+        const auto keeper = KeepError();
         const auto name = SystemPath(path);
         return name && unlink(name->c_str()) == 0;
     }
@@ -247,7 +212,7 @@ public:
     }
 
     bool Exists(const CVelmString& path) override {
-        const ErrorKeeper keeper;
+        const auto keeper = KeepError();
         const auto name = SystemPath(path);
         struct stat status {};
         return name && stat(name->c_str(), &status) == 0;
@@ -258,15 +223,16 @@ public:
         if (!name) {
             return std::nullopt;
         }
-        const FolderHandle handle(*name);
-        if (handle.Get() == nullptr) {
+        DIR* const handle = opendir(name->c_str());
+        if (handle == nullptr) {
             return std::nullopt;
         }
+        const CVelmScopeExit closing([handle] { closedir(handle); });
         std::vector<CVelmFolderEntry> entries;
-        while (const dirent* entry = readdir(handle.Get())) {
+        while (const dirent* entry = readdir(handle)) {
             const std::string_view entryName(entry->d_name);
             if (entryName != "." && entryName != "..") {
-                entries.push_back({FromUtf8(entryName), IsFolder(handle.Get(), *entry)});
+                entries.push_back({FromUtf8(entryName), IsFolder(handle, *entry)});
             }
         }
         SortByName(entries);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/file.h"
+#include "platform/scope_exit.h"
 #include "platform/wide_text_win32.h"
 
 namespace velm {
@@ -113,36 +114,10 @@ OpenParameters ParametersOf(FileMode mode) {
     return {GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING};
 }
 
-/// Leaves the reason of an earlier failure as it was, to be told, when a later call has one of its own.
-class LastErrorKeeper {
-public:
-    LastErrorKeeper() = default;
-    ~LastErrorKeeper() { SetLastError(error_); }
-    LastErrorKeeper(const LastErrorKeeper&) = delete;
-    LastErrorKeeper& operator=(const LastErrorKeeper&) = delete;
-
-private:
-    DWORD error_ = GetLastError();
-};
-
-class SearchHandle {
-public:
-    SearchHandle(const std::wstring& pattern, WIN32_FIND_DATAW& entry)
-        : handle_(FindFirstFileW(pattern.c_str(), &entry)) {}
-    ~SearchHandle() {
-        if (IsOpen()) {
-            FindClose(handle_);
-        }
-    }
-    SearchHandle(const SearchHandle&) = delete;
-    SearchHandle& operator=(const SearchHandle&) = delete;
-
-    bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
-    bool Next(WIN32_FIND_DATAW& entry) const { return FindNextFileW(handle_, &entry) != 0; }
-
-private:
-    HANDLE handle_;
-};
+/// Preserves the last error across cleanup calls.
+auto KeepError() {
+    return CVelmScopeExit([error = GetLastError()] { SetLastError(error); });
+}
 
 class Win32FileSystem : public CVelmFileSystem {
 public:
@@ -172,13 +147,13 @@ public:
     }
 
     bool Remove(const CVelmString& path) override {
-        const LastErrorKeeper keeper;
+        const auto keeper = KeepError();
         const auto name = SystemPath(path);
         return name && DeleteFileW(name->c_str());
     }
 
     bool Exists(const CVelmString& path) override {
-        const LastErrorKeeper keeper;
+        const auto keeper = KeepError();
         const auto name = SystemPath(path);
         return name && GetFileAttributesW(name->c_str()) != INVALID_FILE_ATTRIBUTES;
     }
@@ -189,18 +164,19 @@ public:
             return std::nullopt;
         }
         WIN32_FIND_DATAW found{};
-        const SearchHandle search(*pattern, found);
-        if (!search.IsOpen()) {
+        const HANDLE search = FindFirstFileW(pattern->c_str(), &found);
+        if (search == INVALID_HANDLE_VALUE) {
             return GetLastError() == ERROR_FILE_NOT_FOUND ? std::optional(std::vector<CVelmFolderEntry>())
                                                           : std::nullopt;
         }
+        const CVelmScopeExit closing([search] { FindClose(search); });
         std::vector<CVelmFolderEntry> entries;
         do {
             CVelmString name = FromWide(found.cFileName);
             if (name != u"." && name != u"..") {
                 entries.push_back({std::move(name), (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0});
             }
-        } while (search.Next(found));
+        } while (FindNextFileW(search, &found) != 0);
         return entries;
     }
 };

@@ -130,33 +130,6 @@ TintedBitmap LoadTinted(UINT id, COLORREF tint) {
     return {MakePalette(table), MakeSection(found, table)};
 }
 
-/// The bitmap selected into a memory device context with its palette realised, to copy from.
-class Source {
-public:
-    Source(HDC target, HBITMAP bitmap, HPALETTE palette)
-        : target_(target), dc_(CreateCompatibleDC(target)), bitmap_(dc_.get(), bitmap) {
-        if (palette != nullptr) {
-            oldPalette_ = SelectPalette(target, palette, FALSE);
-            RealizePalette(target);
-        }
-    }
-    ~Source() {
-        if (oldPalette_ != nullptr) {
-            SelectPalette(target_, oldPalette_, FALSE);
-        }
-    }
-    Source(const Source&) = delete;
-    Source& operator=(const Source&) = delete;
-
-    HDC Dc() const { return dc_.get(); }
-
-private:
-    HDC target_;
-    CVelmMemoryDc dc_;
-    CVelmSelect bitmap_;
-    HPALETTE oldPalette_ = nullptr;
-};
-
 }  // namespace
 
 COLORREF MixColor(int amount, COLORREF color) {
@@ -223,9 +196,17 @@ void CVelmBitmap::Stretch(HDC dc, const RECT& target, int sourceX, int sourceY, 
     if (!bitmap_) {
         return;
     }
-    const Source source(dc, bitmap_.get(), palette_.get());
-    StretchBlt(dc, target.left, target.top, Width(target), Height(target), source.Dc(), sourceX, sourceY, sourceWidth,
+    const CVelmMemoryDc source(CreateCompatibleDC(dc));
+    const CVelmSelect selected(source.get(), bitmap_.get());
+    const HPALETTE oldPalette = palette_ ? SelectPalette(dc, palette_.get(), FALSE) : nullptr;
+    if (palette_) {
+        RealizePalette(dc);
+    }
+    StretchBlt(dc, target.left, target.top, Width(target), Height(target), source.get(), sourceX, sourceY, sourceWidth,
                sourceHeight, SRCCOPY);
+    if (oldPalette != nullptr) {
+        SelectPalette(dc, oldPalette, FALSE);
+    }
 }
 
 void CVelmBitmap::Draw(HDC dc, int x, int y) const {
@@ -249,8 +230,9 @@ void CVelmBitmap::DrawHandle(HDC dc, HBITMAP bitmap, int x, int y) {
     if (GetObjectW(bitmap, sizeof(data), &data) == 0) {
         return;
     }
-    const Source source(dc, bitmap, nullptr);
-    BitBlt(dc, x, y, data.bmWidth, data.bmHeight, source.Dc(), 0, 0, SRCCOPY);
+    const CVelmMemoryDc source(CreateCompatibleDC(dc));
+    const CVelmSelect selected(source.get(), bitmap);
+    BitBlt(dc, x, y, data.bmWidth, data.bmHeight, source.get(), 0, 0, SRCCOPY);
 }
 
 void CVelmBitmap::PaintBackground(const CVelmBitmap* background, HWND window, HDC dc, RECT area) {

@@ -4,26 +4,10 @@
 #include <memory>
 #include <type_traits>
 
+#include "platform/scope_exit.h"
+
 namespace velm {
 namespace {
-
-/// The clipboard, kept from other programs for its lifetime.
-class OpenedClipboard {
-public:
-    explicit OpenedClipboard(HWND owner) : isOpen_(OpenClipboard(owner) != FALSE) {}
-    ~OpenedClipboard() {
-        if (isOpen_) {
-            CloseClipboard();
-        }
-    }
-    OpenedClipboard(const OpenedClipboard&) = delete;
-    OpenedClipboard& operator=(const OpenedClipboard&) = delete;
-
-    bool IsOpen() const { return isOpen_; }
-
-private:
-    bool isOpen_;
-};
 
 struct BlockDeleter {
     void operator()(HGLOBAL block) const { GlobalFree(block); }
@@ -46,11 +30,11 @@ Block CopyToBlock(CVelmStringView text) {
 }  // namespace
 
 bool SetClipboardText(HWND owner, CVelmStringView text) {
-    const OpenedClipboard clipboard(owner);
-    if (!clipboard.IsOpen() || !EmptyClipboard()) {
+    if (!OpenClipboard(owner)) {
         return false;
     }
-    Block block = CopyToBlock(text);
+    const CVelmScopeExit closing([] { CloseClipboard(); });
+    Block block = EmptyClipboard() ? CopyToBlock(text) : nullptr;
     if (!block || SetClipboardData(CF_UNICODETEXT, block.get()) == nullptr) {
         return false;
     }
@@ -59,8 +43,11 @@ bool SetClipboardText(HWND owner, CVelmStringView text) {
 }
 
 std::optional<CVelmString> GetClipboardText(HWND owner) {
-    const OpenedClipboard clipboard(owner);
-    const HANDLE block = clipboard.IsOpen() ? GetClipboardData(CF_UNICODETEXT) : nullptr;
+    if (!OpenClipboard(owner)) {
+        return std::nullopt;
+    }
+    const CVelmScopeExit closing([] { CloseClipboard(); });
+    const HANDLE block = GetClipboardData(CF_UNICODETEXT);
     const auto* const units = block != nullptr ? static_cast<const char16_t*>(GlobalLock(block)) : nullptr;
     if (units == nullptr) {
         return std::nullopt;

@@ -9,29 +9,27 @@
 
 namespace velm {
 
-/// Deletes a GDI object with the handle that owns it.
-struct CVelmGdiDeleter {
+/// Gives a handle of the system back, with the object that owns it.
+struct CVelmHandleDeleter {
     void operator()(HGDIOBJ object) const { DeleteObject(object); }
-};
-using CVelmFont = std::unique_ptr<std::remove_pointer_t<HFONT>, CVelmGdiDeleter>;
-using CVelmBitmapHandle = std::unique_ptr<std::remove_pointer_t<HBITMAP>, CVelmGdiDeleter>;
-using CVelmPaletteHandle = std::unique_ptr<std::remove_pointer_t<HPALETTE>, CVelmGdiDeleter>;
-using CVelmRegion = std::unique_ptr<std::remove_pointer_t<HRGN>, CVelmGdiDeleter>;
-
-struct CVelmDcDeleter {
     void operator()(HDC dc) const { DeleteDC(dc); }
-};
-using CVelmMemoryDc = std::unique_ptr<std::remove_pointer_t<HDC>, CVelmDcDeleter>;
-
-struct CVelmIconDeleter {
     void operator()(HICON icon) const { DestroyIcon(icon); }
-};
-using CVelmIcon = std::unique_ptr<std::remove_pointer_t<HICON>, CVelmIconDeleter>;
-
-struct CVelmMenuDeleter {
     void operator()(HMENU menu) const { DestroyMenu(menu); }
+    void operator()(HACCEL table) const { DestroyAcceleratorTable(table); }
+    void operator()(HMODULE module) const { FreeLibrary(module); }
 };
-using CVelmMenu = std::unique_ptr<std::remove_pointer_t<HMENU>, CVelmMenuDeleter>;
+template <class Handle>
+using CVelmOwned = std::unique_ptr<std::remove_pointer_t<Handle>, CVelmHandleDeleter>;
+
+using CVelmFont = CVelmOwned<HFONT>;
+using CVelmBitmapHandle = CVelmOwned<HBITMAP>;
+using CVelmPaletteHandle = CVelmOwned<HPALETTE>;
+using CVelmRegion = CVelmOwned<HRGN>;
+using CVelmMemoryDc = CVelmOwned<HDC>;
+using CVelmIcon = CVelmOwned<HICON>;
+using CVelmMenu = CVelmOwned<HMENU>;
+using CVelmAccelerators = CVelmOwned<HACCEL>;
+using CVelmModule = CVelmOwned<HMODULE>;
 
 /// Selects an object into a device context and puts the old one back at the end of the scope.
 class CVelmSelect {

@@ -2,16 +2,10 @@
 
 #include <windows.h>
 
-#include <memory>
-#include <type_traits>
-
 #include "platform/text.h"
+#include "ui/gdi.h"
 
 namespace velm {
-
-struct CVelmModuleDeleter {
-    void operator()(HMODULE module) const { FreeLibrary(module); }
-};
 
 /// The library of the HTML display control. It is loaded on first use and kept for the program's run.
 class CVelmHtmlLibrary {
@@ -24,7 +18,7 @@ public:
 
 private:
     CVelmString folder_;
-    std::unique_ptr<std::remove_pointer_t<HMODULE>, CVelmModuleDeleter> module_;
+    CVelmModule module_;
 };
 
 /// A display control in a rectangle of its parent, tables shrunk to fit; null when the library or the window fails.

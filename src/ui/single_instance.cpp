@@ -1,5 +1,7 @@
 #include "ui/single_instance.h"
 
+#include <windows.h>
+
 namespace velm {
 namespace {
 
@@ -8,29 +10,24 @@ constexpr DWORD TRY_MS = 100;
 
 }  // namespace
 
-CVelmSingleInstance::CVelmSingleInstance(const wchar_t* name, const wchar_t* frameClass)
-    : frameClass_(frameClass),
-      mutex_(CreateMutexW(nullptr, FALSE, name)),
-      first_(GetLastError() != ERROR_ALREADY_EXISTS) {}
-
-CVelmSingleInstance::~CVelmSingleInstance() {
-    if (mutex_ != nullptr) {
-        CloseHandle(mutex_);
+bool IsOnlyInstance(const wchar_t* name, const wchar_t* frameClass) {
+    CreateMutexW(nullptr, FALSE, name);  // the system closes it when the program ends
+    if (GetLastError() != ERROR_ALREADY_EXISTS) {
+        return true;
     }
-}
-
-void CVelmSingleInstance::ShowFirst() const {
-    for (int i = 0; i < TRIES; ++i) {
-        if (const HWND window = FindWindowW(frameClass_, nullptr)) {
-            if (IsIconic(window)) {
-                ShowWindow(window, SW_RESTORE);
-            }
-            // A dialog of the first copy, not the frame behind it, is what the user was at.
-            SetForegroundWindow(GetLastActivePopup(window));
-            return;
-        }
+    HWND window = FindWindowW(frameClass, nullptr);
+    for (int i = 1; window == nullptr && i < TRIES; ++i) {
         Sleep(TRY_MS);
+        window = FindWindowW(frameClass, nullptr);
     }
+    if (window != nullptr) {
+        if (IsIconic(window)) {
+            ShowWindow(window, SW_RESTORE);
+        }
+        // A dialog of the first copy, not the frame behind it, is what the user was at.
+        SetForegroundWindow(GetLastActivePopup(window));
+    }
+    return false;
 }
 
 }  // namespace velm

@@ -1,27 +1,10 @@
 #pragma once
 
-#include <windows.h>
-
 namespace velm {
 
-/// Lets one copy of a program run at a time in a session.
-class CVelmSingleInstance {
-public:
-    /// `name` is the program's own; `frameClass`, the class of its main window, outlives the object.
-    CVelmSingleInstance(const wchar_t* name, const wchar_t* frameClass);
-    ~CVelmSingleInstance();
-    CVelmSingleInstance(const CVelmSingleInstance&) = delete;
-    CVelmSingleInstance& operator=(const CVelmSingleInstance&) = delete;
-
-    bool IsFirst() const { return first_; }
-
-    /// Brings the first copy's window to the front, waiting a little for one that is just starting.
-    void ShowFirst() const;
-
-private:
-    const wchar_t* frameClass_;
-    HANDLE mutex_;
-    bool first_;
-};
+/// True for the first copy of a program in a session, until it ends. For a later one the window of the first, of class
+/// `frameClass`, is brought to the front, after a little wait for one that is just starting. `name` is the program's
+/// own.
+bool IsOnlyInstance(const wchar_t* name, const wchar_t* frameClass);
 
 }  // namespace velm

@@ -2,15 +2,14 @@
 
 #include <windows.h>
 
+#include "platform/scope_exit.h"
+
 namespace velm {
 
-/// Shows the wait cursor for its lifetime, then the arrow.
-class CVelmWaitCursor {
-public:
-    CVelmWaitCursor() { SetCursor(LoadCursorW(nullptr, IDC_WAIT)); }
-    ~CVelmWaitCursor() { SetCursor(LoadCursorW(nullptr, IDC_ARROW)); }
-    CVelmWaitCursor(const CVelmWaitCursor&) = delete;
-    CVelmWaitCursor& operator=(const CVelmWaitCursor&) = delete;
-};
+/// Shows the wait cursor for the lifetime of what it returns, then the arrow.
+[[nodiscard]] inline auto ShowWaitCursor() {
+    SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+    return CVelmScopeExit([] { SetCursor(LoadCursorW(nullptr, IDC_ARROW)); });
+}
 
 }  // namespace velm

@@ -5,26 +5,10 @@
 #include "model/file_replacement.h"
 #include "model/file_stream.h"
 #include "model/folder_names.h"
+#include "platform/scope_exit.h"
 #include "update/update_file.h"
 
 namespace velm {
-namespace {
-
-/// Removes the local copy of a fetched file at the end of its use.
-class CVelmCacheFileRemover {
-public:
-    CVelmCacheFileRemover(CVelmFileSystem& files, const CVelmString& path) : files_(files), path_(path) {}
-    ~CVelmCacheFileRemover() { files_.Remove(path_); }
-    CVelmCacheFileRemover(const CVelmCacheFileRemover&) = delete;
-    CVelmCacheFileRemover& operator=(const CVelmCacheFileRemover&) = delete;
-
-private:
-    CVelmFileSystem& files_;
-    const CVelmString& path_;
-};
-
-}  // namespace
-
 bool CVelmDownloader::Run(const CVelmDownloadObserver& observer) {
     downloadedCount_ = 0;
     errorText_.clear();
@@ -60,7 +44,7 @@ bool CVelmDownloader::Download(std::size_t index, const CVelmDownloadObserver& o
 
 bool CVelmDownloader::TakePage(const CVelmString& cacheFile) {
     const CVelmServices& services = catalog_.Services();
-    const CVelmCacheFileRemover remover(services.files, cacheFile);
+    const CVelmScopeExit removal([&] { services.files.Remove(cacheFile); });
     CVelmFileStream stream(services.files, services.clock);
     if (!stream.OpenRead(cacheFile)) {
         return Fail(u"Error opening HTTP cache file: " + cacheFile);
