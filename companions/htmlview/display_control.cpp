@@ -190,8 +190,7 @@ void HtmlDisplay::Clear() {
 }
 
 int HtmlDisplay::RoomInTwips() const {
-    RECT room;
-    GetClientRect(window_, &room);
+    const RECT room = ClientArea(window_);
     const int pixels = room.right - GetSystemMetrics(SM_CXVSCROLL) - 4 * MARGIN_PIXELS;
     return std::max(pixels, 40) * TWIPS_PER_INCH / DotsPerInch(window_);
 }

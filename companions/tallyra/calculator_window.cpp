@@ -65,17 +65,13 @@ bool CVelmCalculatorWindow::CreateFrame(int showCommand) {
 }
 
 bool CVelmCalculatorWindow::OnCreate() {
-    const auto create = [this](const wchar_t* className, DWORD style, WORD id, HFONT font) {
-        const HWND control =
-            CreateWindowExW(0, className, L"", WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, Handle(),
-                            reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
-        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
-        return control;
-    };
-    tapeList_ = create(L"LISTBOX", WS_VSCROLL | WS_BORDER | WS_TABSTOP | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT, ID_TAPE,
-                       textFont_.get());
-    expression_ = create(L"EDIT", WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL, ID_EXPRESSION, textFont_.get());
-    message_ = create(L"STATIC", SS_RIGHT | SS_NOPREFIX | SS_ENDELLIPSIS, ID_MESSAGE, resultFont_.get());
+    tapeList_ =
+        CreateControl(L"LISTBOX", WS_VISIBLE | WS_VSCROLL | WS_BORDER | WS_TABSTOP | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
+                      Handle(), ID_TAPE, textFont_.get());
+    expression_ = CreateControl(L"EDIT", WS_VISIBLE | WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL, Handle(), ID_EXPRESSION,
+                                textFont_.get());
+    message_ = CreateControl(L"STATIC", WS_VISIBLE | SS_RIGHT | SS_NOPREFIX | SS_ENDELLIPSIS, Handle(), ID_MESSAGE,
+                             resultFont_.get());
     if (tapeList_ == nullptr || expression_ == nullptr || message_ == nullptr) {
         return false;
     }
@@ -103,8 +99,7 @@ bool CVelmCalculatorWindow::OnCreate() {
 }
 
 void CVelmCalculatorWindow::Layout() {
-    RECT client{};
-    GetClientRect(Handle(), &client);
+    const RECT client = ClientArea(Handle());
     const int width = Width(client);
     const int margin = Scaled(MARGIN);
     const int line = Scaled(LINE_HEIGHT);
@@ -280,10 +275,6 @@ void CVelmCalculatorWindow::ShowResult() {
 
 void CVelmCalculatorWindow::ShowMessage(CVelmStringView text) {
     SetWindowTextW(message_, Wide(CVelmString(text)));
-}
-
-CVelmString CVelmCalculatorWindow::Message() const {
-    return WindowText(message_);
 }
 
 void CVelmCalculatorWindow::ShowTapeLine(const TapeLine& line) {

@@ -30,10 +30,6 @@ public:
     /// To be called for every message before it is dispatched. True when it was used up.
     bool PreTranslate(const MSG& message);
 
-    HWND Expression() const { return expression_; }
-    HWND TapeList() const { return tapeList_; }
-    CVelmString Message() const;
-
     /// Every button, each a CVelmDrawnButton: the bases, the angle mode, then the keypad in its order.
     std::vector<CVelmPressButton*> Buttons();
 

@@ -118,8 +118,9 @@ bool CVelmFrame::CreateCommandBar() {
     }
     commandBar_ = info.hwndMB;
     const UINT images = DisplayScale() == 2 ? IDB_TOOLBAR_LARGE : IDB_TOOLBAR;
+    CommandBar_AddToolTips(commandBar_, texts);
     return CommandBar_AddBitmap(commandBar_, info.hInstRes, images, Scaled(ICON_SIZE)) &&
-           CommandBar_AddButtons(commandBar_, commands) && CommandBar_AddToolTips(commandBar_, texts);
+           CommandBar_AddButtons(commandBar_, commands);
 }
 
 void CVelmFrame::CreateHeader(const RECT& area) {
@@ -256,8 +257,7 @@ LRESULT CVelmFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
             LimitFrameSize(Handle(), *reinterpret_cast<MINMAXINFO*>(lParam));
             return 0;
         case WM_ERASEBKGND: {
-            RECT header{};
-            GetClientRect(Handle(), &header);
+            RECT header = ClientArea(Handle());
             header.bottom = Scaled(HEADER_HEIGHT);
             FillColor(reinterpret_cast<HDC>(wParam), header, HEADER_COLOR);
             return 1;

@@ -64,7 +64,6 @@ public:
     CVelmHtmlLibrary& HtmlLibrary() { return htmlLibrary_; }
     CVelmItemList& List() { return list_; }
     CVelmValuePanel& Panel() { return panel_; }
-    HWND CommandBar() const { return commandBar_; }
 
     /// The icon of a kind of document.
     HICON IconOf(std::int32_t kind) const;

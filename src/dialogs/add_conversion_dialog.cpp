@@ -41,8 +41,9 @@ protected:
 
     HWND OnInit() override {
         for (const auto& item : document_.items) {
-            AddUnit(IDC_UNIT1, *item);
-            AddUnit(IDC_UNIT2, *item);
+            for (const int box : {IDC_UNIT1, IDC_UNIT2}) {
+                Send(box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(item->name)));
+            }
         }
         SetText(IDC_FACTOR, u"1");
         SetText(IDC_OFFSET, u"0");
@@ -70,17 +71,9 @@ protected:
     }
 
 private:
-    void AddUnit(int box, const CVelmItem& item) const {
-        const LRESULT entry = Send(box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(item.name)));
-        Send(box, CB_SETITEMDATA, static_cast<WPARAM>(entry), entry);
-    }
-
     CVelmItem* ChosenUnit(int box) const {
         const LRESULT entry = Send(box, CB_GETCURSEL);
-        if (entry == CB_ERR) {
-            return nullptr;
-        }
-        return document_.GetItem(static_cast<std::size_t>(Send(box, CB_GETITEMDATA, static_cast<WPARAM>(entry))));
+        return entry == CB_ERR ? nullptr : document_.GetItem(static_cast<std::size_t>(entry));
     }
 
     /// Makes the conversion; false, with the user told, when it could never work.

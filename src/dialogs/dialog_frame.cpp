@@ -62,11 +62,8 @@ RECT PlaceInParent(HWND control) {
 
 void PaintDialogCaption(HDC dc, int width, const CVelmString& text) {
     const CVelmFont font = CreateProgramFont(CAPTION_FONT, true);
-    const CVelmSelect select(dc, font.get());
-    RECT area{Scaled(CAPTION_MARGIN), 0, width, Scaled(CAPTION_HEIGHT)};
-    SetTextColor(dc, BaseColor());
-    SetBkMode(dc, TRANSPARENT);
-    DrawTextW(dc, Wide(text), -1, &area, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
+    DrawLine(dc, font.get(), BaseColor(), text, {Scaled(CAPTION_MARGIN), 0, width, Scaled(CAPTION_HEIGHT)},
+             DT_END_ELLIPSIS);
     FillColor(dc, {0, Scaled(CAPTION_HEIGHT), width, Scaled(CAPTION_HEIGHT) + 1}, LINE_COLOR);
 }
 
@@ -129,8 +126,7 @@ INT_PTR CVelmDialog::Init() {
         return TRUE;
     }
     bar_ = bar.hwndMB;
-    scrollBar_ = CreateWindowExW(0, L"SCROLLBAR", L"", WS_CHILD | SBS_VERT, 0, 0, 0, 0, handle_, nullptr,
-                                 GetModuleHandleW(nullptr), nullptr);
+    scrollBar_ = CreateControl(L"SCROLLBAR", SBS_VERT, handle_, 0, nullptr);
     SetWindowTextW(handle_, Wide(Caption()));
     font_ = CreateProgramFont(TEXT_FONT, false);
     for (const CVelmPlacement& placement : Placements()) {
@@ -243,8 +239,7 @@ bool CVelmDialog::OpenMenu() const {
 void CVelmDialog::Paint() const {
     PAINTSTRUCT paint{};
     const HDC dc = BeginPaint(handle_, &paint);
-    RECT area{};
-    GetClientRect(handle_, &area);
+    const RECT area = ClientArea(handle_);
     PaintDialogCaption(dc, static_cast<int>(area.right), Caption());
     EndPaint(handle_, &paint);
 }
@@ -266,20 +261,12 @@ void CVelmDialog::ShowControls(std::span<const WORD> controls, bool on) const {
     }
 }
 
-void CVelmDialog::Tell(const CVelmString& message, UINT icon) const {
-    Tell(message, Wide(Caption()), icon);
+void CVelmDialog::Tell(const CVelmString& message, UINT icon, const wchar_t* caption) const {
+    MessageBoxW(handle_, Wide(message), caption != nullptr ? caption : Wide(Caption()), MB_OK | icon);
 }
 
-void CVelmDialog::Tell(const CVelmString& message, const wchar_t* caption, UINT icon) const {
-    MessageBoxW(handle_, Wide(message), caption, MB_OK | icon);
-}
-
-void CVelmDialog::Refuse(int id, const CVelmString& message, UINT icon) const {
-    Refuse(id, message, Wide(Caption()), icon);
-}
-
-void CVelmDialog::Refuse(int id, const CVelmString& message, const wchar_t* caption, UINT icon) const {
-    Tell(message, caption, icon);
+void CVelmDialog::Refuse(int id, const CVelmString& message, UINT icon, const wchar_t* caption) const {
+    Tell(message, icon, caption);
     SendMessageW(handle_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(id)), TRUE);
 }
 
@@ -304,6 +291,15 @@ void CVelmDialog::AddColumn(int id, int index, int format, int width) const {
     column.fmt = format;
     column.cx = Scaled(width);
     Send(id, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&column));
+}
+
+int CVelmDialog::AddRow(int id, const CVelmString& text, LPARAM value) const {
+    LVITEMW item{};
+    item.mask = LVIF_TEXT | LVIF_PARAM;
+    item.iItem = static_cast<int>(Send(id, LVM_GETITEMCOUNT));
+    item.pszText = const_cast<wchar_t*>(Wide(text));
+    item.lParam = value;
+    return static_cast<int>(Send(id, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
 }
 
 LPARAM CVelmDialog::RowValue(int id, int row) const {

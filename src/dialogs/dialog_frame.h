@@ -128,12 +128,10 @@ protected:
     void ShowControls(std::span<const WORD> controls, bool on) const;
 
     /// A message box over the dialog, under the dialog's caption unless another is given.
-    void Tell(const CVelmString& message, UINT icon = 0) const;
-    void Tell(const CVelmString& message, const wchar_t* caption, UINT icon = 0) const;
+    void Tell(const CVelmString& message, UINT icon = 0, const wchar_t* caption = nullptr) const;
 
     /// The message, and then the focus in the control that it is about, with its text selected.
-    void Refuse(int id, const CVelmString& message, UINT icon = 0) const;
-    void Refuse(int id, const CVelmString& message, const wchar_t* caption, UINT icon = 0) const;
+    void Refuse(int id, const CVelmString& message, UINT icon = 0, const wchar_t* caption = nullptr) const;
 
     /// Refuses an entry in the words for its fault. False when it has none.
     bool RefuseFault(EntryFault fault, std::span<const CVelmFaultText> texts, UINT icon = 0) const;
@@ -143,6 +141,9 @@ protected:
 
     /// Puts a column into it, `width` pixels of an ordinary screen wide.
     void AddColumn(int id, int index, int format, int width) const;
+
+    /// Appends a row that carries a value. Returns its index.
+    int AddRow(int id, const CVelmString& text, LPARAM value) const;
 
     /// The value that a row of it carries.
     LPARAM RowValue(int id, int row) const;

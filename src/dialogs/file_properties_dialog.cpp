@@ -46,7 +46,7 @@ protected:
     void OnOk() override {
         const CVelmString title = Text(IDC_FILE_TITLE);
         if (title.empty()) {
-            Refuse(IDC_FILE_TITLE, u"Please enter title text", L"File Properties");
+            Refuse(IDC_FILE_TITLE, u"Please enter title text", 0, L"File Properties");
             return;
         }
         if (isNew_ && !TakeFileName(title)) {

@@ -112,16 +112,9 @@ private:
         Send(IDC_CATEGORY, CB_SETCURSEL, static_cast<WPARAM>(current != CB_ERR ? current : all));
     }
 
-    void AddRow(const CVelmString& title, LPARAM value, const CVelmString& count) const {
-        LVITEMW item{};
-        item.mask = LVIF_TEXT | LVIF_PARAM;
-        item.iItem = static_cast<int>(Send(IDC_LIST, LVM_GETITEMCOUNT));
-        item.pszText = const_cast<wchar_t*>(Wide(title));
-        item.lParam = value;
-        const LRESULT row = Send(IDC_LIST, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
-        item.iSubItem = 1;
-        item.pszText = const_cast<wchar_t*>(Wide(count));
-        Send(IDC_LIST, LVM_SETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    void AddFile(const CVelmString& title, LPARAM value, const CVelmString& count) const {
+        const int row = AddRow(IDC_LIST, title, value);
+        ListView_SetItemText(Control(IDC_LIST), row, 1, const_cast<wchar_t*>(Wide(count)));
     }
 
     /// All files for an empty category.
@@ -131,7 +124,7 @@ private:
         for (std::size_t i = 0; i < catalog_.documents.size(); ++i) {
             CVelmDocument& document = *catalog_.documents[i];
             if (category.empty() || category == document.category) {
-                AddRow(document.title, static_cast<LPARAM>(i), CVelmCatalog::UnitCountText(document));
+                AddFile(document.title, static_cast<LPARAM>(i), CVelmCatalog::UnitCountText(document));
             }
         }
     }
@@ -144,7 +137,7 @@ private:
         }
         Send(IDC_LIST, LVM_DELETEALLITEMS);
         for (std::size_t i = 0; i < references_.names.size(); ++i) {
-            AddRow(references_.names[i], -static_cast<LPARAM>(i) - 1, {});
+            AddFile(references_.names[i], -static_cast<LPARAM>(i) - 1, {});
         }
     }
 

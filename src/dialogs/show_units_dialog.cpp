@@ -32,12 +32,11 @@ protected:
         AddColumn(IDC_LIST, 0, LVCFMT_LEFT, COLUMN_WIDTH);
         Send(IDC_LIST, LVM_SETITEMCOUNT, document_.ItemCount());
         for (std::size_t i = 0; i < document_.ItemCount(); ++i) {
-            AddRow(static_cast<int>(i), *document_.GetItem(i));
+            const CVelmItem& item = *document_.GetItem(i);
+            const int row = AddRow(IDC_LIST, item.name, static_cast<LPARAM>(i));
+            ListView_SetCheckState(Control(IDC_LIST), row, item.shown != 0);
         }
-        LVITEMW first{};
-        first.stateMask = LVIS_FOCUSED | LVIS_SELECTED;
-        first.state = first.stateMask;
-        Send(IDC_LIST, LVM_SETITEMSTATE, 0, reinterpret_cast<LPARAM>(&first));
+        ListView_SetItemState(Control(IDC_LIST), 0, LVIS_FOCUSED | LVIS_SELECTED, LVIS_FOCUSED | LVIS_SELECTED);
         SHSipPreference(Handle(), SIP_DOWN);
         return nullptr;
     }
@@ -53,30 +52,12 @@ protected:
         const auto rows = static_cast<int>(Send(IDC_LIST, LVM_GETITEMCOUNT));
         for (int row = 0; row < rows; ++row) {
             const auto index = static_cast<std::size_t>(RowValue(IDC_LIST, row));
-            document_.GetItem(index)->shown = IsTicked(row) ? 1 : 0;
+            document_.GetItem(index)->shown = ListView_GetCheckState(Control(IDC_LIST), row) != 0 ? 1 : 0;
         }
         End(IDOK);
     }
 
 private:
-    void AddRow(int index, const CVelmItem& item) const {
-        LVITEMW row{};
-        row.mask = LVIF_TEXT | LVIF_PARAM;
-        row.iItem = index;
-        row.pszText = const_cast<wchar_t*>(Wide(item.name));
-        row.lParam = index;
-        Send(IDC_LIST, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&row));
-        row.stateMask = LVIS_STATEIMAGEMASK;
-        row.state = INDEXTOSTATEIMAGEMASK(item.shown != 0 ? 2U : 1U);
-        Send(IDC_LIST, LVM_SETITEMSTATE, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&row));
-    }
-
-    bool IsTicked(int row) const {
-        const LRESULT state =
-            Send(IDC_LIST, LVM_GETITEMSTATE, static_cast<WPARAM>(row), static_cast<LPARAM>(LVIS_STATEIMAGEMASK));
-        return static_cast<UINT>(state) == INDEXTOSTATEIMAGEMASK(2U);
-    }
-
     CVelmDocument& document_;
 };
 

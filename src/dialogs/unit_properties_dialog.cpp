@@ -58,7 +58,7 @@ protected:
     void OnOk() override {
         const CVelmString name = Text(IDC_ITEM_NAME);
         if (name.empty()) {
-            Refuse(IDC_ITEM_NAME, u"Please enter item name", L"Edit Unit");
+            Refuse(IDC_ITEM_NAME, u"Please enter item name", 0, L"Edit Unit");
             return;
         }
         CVelmFormulaItem* const formula = FormulaItem();

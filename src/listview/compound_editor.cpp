@@ -5,7 +5,6 @@
 #include <optional>
 
 #include "formats/decimal_format.h"
-#include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "ui/display_scale.h"
 
@@ -16,6 +15,7 @@ constexpr int FONT_HEIGHT = 14;
 constexpr int SIGN_WIDTH = 8;
 constexpr int LABEL_MARGIN = 2;
 constexpr int LEAST_BOX_WIDTH = 18;
+constexpr COLORREF TEXT_COLOR = RGB(0, 0, 0);
 constexpr UINT FIRST_PART = 1;  // identifiers of the boxes within the editor
 
 constexpr CVelmStringView DIGITS_AND_POINT = u"0123456789.";
@@ -204,8 +204,7 @@ int CVelmCompoundEditor::FocusedPart() const {
 }
 
 void CVelmCompoundEditor::Layout() {
-    RECT area{};
-    GetClientRect(Handle(), &area);
+    const RECT area = ClientArea(Handle());
     std::array<int, COMPOUND_PARTS> labelWidths{};
     int boxesWidth = Width(area) - Scaled(SIGN_WIDTH);
     const int mostForLabel = count_ == 0 ? 0 : boxesWidth / count_ - Scaled(LEAST_BOX_WIDTH);
@@ -235,18 +234,13 @@ void CVelmCompoundEditor::Paint() {
     const CVelmPainter painter(Handle());
     const HDC dc = painter.Dc();
     FillColor(dc, painter.UpdateArea(), RGB(255, 255, 255));
-    const CVelmSelect font(dc, font_.get());
-    SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, RGB(0, 0, 0));
-    constexpr UINT STYLE = DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX;
     if (negative_) {
-        RECT area{};
-        GetClientRect(Handle(), &area);
+        RECT area = ClientArea(Handle());
         area.right = Scaled(SIGN_WIDTH);
-        DrawTextW(dc, L"\x2212", 1, &area, STYLE | DT_CENTER);
+        DrawLine(dc, font_.get(), TEXT_COLOR, u"\u2212", area, DT_CENTER);
     }
     for (std::size_t i = 0; i < static_cast<std::size_t>(count_); ++i) {
-        DrawTextW(dc, Wide(labels_[i]), static_cast<int>(labels_[i].size()), &labelAreas_[i], STYLE | DT_END_ELLIPSIS);
+        DrawLine(dc, font_.get(), TEXT_COLOR, labels_[i], labelAreas_[i], DT_END_ELLIPSIS);
     }
 }
 

@@ -135,8 +135,7 @@ void CVelmItemList::RemoveRow(int index) {
     // The selection's index stays when a row above it goes, and then names the following item, while the highlight
     // stays on the row that carried it. Deliberate: the list is rebuilt after every removal that the user sees.
     const bool selected = index == selected_;
-    RECT area{};
-    GetClientRect(Handle(), &area);
+    RECT area = ClientArea(Handle());
     area.top = std::max(area.top, rows_[static_cast<std::size_t>(index)]->Rectangle().top);
     rows_.erase(rows_.begin() + index);
     if (selected) {

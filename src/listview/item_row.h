@@ -28,7 +28,6 @@ public:
 
     CVelmItem& Item() const { return item_; }
     const RECT& Rectangle() const { return rectangle_; }
-    const CVelmString& NameText() const { return name_.text; }
     const CVelmLabel& NameLabel() const { return name_; }
     const CVelmLabel& ValueLabel() const { return value_; }
 

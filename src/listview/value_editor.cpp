@@ -31,13 +31,6 @@ struct BaseSuffix {
 };
 constexpr BaseSuffix BASE_SUFFIXES[] = {{FMT_HEX, u'h'}, {FMT_OCTAL, u'o'}, {FMT_BINARY, u'b'}};
 
-HWND CreatePicker(HWND panel, DWORD style, HFONT font) {
-    const HWND picker = CreateWindowExW(0, DATETIMEPICK_CLASSW, L"", WS_CHILD | WS_TABSTOP | DTS_SHOWNONE | style, 0, 0,
-                                        0, 0, panel, nullptr, GetModuleHandleW(nullptr), nullptr);
-    SendMessageW(picker, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
-    return picker;
-}
-
 SYSTEMTIME Today() {
     SYSTEMTIME now{};
     GetLocalTime(&now);
@@ -120,8 +113,9 @@ bool CVelmValueEditor::Create(HWND panel) {
     if (!box_.Create(panel, IDC_VALUE_EDIT, font_.get())) {
         return false;
     }
-    date_ = CreatePicker(panel, DTS_SHORTDATEFORMAT, font_.get());
-    time_ = CreatePicker(panel, DTS_TIMEFORMAT, font_.get());
+    constexpr DWORD PICKER_STYLE = WS_TABSTOP | DTS_SHOWNONE;
+    date_ = CreateControl(DATETIMEPICK_CLASSW, PICKER_STYLE | DTS_SHORTDATEFORMAT, panel, 0, font_.get());
+    time_ = CreateControl(DATETIMEPICK_CLASSW, PICKER_STYLE | DTS_TIMEFORMAT, panel, 0, font_.get());
     return date_ != nullptr && time_ != nullptr &&
            compound_.Create(WS_CHILD | WS_CLIPCHILDREN, 0, 0, 0, 0, panel, 0, L"") != nullptr;
 }

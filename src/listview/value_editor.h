@@ -69,8 +69,6 @@ public:
     std::uint32_t Format() const { return code_; }
     const CVelmValueBox& Box() const { return box_; }
     const CVelmCompoundEditor& Compound() const { return compound_; }
-    HWND DatePicker() const { return date_; }
-    HWND TimePicker() const { return time_; }
 
     /// The format's control, the first one of two.
     HWND Control() const;

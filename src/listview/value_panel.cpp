@@ -285,8 +285,7 @@ void CVelmValuePanel::SendInPlaceOfText(UINT message, WPARAM wParam, LPARAM lPar
 }
 
 void CVelmValuePanel::Layout() {
-    RECT area{};
-    GetClientRect(Handle(), &area);
+    const RECT area = ClientArea(Handle());
     const LONG margin = Scaled(MARGIN);
     const LONG bottom = margin + Scaled(LINE_HEIGHT);
     const LONG button = Scaled(BUTTON_WIDTH);
@@ -301,8 +300,7 @@ void CVelmValuePanel::Layout() {
 
 /// Each tab as wide as its caption; all of them narrower when together they are too wide for the panel.
 void CVelmValuePanel::LayoutTabs() {
-    RECT area{};
-    GetClientRect(Handle(), &area);
+    const RECT area = ClientArea(Handle());
     std::array<int, MOST_TABS> widths{};
     int sum = 0;
     const auto count = static_cast<std::size_t>(tabCount_);
@@ -322,8 +320,7 @@ void CVelmValuePanel::LayoutTabs() {
 
 void CVelmValuePanel::Paint() {
     const CVelmPainter painter(Handle());
-    RECT edge{};
-    GetClientRect(Handle(), &edge);
+    RECT edge = ClientArea(Handle());
     edge.bottom = edge.top + 1;
     FillColor(painter.Dc(), painter.UpdateArea(), RGB(255, 255, 255));
     FillColor(painter.Dc(), edge, EdgeColor());

@@ -296,17 +296,12 @@ bool CommandBar_AddButtons(HWND window, std::span<const WORD> commands) {
     return SendMessageW(bar->tools, TB_ADDBUTTONSW, buttons.size(), reinterpret_cast<LPARAM>(buttons.data())) != FALSE;
 }
 
-bool CommandBar_AddToolTips(HWND window, std::span<const wchar_t* const> texts) {
-    Bar* const bar = BarOf(window);
-    if (bar == nullptr) {
-        return false;
-    }
-    bar->toolTips.assign(texts.begin(), texts.end());
-    return true;
+void CommandBar_AddToolTips(HWND window, std::span<const wchar_t* const> texts) {
+    BarOf(window)->toolTips.assign(texts.begin(), texts.end());
 }
 
 void CommandBar_EnableButton(HWND window, WORD command, bool on) {
-    const HWND toolbar = CommandBar_GetTools(window);
+    const HWND toolbar = BarOf(window)->tools;
     const bool isOn = SendMessageW(toolbar, TB_ISBUTTONENABLED, command, 0) != 0;
     if (isOn != on) {
         SendMessageW(toolbar, TB_ENABLEBUTTON, command, MAKELPARAM(on, 0));
@@ -329,16 +324,5 @@ bool CommandBar_OpenMenu(HWND window, wchar_t letter) {
 }
 
 HMENU CommandBar_GetMenu(HWND window) {
-    const Bar* const bar = BarOf(window);
-    return bar != nullptr ? bar->menu.get() : nullptr;
-}
-
-HWND CommandBar_GetTitles(HWND window) {
-    const Bar* const bar = BarOf(window);
-    return bar != nullptr ? bar->titles : nullptr;
-}
-
-HWND CommandBar_GetTools(HWND window) {
-    const Bar* const bar = BarOf(window);
-    return bar != nullptr ? bar->tools : nullptr;
+    return BarOf(window)->menu.get();
 }

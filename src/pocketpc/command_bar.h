@@ -24,7 +24,7 @@ bool CommandBar_AddButtons(HWND bar, std::span<const WORD> commands);
 
 /// The tooltips of all buttons from the left, menu titles included, separators not. The texts are not copied and
 /// outlive the bar.
-bool CommandBar_AddToolTips(HWND bar, std::span<const wchar_t* const> texts);
+void CommandBar_AddToolTips(HWND bar, std::span<const wchar_t* const> texts);
 
 /// Enables or disables a button; nothing happens when it is so already.
 void CommandBar_EnableButton(HWND bar, WORD command, bool on);
@@ -35,7 +35,3 @@ bool CommandBar_OpenMenu(HWND bar, wchar_t letter);
 
 /// The menu that the bar was made of.
 HMENU CommandBar_GetMenu(HWND bar);
-
-/// The bar's two toolbar controls, for their buttons' places and states: menu titles, and tools.
-HWND CommandBar_GetTitles(HWND bar);
-HWND CommandBar_GetTools(HWND bar);

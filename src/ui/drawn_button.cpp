@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/wide_text_win32.h"
 #include "ui/bitmap.h"
 #include "ui/display_scale.h"
 #include "ui/gdi.h"
@@ -55,11 +54,9 @@ void CVelmDrawnButton::Draw(HDC dc) const {
     if (text_.empty() || textArea.left >= textArea.right) {
         return;
     }
-    const CVelmSelect font(dc, font_ != nullptr ? static_cast<HGDIOBJ>(font_) : GetStockObject(DEFAULT_GUI_FONT));
-    SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, State() == BUTTON_DISABLED ? DISABLED_COLOR : TEXT_COLOR);
-    DrawTextW(dc, Wide(text_), static_cast<int>(text_.size()), &textArea,
-              DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS | (icon_ != nullptr ? DT_LEFT : DT_CENTER));
+    const HFONT font = font_ != nullptr ? font_ : static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
+    DrawLine(dc, font, State() == BUTTON_DISABLED ? DISABLED_COLOR : TEXT_COLOR, text_, textArea,
+             DT_END_ELLIPSIS | (icon_ != nullptr ? DT_LEFT : DT_CENTER));
 }
 
 void CVelmDrawnButton::DrawFrame(HDC dc) const {

@@ -11,6 +11,7 @@
 #include "resource.h"
 #include "ui/clipboard.h"
 #include "ui/gdi.h"
+#include "ui/window_class.h"
 #include "ui/window_text.h"
 
 namespace velm {
@@ -47,14 +48,9 @@ CVelmEditBox::~CVelmEditBox() {
 }
 
 bool CVelmEditBox::Create(HWND parent, UINT id, HFONT font) {
-    handle_ =
-        CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_BORDER | WS_TABSTOP | ES_LEFT | ES_AUTOHSCROLL, 0, 0, 0, 0,
-                        parent, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
-    if (handle_ == nullptr) {
-        return false;
-    }
-    SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
-    return SetWindowSubclass(handle_, ControlProc, SUBCLASS, reinterpret_cast<DWORD_PTR>(this)) != FALSE;
+    handle_ = CreateControl(L"EDIT", WS_BORDER | WS_TABSTOP | ES_LEFT | ES_AUTOHSCROLL, parent, id, font);
+    return handle_ != nullptr &&
+           SetWindowSubclass(handle_, ControlProc, SUBCLASS, reinterpret_cast<DWORD_PTR>(this)) != FALSE;
 }
 
 CVelmString CVelmEditBox::Text() const {
@@ -142,8 +138,7 @@ bool CVelmEditBox::OnPenDown(POINT place) {
 void CVelmEditBox::OnContextMenu(LPARAM position) {
     POINT place{GET_X_LPARAM(position), GET_Y_LPARAM(position)};
     if (position == -1) {
-        RECT area{};
-        GetClientRect(handle_, &area);
+        const RECT area = ClientArea(handle_);
         place = {area.left, area.bottom};
     } else {
         ScreenToClient(handle_, &place);

@@ -10,6 +10,13 @@ int TextWidth(HDC dc, const CVelmString& text) {
     return static_cast<int>(size.cx);
 }
 
+void DrawLine(HDC dc, HFONT font, COLORREF color, const CVelmString& text, RECT area, UINT format) {
+    const CVelmSelect selected(dc, font);
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, color);
+    DrawTextW(dc, Wide(text), static_cast<int>(text.size()), &area, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | format);
+}
+
 CVelmPainter::CVelmPainter(HWND window) : window_(window) {
     const HDC dc = BeginPaint(window, &paint_);
     const RECT& area = paint_.rcPaint;

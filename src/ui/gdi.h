@@ -74,6 +74,9 @@ private:
 /// Width of one line of text in the font selected.
 int TextWidth(HDC dc, const CVelmString& text);
 
+/// Draws one line of text, transparent and centered from top to bottom; `format` is DT_LEFT and the like besides.
+void DrawLine(HDC dc, HFONT font, COLORREF color, const CVelmString& text, RECT area, UINT format);
+
 /// Fills a rectangle with one colour, without a brush to look after.
 inline void FillColor(HDC dc, const RECT& area, COLORREF color) {
     const COLORREF old = SetBkColor(dc, color);
@@ -86,6 +89,12 @@ inline int Width(const RECT& area) {
 }
 inline int Height(const RECT& area) {
     return static_cast<int>(area.bottom - area.top);
+}
+
+inline RECT ClientArea(HWND window) {
+    RECT area{};
+    GetClientRect(window, &area);
+    return area;
 }
 
 /// A window's painting through an off-screen bitmap of the update area, copied to the window at the end of the

@@ -42,11 +42,7 @@ void CVelmLabel::Draw(HDC dc, UINT format) const {
         return;
     }
     const CVelmSelect selectedFont(dc, font);
-    SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, TEXT_COLOR);
-    const CVelmString shown = ShortenText(dc, text, Width(inside));
-    DrawTextW(dc, Wide(shown), static_cast<int>(shown.size()), &inside,
-              DT_SINGLELINE | DT_NOPREFIX | DT_VCENTER | DT_NOCLIP | format);
+    DrawLine(dc, font, TEXT_COLOR, ShortenText(dc, text, Width(inside)), inside, DT_NOCLIP | format);
 }
 
 }  // namespace velm

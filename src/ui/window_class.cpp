@@ -23,6 +23,14 @@ bool IsOfClass(HWND window, const wchar_t* name) {
     return lstrcmpiW(text.data(), name) == 0;
 }
 
+HWND CreateControl(const wchar_t* windowClass, DWORD style, HWND parent, UINT id, HFONT font) {
+    const HWND control =
+        CreateWindowExW(0, windowClass, L"", WS_CHILD | style, 0, 0, 0, 0, parent,
+                        reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    return control;
+}
+
 CVelmWindow::~CVelmWindow() {
     if (handle_ != nullptr) {
         // The derived part is gone already, so the window's last messages must not come here.

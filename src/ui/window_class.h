@@ -13,6 +13,10 @@ bool RegisterWindowClass(HINSTANCE instance);
 /// Whether a window is of that class, whose name has no letter case.
 bool IsOfClass(HWND window, const wchar_t* name);
 
+/// Makes one of the system's controls as a child without a place yet; null when the system refuses. The font is not
+/// owned and outlives the control.
+HWND CreateControl(const wchar_t* windowClass, DWORD style, HWND parent, UINT id, HFONT font);
+
 /// An object that owns a window of the program. It may outlive its window; ending the object ends the window.
 class CVelmWindow {
 public:

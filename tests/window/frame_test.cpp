@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "pocketpc/command_bar.h"
 #include "support/picture.h"
 #include "support/program_test.h"
 #include "ui/display_scale.h"
@@ -47,7 +46,7 @@ TEST_F(FrameTest, OpensAsLargeAsAHandheldAndGoesDownToItsLeastSize) {
 
 TEST_F(FrameTest, ToolsHaveImagesOfTheScreensScaleAndFitOnAHandheld) {
     ASSERT_TRUE(program.Start());
-    const HWND tools = program.Ask([](CVelmFrame& frame) { return CommandBar_GetTools(frame.CommandBar()); });
+    const HWND tools = program.Tools();
     const auto images = reinterpret_cast<HIMAGELIST>(SendMessageW(tools, TB_GETIMAGELIST, 0, 0));
     int width = 0;
     int height = 0;

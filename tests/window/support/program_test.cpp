@@ -5,7 +5,6 @@
 #include "datetime/date_time.h"
 #include "platform/services.h"
 #include "platform/wide_text_win32.h"
-#include "pocketpc/command_bar.h"
 #include "resource.h"
 #include "support/picture.h"
 #include "support/table.h"
@@ -23,16 +22,16 @@ std::string ValueText(const CVelmItem& item, bool date) {
                   : Print("%.15g", item.value);
 }
 
-std::string PickerText(const CVelmValueEditor& editor) {
+std::string PickerText(const RunningProgram& program) {
     SYSTEMTIME time{};
-    if (DateTime_GetSystemtime(editor.DatePicker(), &time) != GDT_VALID) {
+    if (DateTime_GetSystemtime(program.DatePicker(), &time) != GDT_VALID) {
         return "no date";
     }
     const std::string date = Print("%d-%02d-%02d", time.wYear, time.wMonth, time.wDay);
-    if (!IsWindowVisible(editor.TimePicker())) {
+    if (!IsWindowVisible(program.TimePicker())) {
         return date;
     }
-    DateTime_GetSystemtime(editor.TimePicker(), &time);
+    DateTime_GetSystemtime(program.TimePicker(), &time);
     return date + Print(" %02d:%02d:%02d", time.wHour, time.wMinute, time.wSecond);
 }
 
@@ -80,17 +79,17 @@ std::string ProgramTest::ListState() {
 }
 
 std::string ProgramTest::Entry() {
-    return program.Ask([](CVelmFrame& frame) -> std::string {
+    return program.Ask([this](CVelmFrame& frame) -> std::string {
         const CVelmValuePanel& panel = frame.Panel();
         const CVelmValueEditor& editor = panel.Editor();
         if (!panel.IsShown()) {
             return {};
         }
-        const bool date = editor.Control() == editor.DatePicker();
+        const bool date = editor.Control() == program.DatePicker();
         const CVelmString text = editor.Format() == FMT_COMPOUND ? editor.Compound().Text() : editor.Box().Text();
         const HICON sign = panel.AcceptButton().Icon();
         EXPECT_TRUE(sign == panel.AcceptedIcon() || sign == panel.ErrorIcon());
-        const std::string typed = date ? PickerText(editor) : ToUtf8(text);
+        const std::string typed = date ? PickerText(program) : ToUtf8(text);
         return typed + (typed.empty() ? "= " : " = ") + ValueText(*panel.Item(), date) +
                (sign == panel.ErrorIcon() ? " (error)" : "");
     });
@@ -122,8 +121,8 @@ std::string ProgramTest::Tabs() {
 
 /// The tips of the tools on the command bar; in parentheses where a tool is disabled.
 std::string ProgramTest::Tools() {
-    return program.Ask([](CVelmFrame& frame) {
-        const HWND tools = CommandBar_GetTools(frame.CommandBar());
+    return program.Ask([this](CVelmFrame&) {
+        const HWND tools = program.Tools();
         EXPECT_NE(SendMessageW(tools, TB_GETTOOLTIPS, 0, 0), 0);
         Texts texts;
         for (WPARAM i = 0; i < static_cast<WPARAM>(SendMessageW(tools, TB_BUTTONCOUNT, 0, 0)); ++i) {
@@ -132,7 +131,7 @@ std::string ProgramTest::Tools() {
             NMTTDISPINFOW asked{};
             asked.hdr = {nullptr, static_cast<UINT_PTR>(button.idCommand), TTN_GETDISPINFOW};
             asked.lpszText = asked.szText;
-            SendMessageW(frame.CommandBar(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&asked));
+            SendMessageW(program.CommandBar(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&asked));
             const std::string tip = ToUtf8(FromWide(asked.lpszText));
             const bool enabled = (button.fsState & TBSTATE_ENABLED) != 0;
             texts.push_back((button.fsStyle & BTNS_SEP) != 0 ? "-" : enabled ? tip : "(" + tip + ")");
@@ -157,16 +156,12 @@ std::string ProgramTest::FirstLineOfPage() {
 }
 
 std::map<std::string, HWND> ProgramTest::Windows() {
-    return program.Ask([](CVelmFrame& frame) {
-        const CVelmValueEditor& editor = frame.Panel().Editor();
-        return std::map<std::string, HWND>{{"frame", frame.Handle()},
-                                           {"list", frame.List().Handle()},
-                                           {"panel", frame.Panel().Handle()},
-                                           {"bar", frame.CommandBar()},
-                                           {"titles", CommandBar_GetTitles(frame.CommandBar())},
-                                           {"date", editor.DatePicker()},
-                                           {"time", editor.TimePicker()},
-                                           {"box", editor.Box().Handle()}};
+    return program.Ask([this](CVelmFrame& frame) {
+        return std::map<std::string, HWND>{
+            {"frame", frame.Handle()},         {"list", frame.List().Handle()},
+            {"panel", frame.Panel().Handle()}, {"bar", program.CommandBar()},
+            {"titles", program.Titles()},      {"date", program.DatePicker()},
+            {"time", program.TimePicker()},    {"box", frame.Panel().Editor().Box().Handle()}};
     });
 }
 

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <functional>
 #include <future>
 #include <memory>
@@ -55,6 +57,15 @@ public:
     HWND Frame() const { return window_; }
     HWND List() const { return GetDlgItem(window_, 1021); }
     HWND Panel() const { return GetDlgItem(window_, 1022); }
+
+    /// The command bar's two parts are its children, the titles before the tools.
+    HWND CommandBar() const { return FindWindowExW(window_, nullptr, L"VlCommandBar", nullptr); }
+    HWND Titles() const { return FindWindowExW(CommandBar(), nullptr, TOOLBARCLASSNAMEW, nullptr); }
+    HWND Tools() const { return FindWindowExW(CommandBar(), Titles(), TOOLBARCLASSNAMEW, nullptr); }
+
+    /// The pickers are the panel's children, the date's before the time's.
+    HWND DatePicker() const { return FindWindowExW(Panel(), nullptr, DATETIMEPICK_CLASSW, nullptr); }
+    HWND TimePicker() const { return FindWindowExW(Panel(), DatePicker(), DATETIMEPICK_CLASSW, nullptr); }
 
     /// Runs a function on the program's thread, between its messages, and gives back what it gives back. Modal
     /// dialogs, menus and message boxes let it through too.

@@ -173,7 +173,9 @@ std::map<std::string, std::function<std::string(const ProgramTest::Said&)>> Prog
         {"entry", [&](W) { return Entry(); }},
         {"list", [&](W) { return ListState(); }},
         {"label",
-         [&](W w) { return ToUtf8(program.Ask([&](CVelmFrame& f) { return f.List().Row(w.Number()).NameText(); })); }},
+         [&](W w) {
+             return ToUtf8(program.Ask([&](CVelmFrame& f) { return f.List().Row(w.Number()).NameLabel().text; }));
+         }},
         {"place", [&](W w) { return Words(PlaceOfPart(w.rest)); }},
         {"across", [&](W w) { return std::regex_replace(Words(PlaceOfPart(w.rest)), std::regex(",\\d+"), ""); }},
         {"tabs", [&](W) { return Tabs(); }},
@@ -373,7 +375,7 @@ void ProgramTest::WaitForCommit() {
 void ProgramTest::Pick(const std::string& text) {
     program.Ask([&](CVelmFrame& frame) {
         const bool date = text.find(':') == std::string::npos;
-        const HWND picker = date ? frame.Panel().Editor().DatePicker() : frame.Panel().Editor().TimePicker();
+        const HWND picker = date ? program.DatePicker() : program.TimePicker();
         SYSTEMTIME time{};
         DateTime_GetSystemtime(picker, &time);
         const auto fields = date ? std::array{&time.wYear, &time.wMonth, &time.wDay}
