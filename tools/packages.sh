@@ -3,7 +3,7 @@
 BUILD_PACKAGES="g++ cmake ninja-build libtomlplusplus-dev libfmt-dev
     libcurl4-openssl-dev libpugixml-dev"
 WINDOWS_PACKAGES="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64 fonts-wine"
-TEST_PACKAGES="googletest clang clang-format clang-tidy libclang-rt-14-dev python3 git xvfb imagemagick
+TEST_PACKAGES="libgtest-dev googletest clang clang-format clang-tidy libclang-rt-14-dev python3 git xvfb imagemagick
     lintian man-db unzip dpkg-dev"
 
 # Installs the packages that are missing. Says nothing and asks no network when none is.

@@ -1,0 +1,27 @@
+# Debian packages no libraries for Windows, so find_package gets what is made of the native packages: their headers,
+# without the rest of /usr/include, and GoogleTest's sources. Where there are packages for Windows, leave this file out.
+function(import_headers target header)
+    find_path(root ${header} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH NO_CACHE REQUIRED)
+    get_filename_component(folder ${header} DIRECTORY)
+    file(COPY ${root}/${folder} DESTINATION ${CMAKE_BINARY_DIR}/headers)
+    add_library(${target} INTERFACE IMPORTED)
+    target_include_directories(${target} INTERFACE ${CMAKE_BINARY_DIR}/headers)
+endfunction()
+
+macro(provide_package method package)
+    if("${package}" STREQUAL "fmt")
+        import_headers(fmt::fmt-header-only fmt/format.h)
+        target_compile_definitions(fmt::fmt-header-only INTERFACE FMT_HEADER_ONLY=1)
+        set(fmt_FOUND TRUE)
+    elseif("${package}" STREQUAL "tomlplusplus")
+        import_headers(tomlplusplus::tomlplusplus toml++/toml.h)
+        set(tomlplusplus_FOUND TRUE)
+    elseif("${package}" STREQUAL "GTest")
+        set(INSTALL_GTEST OFF)
+        set(BUILD_GMOCK OFF)
+        add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+        set(GTest_FOUND TRUE)
+    endif()
+endmacro()
+
+cmake_language(SET_DEPENDENCY_PROVIDER provide_package SUPPORTED_METHODS FIND_PACKAGE)
