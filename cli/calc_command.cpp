@@ -1,11 +1,14 @@
 #include <fmt/format.h>
 
+#include <unordered_map>
+
 #include "arguments.h"
 #include "assignments.h"
 #include "cli_error.h"
 #include "commands.h"
 #include "data_file.h"
 #include "find_item.h"
+#include "formats/format_table.h"
 #include "item_results.h"
 #include "line_stream.h"
 #include "number_text.h"
@@ -54,8 +57,15 @@ private:
             streamed_ = &input;
             return;
         }
-        input.valueText = FromUtf8(assignment.value);
+        Type(assignment.value, input);
         given_.push_back(&input);
+    }
+
+    /// Read when the inputs before it have their values, whose names it may use.
+    void Type(std::string_view text, CVelmItem& input) {
+        input.valueText = FromUtf8(text);
+        CompleteTyped(input.valueText, input.format.TypedFormat());
+        typed_[&input] = text;
     }
 
     void Calculate() {
@@ -69,9 +79,9 @@ private:
         Calculate();
         for (const CVelmItem* input : given_) {
             if (input->state != STATE_VALID) {
-                Fail(fmt::format("calc: cannot read {} as a value of {}: {}", Quoted(ToUtf8(input->valueText)),
-                                 ToUtf8(input->ShortName()),
-                                 ValueFault(input->format, input->valueText, context_.formulas)));
+                const std::string& text = typed_.at(input);
+                Fail(fmt::format("calc: cannot read {} as a value of {}: {}", Quoted(text), ToUtf8(input->ShortName()),
+                                 TypedFault(input->format, text, context_.formulas)));
             }
         }
         if (json_) {
@@ -85,7 +95,7 @@ private:
     /// One line for a value: the outputs that the list shows, with tabs between them.
     int CalculateStream() {
         return StreamLines(context_, [this](std::string_view line, std::string& result) {
-            streamed_->valueText = FromUtf8(line);
+            Type(line, *streamed_);
             Calculate();
             if (streamed_->state != STATE_VALID) {
                 return false;
@@ -112,6 +122,7 @@ private:
     std::vector<Assignment> assignments_;
     std::unique_ptr<CVelmDocument> document_;
     std::vector<const CVelmItem*> given_;
+    std::unordered_map<const CVelmItem*, std::string> typed_;
     CVelmItem* streamed_ = nullptr;
 };
 

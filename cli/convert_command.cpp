@@ -50,7 +50,8 @@ private:
 
     /// False when the text is no value of the unit.
     bool Convert(std::string_view text) {
-        if (!unit_->format.ParseValueText(FromUtf8(text), context_.formulas, unit_->value)) {
+        const CVelmValueFormat& format = unit_->format;
+        if (!format.ParseTyped(FromUtf8(text), format.TypedFormat(), context_.formulas, unit_->value)) {
             return false;
         }
         unit_->state = STATE_VALID;
@@ -71,7 +72,7 @@ private:
     int ConvertOnce() {
         if (!Convert(value_)) {
             Fail(fmt::format("convert: cannot read {} as a value of {}: {}", Quoted(value_), ToUtf8(unit_->name),
-                             ValueFault(unit_->format, FromUtf8(value_), context_.formulas)));
+                             TypedFault(unit_->format, value_, context_.formulas)));
         }
         if (json_) {
             context_.out.WriteLine(ResultsAsJson(printed_, context_.services.locale, true));

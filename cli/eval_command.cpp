@@ -7,7 +7,7 @@
 #include "assignments.h"
 #include "cli_error.h"
 #include "commands.h"
-#include "format_names.h"
+#include "formats/format_table.h"
 #include "formats/value_format.h"
 #include "line_stream.h"
 #include "number_text.h"
@@ -88,7 +88,7 @@ std::string Choices(std::vector<std::string> words) {
 
 class EvalRun {
 public:
-    explicit EvalRun(CommandContext& context) : context_(context) { format_.allowedFormats = AllFormats(); }
+    explicit EvalRun(CommandContext& context) : context_(context) { format_.allowedFormats = FMT_COMPOUND; }
 
     int Run(const std::vector<std::string>& words) {
         if (!ReadArguments(
@@ -112,12 +112,12 @@ private:
         if (!parts_.empty()) {
             ReadParts(parts_, context_.formulas, format_);
         }
-        const auto code = FormatCode(as_);
-        if (!code) {
+        const FormatKind* const format = FindFormat(as_);
+        if (format == nullptr) {
             FailUsage(fmt::format("eval: {} is no format; {}", Quoted(as_), DidYouMean(as_, FormatWords())));
         }
-        format_.displayFormat = *code;
-        format_.inputFormat = *code;
+        format_.displayFormat = format->code;
+        format_.inputFormat = format->code;
         for (const std::string& word : assignmentWords_) {
             assignments_.push_back(SplitAssignment("eval", word));
         }
@@ -204,7 +204,7 @@ private:
     std::string formula_;
     std::vector<std::string> assignmentWords_;
     std::string angle_ = ANGLE_WORDS.front().word;
-    std::string as_ = std::string(FORMAT_NAMES.front().name);
+    std::string as_ = std::string(Formats().front().word);
     std::string parts_;
     bool plain_ = false;
     bool raw_ = false;

@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 
+#include "formats/format_table.h"
 #include "formula/formula_errors.h"
 
 namespace velm {
@@ -19,12 +20,19 @@ std::string ShortestText(double value) {
     return {text.data(), end.ptr};
 }
 
-std::string ValueFault(const CVelmValueFormat& format, CVelmStringView text, FormulaContext& formulas) {
-    CVelmString formula;
-    if (!format.ToFormula(text, formulas.Clock(), formula)) {
+std::string ValueFault(const CVelmValueFormat& format, CVelmString text, FormulaContext& formulas) {
+    if (!format.ToFormula(text, formulas.Clock())) {
         return "A group in [] or {} is out of range";
     }
-    return ToUtf8(ExplainFailure(formulas, formula).message);
+    return ToUtf8(ExplainFailure(formulas, text).message);
+}
+
+std::string TypedFault(const CVelmValueFormat& format, std::string_view text, FormulaContext& formulas) {
+    const CVelmString typed = FromUtf8(text);
+    CVelmString formula = typed;
+    CompleteTyped(formula, format.TypedFormat());
+    const std::string fault = ValueFault(format, formula, formulas);
+    return formula == typed ? fault : "Read as " + ToUtf8(formula) + ": " + fault;
 }
 
 }  // namespace velm

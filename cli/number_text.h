@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "formats/value_format.h"
 
@@ -12,8 +13,10 @@ std::string RawText(double value);
 /// The shortest text that reads back as the same double.
 std::string ShortestText(double value);
 
-/// What is wrong with a typed text that is no value in a format; to be asked after it failed, with the same
-/// definitions.
-std::string ValueFault(const CVelmValueFormat& format, CVelmStringView text, FormulaContext& formulas);
+/// What is wrong with a text that ParseValueText does not read; to be asked after it failed, with the same definitions.
+std::string ValueFault(const CVelmValueFormat& format, CVelmString text, FormulaContext& formulas);
+
+/// The same of a text that ParseTyped does not read in the format that the item's values are typed in.
+std::string TypedFault(const CVelmValueFormat& format, std::string_view text, FormulaContext& formulas);
 
 }  // namespace velm

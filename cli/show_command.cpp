@@ -4,7 +4,7 @@
 #include "cli_error.h"
 #include "commands.h"
 #include "data_file.h"
-#include "format_names.h"
+#include "formats/format_table.h"
 #include "json.h"
 #include "number_text.h"
 #include "table.h"
@@ -109,7 +109,7 @@ void PrintDocument(const CVelmDocument& document, CVelmOutput& out) {
         const char* formulaMark = item->IsOutput() ? "= " : "";
         rows.push_back(
             {"  " + ToUtf8(item->identifier), ToUtf8(item->name), formulaMark + ToUtf8(item->valueText),
-             fmt::format("{}{}", fmt::join(NamesOfFormats(item->format), ", "), item->shown != 0 ? "" : " (hidden)")});
+             fmt::format("{}{}", fmt::join(FormatWords(item->format), ", "), item->shown != 0 ? "" : " (hidden)")});
     }
     PrintTable(rows, out);
     const auto* conversions = ConversionsOf(document);

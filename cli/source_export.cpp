@@ -8,7 +8,7 @@
 #include <unordered_map>
 
 #include "data_file.h"
-#include "format_names.h"
+#include "formats/format_table.h"
 #include "number_text.h"
 #include "source_keys.h"
 
@@ -139,15 +139,16 @@ private:
     /// A set of known formats, not empty, with both codes in it.
     static bool HasNames(const CVelmValueFormat& format) {
         const auto isIn = [&](std::uint32_t code) {
-            return (code & format.allowedFormats) != 0 && !NameOfFormat(code).empty();
+            return (code & format.allowedFormats) != 0 && FindFormat(code) != nullptr;
         };
-        return (format.allowedFormats & ~AllFormats()) == 0 && isIn(format.displayFormat) && isIn(format.inputFormat);
+        const auto codes = static_cast<std::size_t>(std::popcount(format.allowedFormats));
+        return isIn(format.displayFormat) && isIn(format.inputFormat) && FormatWords(format).size() == codes;
     }
 
     void WriteFormatNames(const CVelmValueFormat& format) {
-        Write(KEY_FORMATS, fmt::format("[\"{}\"]", fmt::join(NamesOfFormats(format), "\", \"")));
+        Write(KEY_FORMATS, fmt::format("[\"{}\"]", fmt::join(FormatWords(format), "\", \"")));
         if (format.inputFormat != format.displayFormat) {
-            Write(KEY_INPUT, fmt::format("\"{}\"", NameOfFormat(format.inputFormat)));
+            Write(KEY_INPUT, fmt::format("\"{}\"", FormatOf(format.inputFormat).word));
         }
     }
 

@@ -9,7 +9,7 @@
 #include "cli_error.h"
 #include "data_file.h"
 #include "find_item.h"
-#include "format_names.h"
+#include "formats/format_table.h"
 #include "source_keys.h"
 #include "suggest.h"
 
@@ -22,12 +22,12 @@ std::uint32_t ReadFormatName(const SourceFile& file, const toml::node& node) {
     if (name == nullptr) {
         FailAt(file, node, "a format is one of the words in docs/data-files.md");
     }
-    const auto code = FormatCode(name->get());
-    if (!code) {
+    const FormatKind* const format = FindFormat(name->get());
+    if (format == nullptr) {
         FailAt(file, node,
                fmt::format("there is no format {}; {}", Quoted(name->get()), DidYouMean(name->get(), FormatWords())));
     }
-    return *code;
+    return format->code;
 }
 
 /// A whole number that is stored as it is; nothing when the key is anything else.
@@ -68,7 +68,7 @@ void ReadFormat(const CVelmSourceTable& table, std::string_view key, const CVelm
     } else if (table.Has(key)) {
         code = ReadFormatName(table.File(), table.At(key));
         if ((code & format.allowedFormats) == 0) {
-            table.FailAtKey(key, fmt::format("{} {} is not among the item's formats", key, NameOfFormat(code)));
+            table.FailAtKey(key, fmt::format("{} {} is not among the item's formats", key, FormatOf(code).word));
         }
     }
 }

@@ -3,24 +3,10 @@
 #include <algorithm>
 
 #include "formats/decimal_format.h"
-#include "formats/format_codes.h"
+#include "formats/format_table.h"
 #include "platform/saturate.h"
 
 namespace velm {
-namespace {
-
-unsigned BitsPerDigit(std::uint32_t code) {
-    switch (code) {
-        case FMT_HEX:
-            return 4;
-        case FMT_OCTAL:
-            return 3;
-        default:
-            return 1;
-    }
-}
-
-}  // namespace
 
 CVelmString FormatBase(double value, std::uint32_t code, bool grouped) {
     if (value == 0.0) {
@@ -32,7 +18,7 @@ CVelmString FormatBase(double value, std::uint32_t code, bool grouped) {
     }
     // Padded as though the groups' spaces were there even without them. Deliberate: an ungrouped 0x12345 is 000012345.
     constexpr CVelmStringView DIGITS = u"0123456789ABCDEF";
-    const unsigned bits = BitsPerDigit(code);
+    const unsigned bits = FormatOf(code).digitBits;
     const auto groupIsFull = [](const CVelmString& text) { return (text.size() + 1) % 5 == 0; };
     CVelmString reversed;
     for (auto rest = static_cast<std::uint32_t>(whole); rest != 0; rest >>= bits) {

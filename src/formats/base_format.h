@@ -6,8 +6,8 @@
 
 namespace velm {
 
-/// A whole number of 32 bits in base 16, 8 or 2 by its format code (FMT_HEX, FMT_OCTAL, FMT_BINARY), negative ones as
-/// two's complement. Any other value: "Dec: " and its decimal form when grouped, otherwise the empty text.
+/// A whole number of 32 bits in a number base, by the base's format code; negative ones as two's complement. Any other
+/// value: "Dec: " and its decimal form when grouped, otherwise the empty text.
 CVelmString FormatBase(double value, std::uint32_t code, bool grouped);
 
 }  // namespace velm

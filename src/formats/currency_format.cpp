@@ -9,12 +9,12 @@
 namespace velm {
 
 CVelmString FormatCurrency(double value, bool grouped) {
-    constexpr double LARGEST = 1e18;
+    constexpr double MAX_FIXED = 1e18;
     const double magnitude = std::fabs(value);
     if (magnitude < 0.005) {
         return u"0.00";
     }
-    if (!(magnitude <= LARGEST)) {
+    if (!(magnitude <= MAX_FIXED)) {
         return FormatDecimal(value, grouped);
     }
     std::array<char, 32> buffer;

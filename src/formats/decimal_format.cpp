@@ -12,11 +12,11 @@ namespace {
 constexpr int DIGITS = 12;
 
 /// The first value that is written with an exponent.
-constexpr double FIRST_LARGE = 1e12;
+constexpr double MIN_LARGE = 1e12;
 
 /// The smallest values that are written without one.
-constexpr double LEAST_PLAIN_SHOWN = 0.001;
-constexpr double LEAST_PLAIN_IN_FORMULA = 0.000001;
+constexpr double MIN_PLAIN_SHOWN = 0.001;
+constexpr double MIN_PLAIN_IN_FORMULA = 0.000001;
 
 /// Decimal digits with the number of them before the point; one more than there are digits when rounding went up to
 /// the next power of ten.
@@ -78,7 +78,7 @@ CVelmString FormatNonFinite(double value) {
     return value < 0 ? u"-inf" : u"inf";
 }
 
-CVelmString Format(double value, double leastPlain, bool grouped) {
+CVelmString Format(double value, double minPlain, bool grouped) {
     if (!std::isfinite(value)) {
         return FormatNonFinite(value);
     }
@@ -88,7 +88,7 @@ CVelmString Format(double value, double leastPlain, bool grouped) {
     double x = std::fabs(value);
     int exponent = 0;
     bool shifted = false;
-    if (x < leastPlain) {
+    if (x < minPlain) {
         do {
             x *= 1000;
             exponent -= 3;
@@ -97,7 +97,7 @@ CVelmString Format(double value, double leastPlain, bool grouped) {
         // A leading 1, taken off again below, makes the digits count from the integer position.
         x += 1.0;
         shifted = true;
-    } else if (x >= FIRST_LARGE) {
+    } else if (x >= MIN_LARGE) {
         // Multiplied, not divided. Deliberate: the last digit depends on it.
         while (x >= 1000.0) {
             x *= 0.001;
@@ -127,11 +127,11 @@ bool AreDigits(CVelmStringView text) {
 }  // namespace
 
 CVelmString FormatDecimal(double value, bool grouped) {
-    return Format(value, LEAST_PLAIN_SHOWN, grouped);
+    return Format(value, MIN_PLAIN_SHOWN, grouped);
 }
 
 CVelmString NumberToText(double value) {
-    return Format(value, LEAST_PLAIN_IN_FORMULA, false);
+    return Format(value, MIN_PLAIN_IN_FORMULA, false);
 }
 
 std::optional<CVelmString> UngroupNumber(CVelmStringView text) {

@@ -4,16 +4,14 @@
 #include <utility>
 
 #include "datetime/date_parser.h"
-#include "formats/base_format.h"
-#include "formats/currency_format.h"
-#include "formats/date_format.h"
 #include "formats/decimal_format.h"
+#include "formats/format_table.h"
 
 namespace velm {
 namespace {
 
 /// Shortest group that is replaced, brackets included; "[]" stays as typed.
-constexpr std::size_t SHORTEST_GROUP = 3;
+constexpr std::size_t MIN_GROUP = 3;
 
 /// Puts the value of each group from `open` to the nearest `close` in its place, in parentheses. `valueOf` is given
 /// the group with its brackets. Unclosed groups stay. False when a value is not finite.
@@ -29,7 +27,7 @@ bool ReplaceGroups(CVelmString& text, char16_t open, char16_t close, ValueOf val
             break;
         }
         const CVelmStringView group = source.substr(start, end - start + 1);
-        if (group.size() >= SHORTEST_GROUP) {
+        if (group.size() >= MIN_GROUP) {
             const double value = valueOf(group);
             if (!std::isfinite(value)) {
                 return false;
@@ -74,59 +72,48 @@ void CVelmValueFormat::SetAllowedFormats(std::uint32_t mask) {
     }
 }
 
-CVelmString CVelmValueFormat::FormatValue(double value, const CVelmLocale& locale) const {
-    switch (displayFormat) {
-        case FMT_HEX:
-        case FMT_OCTAL:
-        case FMT_BINARY:
-            return FormatBase(value, displayFormat, true);
-        case FMT_COMPOUND:
-            return FormatCompound(compoundParts, value);
-        case FMT_DATE:
-            return FormatDate(value, false, locale);
-        case FMT_DATETIME:
-            return FormatDate(value, true, locale);
-        case FMT_CURRENCY:
-            return FormatCurrency(value, true);
-        default:
-            return FormatDecimal(value, true);
+std::uint32_t CVelmValueFormat::TypedFormat() const {
+    std::uint32_t firstTab = 0;
+    for (const FormatKind& format : Formats()) {
+        if (format.HasTab(allowedFormats)) {
+            if (format.code == inputFormat) {
+                return inputFormat;
+            }
+            firstTab = firstTab == 0 ? format.code : firstTab;
+        }
     }
+    return firstTab == 0 ? FMT_DECIMAL : firstTab;
+}
+
+CVelmString CVelmValueFormat::FormatValue(double value, const CVelmLocale& locale) const {
+    const FormatKind& format = FormatOf(displayFormat);
+    return format.show == nullptr ? format.write(value, true) : format.show(*this, value, locale);
 }
 
 CVelmString CVelmValueFormat::FormatValueForInput(double value) const {
-    switch (inputFormat) {
-        case FMT_HEX:
-        case FMT_OCTAL:
-        case FMT_BINARY:
-            return FormatBase(value, inputFormat, false);
-        case FMT_CURRENCY:
-            return FormatCurrency(value, false);
-        default:
-            return FormatDecimal(value, false);
-    }
+    return FormatOf(inputFormat).write(value, false);
 }
 
-bool CVelmValueFormat::ToFormula(CVelmStringView text, const CVelmClock& clock, CVelmString& formula) const {
-    formula = text;
+bool CVelmValueFormat::ToFormula(CVelmString& text, const CVelmClock& clock) const {
     if ((allowedFormats & FMT_COMPOUND) != 0) {
         const auto compoundValue = [this](CVelmStringView group) { return ParseCompound(compoundParts, group); };
-        if (!ReplaceGroups(formula, u'[', u']', compoundValue)) {
+        if (!ReplaceGroups(text, u'[', u']', compoundValue)) {
             return false;
         }
     }
     const auto dateValue = [&clock](CVelmStringView group) {
         return ParseDate(group.substr(1, group.size() - 2), clock).value;
     };
-    return ReplaceGroups(formula, u'{', u'}', dateValue);
+    return ReplaceGroups(text, u'{', u'}', dateValue);
 }
 
-bool CVelmValueFormat::ParseValueText(CVelmStringView text, FormulaContext& context, double& value) const {
-    CVelmString formula;
-    return ToFormula(text, context.Clock(), formula) && EvaluateFormula(context, formula, value);
+bool CVelmValueFormat::ParseValueText(CVelmString text, FormulaContext& context, double& value) const {
+    return ToFormula(text, context.Clock()) && EvaluateFormula(context, text, value);
 }
 
-int CVelmValueFormat::SplitCompound(double value, std::array<CVelmString, COMPOUND_PARTS>& texts) const {
-    return velm::SplitCompound(compoundParts, value, texts);
+bool CVelmValueFormat::ParseTyped(CVelmString text, std::uint32_t code, FormulaContext& context, double& value) const {
+    CompleteTyped(text, code);
+    return ToFormula(text, context.Clock()) && EvaluateFormula(context, text, value);
 }
 
 }  // namespace velm

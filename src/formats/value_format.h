@@ -32,22 +32,25 @@ public:
     /// lowest code, when they share no bit with it.
     void SetAllowedFormats(std::uint32_t mask);
 
+    /// The format that values are typed in: inputFormat where that has a tab, otherwise that of the first tab.
+    std::uint32_t TypedFormat() const;
+
     /// Display text, by displayFormat.
     CVelmString FormatValue(double value, const CVelmLocale& locale) const;
 
     /// Text for the edit box, by inputFormat. Empty when a number base cannot write the value.
     CVelmString FormatValueForInput(double value) const;
 
-    /// The formula that a typed text stands for: compound groups in [] (when allowed) and dates in {} give way to
+    /// Makes a text the formula that it stands for: compound groups in [] (when allowed) and dates in {} give way to
     /// their values. False when one of these is not finite.
-    bool ToFormula(CVelmStringView text, const CVelmClock& clock, CVelmString& formula) const;
+    bool ToFormula(CVelmString& text, const CVelmClock& clock) const;
 
     /// Reads a typed value: compound groups in [] (when allowed), dates in {}, then a formula.
     /// False, with `value` untouched, when the formula fails or a group's value is out of range.
-    bool ParseValueText(CVelmStringView text, FormulaContext& context, double& value) const;
+    bool ParseValueText(CVelmString text, FormulaContext& context, double& value) const;
 
-    /// The numbers of the value's compound parts, the sign dropped. Returns how many were written (0 to 4).
-    int SplitCompound(double value, std::array<CVelmString, COMPOUND_PARTS>& texts) const;
+    /// Reads a text as it is typed in a format: in a number base by its digits alone, otherwise as ParseValueText.
+    bool ParseTyped(CVelmString text, std::uint32_t code, FormulaContext& context, double& value) const;
 };
 
 }  // namespace velm

@@ -132,7 +132,7 @@ bool CVelmCompoundEditor::CreateParts() {
 
 void CVelmCompoundEditor::SetParts(const CVelmValueFormat& format) {
     std::array<CVelmString, COMPOUND_PARTS> texts;
-    count_ = format.SplitCompound(0.0, texts);
+    count_ = SplitCompound(format.compoundParts, 0.0, texts);
     for (std::size_t i = 0; i < labels_.size(); ++i) {
         labels_[i] = format.compoundParts[i].label;
     }
@@ -142,7 +142,7 @@ void CVelmCompoundEditor::SetParts(const CVelmValueFormat& format) {
 
 void CVelmCompoundEditor::SetValue(const CVelmValueFormat& format, double value) {
     std::array<CVelmString, COMPOUND_PARTS> texts;
-    const bool shown = std::isfinite(value) && format.SplitCompound(value, texts) == count_ &&
+    const bool shown = std::isfinite(value) && SplitCompound(format.compoundParts, value, texts) == count_ &&
                        std::all_of(texts.begin(), texts.end(), IsPlainNumber);
     for (std::size_t i = 0; i < parts_.size(); ++i) {
         parts_[i].SetText(shown ? texts[i] : CVelmString());

@@ -49,9 +49,8 @@ private:
     static bool IsPending(const Output& output) { return output.item->state == STATE_NONE; }
 
     CVelmFormula ReadFormula(const CVelmItem& item) const {
-        CVelmString formula;
-        const bool read = item.format.ToFormula(item.valueText, context_.Clock(), formula);
-        return read ? CVelmFormula(formula) : CVelmFormula();
+        CVelmString formula = item.valueText;
+        return item.format.ToFormula(formula, context_.Clock()) ? CVelmFormula(formula) : CVelmFormula();
     }
 
     /// Evaluates what is due, in order. What becomes due on the way is evaluated still when it lies ahead, otherwise

@@ -34,8 +34,8 @@ EntryFault CheckItemEntry(const CVelmDocument& document, const CVelmItem& item, 
     if (fault != EntryFault::None || !entry.isOutput) {
         return fault;
     }
-    CVelmString formula;
-    const bool parses = item.format.ToFormula(entry.valueText, clock, formula) && CVelmFormula(formula).Parses();
+    CVelmString formula = entry.valueText;
+    const bool parses = item.format.ToFormula(formula, clock) && CVelmFormula(formula).Parses();
     return parses ? EntryFault::None : EntryFault::FormulaDoesNotParse;
 }
 

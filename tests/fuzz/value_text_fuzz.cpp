@@ -34,7 +34,7 @@ void WriteInEveryFormat(CVelmValueFormat format, double value) {
         Require(format.FormatValueForInput(value).size() < LONGEST_TEXT, "a typed text is short");
     }
     std::array<CVelmString, COMPOUND_PARTS> texts;
-    const int parts = format.SplitCompound(value, texts);
+    const int parts = SplitCompound(format.compoundParts, value, texts);
     Require(parts >= 0 && parts <= COMPOUND_PARTS, "there are 0 to 4 parts");
 }
 
