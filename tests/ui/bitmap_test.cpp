@@ -8,7 +8,7 @@
 
 #include "resource.h"
 #include "support/picture.h"
-#include "support/test_resource.h"
+#include "test_resource.h"
 #include "ui/display_scale.h"
 
 namespace velm::test {
