@@ -45,8 +45,8 @@ bool CVelmHelpWindow::Open(const HelpTarget& target, int showCommand) {
 }
 
 bool CVelmHelpWindow::CreateFrame() {
-    if (!RegisterFrameClass(HELP_CLASS, LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1)),
-                            LoadCursorW(nullptr, IDC_ARROW))) {
+    if (!RegisterWindowClass(HELP_CLASS, LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1)),
+                             LoadCursorW(nullptr, IDC_ARROW))) {
         return false;
     }
     RECT area{0, 0, Scaled(FRAME_FIRST_WIDTH), Scaled(FRAME_FIRST_HEIGHT)};

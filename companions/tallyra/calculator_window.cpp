@@ -52,7 +52,7 @@ CVelmCalculatorWindow::CVelmCalculatorWindow(const CVelmServices& services, CVel
 
 bool CVelmCalculatorWindow::CreateFrame(int showCommand) {
     const HICON icon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1));
-    if (!RegisterFrameClass(CALCULATOR_CLASS, icon, LoadCursorW(nullptr, IDC_ARROW))) {
+    if (!RegisterWindowClass(CALCULATOR_CLASS, icon, LoadCursorW(nullptr, IDC_ARROW))) {
         return false;
     }
     const HWND window = CreateFrameWindow(*this, CALCULATOR_CLASS, CALCULATOR_TITLE);

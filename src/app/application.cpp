@@ -11,6 +11,11 @@
 namespace velm {
 namespace {
 
+bool RegisterChildClass() {
+    const HICON icon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_CONVERSION_FILE));
+    return RegisterWindowClass(WINDOW_CLASS, icon, nullptr, reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1));
+}
+
 bool InitControls() {
     const INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_DATE_CLASSES | ICC_BAR_CLASSES | ICC_LISTVIEW_CLASSES};
     return InitCommonControlsEx(&controls) && SHInitExtraControls();
@@ -25,7 +30,7 @@ CVelmApplication::CVelmApplication(const CVelmServices& services, CVelmOptionsSt
 CVelmApplication::~CVelmApplication() = default;
 
 bool CVelmApplication::InitInstance(int showCommand) {
-    if (!InitControls() || !RegisterWindowClass(GetModuleHandleW(nullptr))) {
+    if (!InitControls() || !RegisterChildClass()) {
         return false;
     }
     LoadSettings(settings_, options_, programFolder_);

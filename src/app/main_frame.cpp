@@ -70,7 +70,7 @@ CVelmFrame::CVelmFrame(const CVelmProgram& program)
 
 bool CVelmFrame::CreateFrame(int showCommand) {
     const HICON icon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_CONVERSION_FILE));
-    if (!RegisterFrameClass(FRAME_CLASS, icon, nullptr)) {
+    if (!RegisterWindowClass(FRAME_CLASS, icon)) {
         return false;
     }
     const HWND window = CreateFrameWindow(*this, FRAME_CLASS, Wide(FrameTitle()));

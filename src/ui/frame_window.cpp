@@ -22,18 +22,6 @@ SIZE WindowSize(int clientWidth, int clientHeight, DWORD style) {
 
 }  // namespace
 
-bool RegisterFrameClass(const wchar_t* name, HICON icon, HCURSOR cursor) {
-    WNDCLASSEXW windowClass{};
-    windowClass.cbSize = sizeof(windowClass);
-    windowClass.style = CS_HREDRAW | CS_VREDRAW;
-    windowClass.lpfnWndProc = CVelmWindow::ClassProc;
-    windowClass.hInstance = GetModuleHandleW(nullptr);
-    windowClass.hIcon = icon;
-    windowClass.hCursor = cursor;
-    windowClass.lpszClassName = name;
-    return RegisterClassExW(&windowClass) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
-}
-
 HWND CreateFrameWindow(CVelmWindow& object, const wchar_t* className, const wchar_t* title) {
     const SIZE screen{GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
     const bool handheld = screen.cx <= HANDHELD_WIDTH && screen.cy <= HANDHELD_HEIGHT;

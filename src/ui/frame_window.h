@@ -13,10 +13,6 @@ class CVelmWindow;
 constexpr int FRAME_FIRST_WIDTH = 240;
 constexpr int FRAME_FIRST_HEIGHT = 320;
 
-/// Registers a class of windows that belong to CVelmWindow objects; without a cursor of its own for null. True also
-/// when it is registered already.
-bool RegisterFrameClass(const wchar_t* name, HICON icon, HCURSOR cursor);
-
 /// Makes the object's window: it fills a handheld's screen; on a larger one it has a border and the first size. Null
 /// when the system refuses or the object refuses WM_CREATE.
 HWND CreateFrameWindow(CVelmWindow& object, const wchar_t* className, const wchar_t* title);

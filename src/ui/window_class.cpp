@@ -2,19 +2,18 @@
 
 #include <array>
 
-#include "resource.h"
-
 namespace velm {
 
-bool RegisterWindowClass(HINSTANCE instance) {
+bool RegisterWindowClass(const wchar_t* name, HICON icon, HCURSOR cursor, HBRUSH background) {
     WNDCLASSW windowClass{};
     windowClass.style = CS_HREDRAW | CS_VREDRAW;
     windowClass.lpfnWndProc = CVelmWindow::ClassProc;
-    windowClass.hInstance = instance;
-    windowClass.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(IDI_CONVERSION_FILE));
-    windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
-    windowClass.lpszClassName = WINDOW_CLASS;
-    return RegisterClassW(&windowClass) != 0;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.hIcon = icon;
+    windowClass.hCursor = cursor;
+    windowClass.hbrBackground = background;
+    windowClass.lpszClassName = name;
+    return RegisterClassW(&windowClass) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
 }
 
 bool IsOfClass(HWND window, const wchar_t* name) {

@@ -7,8 +7,8 @@ namespace velm {
 /// The class of the program's own child windows. Registered once, at start-up.
 inline constexpr const wchar_t* WINDOW_CLASS = L"VlWndClass";
 
-/// Registers "VlWndClass". False when the system refuses.
-bool RegisterWindowClass(HINSTANCE instance);
+/// Registers a class of windows that belong to CVelmWindow objects. True also when it is registered already.
+bool RegisterWindowClass(const wchar_t* name, HICON icon, HCURSOR cursor = nullptr, HBRUSH background = nullptr);
 
 /// Whether a window is of that class, whose name has no letter case.
 bool IsOfClass(HWND window, const wchar_t* name);

@@ -25,7 +25,7 @@ constexpr RECT PLACE = {10, 10, 50, 30};
 class ButtonWindow : public CVelmWindow {
 public:
     ButtonWindow() {
-        RegisterWindowClass(GetModuleHandleW(nullptr));
+        RegisterWindowClass(WINDOW_CLASS, nullptr, nullptr, reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1));
         Create(WS_POPUP | WS_VISIBLE, 40, 40, 200, 100, nullptr, 0, L"");
         plain.Init(PLACE, Handle(), 7, false, 42);
         holding.Init({60, 10, 100, 30}, Handle(), 8, true, 43);
