@@ -28,9 +28,9 @@ Verdict CheckFile(const CVelmServices& services, const CVelmString& path) {
     }
     const std::unique_ptr<CVelmDocument> document = CreateDocument(parts.kind, services);
     if (!document->Load(parts.folder, true, parts.name)) {
-        return {false, "error: " + LoadFailureText(document->LastLoad())};
+        return {false, "error: " + LoadFailureText(document->lastLoad)};
     }
-    if (document->DroppedRecords() != 0) {
+    if (document->droppedRecords != 0) {
         return {false, "error: " + DroppedRecordsText(*document)};
     }
     return {true, CountsText(*document)};

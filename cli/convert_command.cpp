@@ -1,7 +1,5 @@
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "arguments.h"
 #include "cli_error.h"
 #include "commands.h"
@@ -9,6 +7,8 @@
 #include "find_item.h"
 #include "item_results.h"
 #include "line_stream.h"
+#include "model/conversion_engine.h"
+#include "model/value_entry.h"
 #include "number_text.h"
 
 namespace velm {
@@ -37,7 +37,6 @@ private:
     void Prepare() {
         document_ = OpenDataFile(context_, file_, KIND_CONVERSION);
         unit_ = &FindItem(*document_, unitText_, "unit");
-        document_->currentItem = unit_;
         for (const std::string& text : targetTexts_) {
             targets_.push_back(&FindItem(*document_, text, "unit"));
         }
@@ -48,29 +47,8 @@ private:
         }
     }
 
-    /// False when the text is no value of the unit.
-    bool Convert(std::string_view text) {
-        const CVelmValueFormat& format = unit_->format;
-        if (!format.ParseTyped(FromUtf8(text), format.TypedFormat(), context_.formulas, unit_->value)) {
-            return false;
-        }
-        unit_->state = STATE_VALID;
-        // Only shown units are solved for, so a hidden one that was asked for is shown while that goes on.
-        std::vector<CVelmItem*> hidden;
-        std::copy_if(targets_.begin(), targets_.end(), std::back_inserter(hidden),
-                     [](const CVelmItem* item) { return item->shown == 0; });
-        for (CVelmItem* item : hidden) {
-            item->shown = 1;
-        }
-        document_->Recalculate(context_.formulas);
-        for (CVelmItem* item : hidden) {
-            item->shown = 0;
-        }
-        return true;
-    }
-
     int ConvertOnce() {
-        if (!Convert(value_)) {
+        if (!EnterText(*document_, *unit_, FromUtf8(value_), context_.formulas, targets_)) {
             Fail(fmt::format("convert: cannot read {} as a value of {}: {}", Quoted(value_), ToUtf8(unit_->name),
                              TypedFault(unit_->format, value_, context_.formulas)));
         }
@@ -100,10 +78,24 @@ private:
         }
     }
 
+    /// The same for one value of many: the routes found for the first serve the others.
+    bool ConvertNext(std::string_view text) {
+        double value = 0.0;
+        if (!unit_->ReadTypedValue(FromUtf8(text), context_.formulas, value)) {
+            return false;
+        }
+        unit_->SetValue(value);
+        if (steps_.empty() || !RepeatSteps(steps_, context_.formulas)) {
+            const auto& document = static_cast<const CVelmConversionDoc&>(*document_);
+            steps_ = SolveConversions(document.items, document.conversions, unit_, targets_, context_.formulas);
+        }
+        return true;
+    }
+
     /// One line for a value: the units asked for, or all that the list shows, with tabs between them.
     int ConvertStream() {
         return StreamLines(context_, [this](std::string_view line, std::string& result) {
-            if (!Convert(line)) {
+            if (!ConvertNext(line)) {
                 return false;
             }
             if (json_) {
@@ -132,6 +124,7 @@ private:
     CVelmItem* unit_ = nullptr;
     std::vector<CVelmItem*> targets_;
     std::vector<CVelmItem*> printed_;
+    std::vector<CVelmStepTaken> steps_;
 };
 
 }  // namespace

@@ -123,7 +123,7 @@ std::unique_ptr<CVelmDocument> OpenDataFile(const CommandContext& context, const
     }
     std::unique_ptr<CVelmDocument> document = CreateDocument(path.kind, context.services);
     if (!document->Load(path.folder, true, path.name)) {
-        Fail(file + ": " + LoadFailureText(document->LastLoad()));
+        Fail(file + ": " + LoadFailureText(document->lastLoad));
     }
     return document;
 }
@@ -158,7 +158,7 @@ const std::vector<std::unique_ptr<CVelmConversion>>* ConversionsOf(const CVelmDo
 }
 
 std::string DroppedRecordsText(const CVelmDocument& document) {
-    const std::int32_t count = document.DroppedRecords();
+    const std::int64_t count = document.droppedRecords;
     return fmt::format("{} record{} cannot be read", count, count == 1 ? "" : "s");
 }
 

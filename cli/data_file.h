@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "command.h"
-#include "model/document.h"
+#include "model/conversion_document.h"
 
 namespace velm {
 

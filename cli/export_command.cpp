@@ -18,7 +18,7 @@ int RunExport(CommandContext& context, const std::vector<std::string>& arguments
         return STATUS_OK;
     }
     const std::unique_ptr<CVelmDocument> document = OpenDataFile(context, file);
-    if (document->DroppedRecords() != 0) {
+    if (document->droppedRecords != 0) {
         Fail(fmt::format("{}: damaged: {}", file, DroppedRecordsText(*document)));
     }
     const std::string source = SourceFromDocument(*document);
@@ -26,7 +26,7 @@ int RunExport(CommandContext& context, const std::vector<std::string>& arguments
         context.out.Write(source);
         return STATUS_OK;
     }
-    if (!ReplaceFile(context.services, FromUtf8(target), source)) {
+    if (!ReplaceFile(context.services.files, FromUtf8(target), source)) {
         FailToWrite(FromUtf8(target));
     }
     return STATUS_OK;

@@ -69,7 +69,7 @@ std::string Escaped(const std::string& name) {
 }
 
 void WriteFile(const CommandContext& context, const CVelmString& path, const std::string& text) {
-    if (!ReplaceFile(context.services, path, text)) {
+    if (!ReplaceFile(context.services.files, path, text)) {
         FailToWrite(path);
     }
     context.out.WriteLine(OneLine(fmt::format("{}: {} bytes", ToUtf8(path), text.size())));

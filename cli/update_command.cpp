@@ -95,14 +95,14 @@ std::vector<CVelmConversionDoc*> DocumentsToUpdate(const CommandContext& context
 bool MergeAndPrint(CommandContext& context, const CVelmCatalog& catalog, CVelmConversionDoc& document) {
     const std::string name = ToUtf8(document.FileNameWithExtension());
     if (!document.EnsureLoaded(catalog.Folder())) {
-        PrintError(Quoted(name) + " " + LoadFailureText(document.LastLoad()));
+        PrintError(Quoted(name) + " " + LoadFailureText(document.lastLoad));
         return false;
     }
     if (!Merge(document, catalog, context.formulas)) {
         context.out.WriteLine(OneLine(name + ": no new rates"));
         return true;
     }
-    if (document.IsModified()) {
+    if (document.modified) {
         PrintError(
             fmt::format("cannot write {}: {}; its update stays in the folder", Quoted(name), ToUtf8(LastErrorText())));
         return false;

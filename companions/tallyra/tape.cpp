@@ -54,7 +54,7 @@ bool CVelmTape::Save(const CVelmServices& services, const CVelmString& path) con
     for (const TapeLine& line : lines_) {
         bytes += ToUtf8(line.expression) + '\t' + ToUtf8(line.result) + '\n';
     }
-    return ReplaceFile(services, path, bytes);
+    return ReplaceFile(services.files, path, bytes);
 }
 
 }  // namespace velm

@@ -101,7 +101,7 @@ void DeleteUnit(CVelmFrame& frame, WORD) {
 }
 
 void SaveEdits(CVelmFrame& frame, WORD) {
-    frame.Document()->MarkModified();
+    frame.Document()->modified = true;
     frame.SaveDocument();
 }
 

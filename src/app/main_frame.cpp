@@ -202,7 +202,7 @@ void CVelmFrame::KeepEdits() {
 /// Writes the current document when it has edits. Returns which file could not be written and why; empty when there
 /// is nothing to tell.
 CVelmString CVelmFrame::WriteBack() {
-    if (document_ == nullptr || !document_->IsModified() || document_->Save(catalog_.Folder())) {
+    if (document_ == nullptr || !document_->modified || document_->Save(catalog_.Folder())) {
         return {};
     }
     const CVelmString reason = document_->loaded ? LastErrorText() : u"What it holds could not be read.";

@@ -1,6 +1,6 @@
 #include "dialogs/conversion_fields.h"
 #include "dialogs/dialogs.h"
-#include "model/document.h"
+#include "model/conversion_document.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/shell.h"
 

@@ -1,7 +1,7 @@
 #include "dialogs/conversion_fields.h"
 #include "dialogs/dialogs.h"
 #include "formats/decimal_format.h"
-#include "model/document.h"
+#include "model/conversion_document.h"
 #include "platform/wide_text_win32.h"
 
 namespace velm {

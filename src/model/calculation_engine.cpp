@@ -1,3 +1,5 @@
+#include "model/calculation_engine.h"
+
 #include <cstddef>
 #include <set>
 #include <unordered_map>
@@ -5,7 +7,6 @@
 #include <vector>
 
 #include "formula/formula.h"
-#include "model/document.h"
 
 namespace velm {
 
@@ -115,8 +116,7 @@ private:
 
 void ReadInput(CVelmItem& input, FormulaContext& context) {
     if (input.state == STATE_NONE) {
-        const bool parsed = input.format.ParseValueText(input.valueText, context, input.value);
-        input.state = parsed ? STATE_VALID : STATE_ERROR;
+        input.state = input.ReadStoredValue(context, input.value) ? STATE_VALID : STATE_ERROR;
     }
     if (input.state == STATE_VALID) {
         DefineVariable(context, input.identifier, input.value);
@@ -125,7 +125,7 @@ void ReadInput(CVelmItem& input, FormulaContext& context) {
 
 }  // namespace
 
-void CVelmCalculationDoc::Recalculate(FormulaContext& context) {
+void SolveCalculation(const CVelmItems& items, FormulaContext& context) {
     OutputSweeps outputs(context);
     for (const auto& item : items) {
         if (item->IsOutput()) {

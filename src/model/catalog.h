@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "model/document.h"
+#include "model/conversion_document.h"
 #include "platform/services.h"
 #include "platform/text.h"
 

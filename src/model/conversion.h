@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <vector>
 
 #include "formula/cached_formula.h"
 #include "model/item.h"
@@ -36,9 +38,6 @@ public:
     std::int32_t Write(CVelmFileStream& stream) const;
     std::int32_t Read(CVelmFileStream& stream);
 
-    /// "name of unit 1 <-> name of unit 2".
-    CVelmString DisplayText() const;
-
     std::int32_t formulaFlag = 0;
     CVelmItem* unit1 = nullptr;  ///< not owned
     CVelmItem* unit2 = nullptr;  ///< not owned
@@ -52,5 +51,7 @@ private:
     CVelmCachedFormula forward_;
     CVelmCachedFormula reverse_;
 };
+
+using CVelmConversions = std::vector<std::unique_ptr<CVelmConversion>>;
 
 }  // namespace velm

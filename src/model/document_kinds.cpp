@@ -1,96 +1,62 @@
-#include <algorithm>
-#include <unordered_set>
-#include <utility>
+#include "model/document_kinds.h"
 
-#include "model/document.h"
-#include "model/file_format.h"
-#include "model/record_stream.h"
+#include "model/calculation_document.h"
+#include "model/conversion_document.h"
 
 namespace velm {
+namespace {
 
-void CVelmConversionDoc::RemoveItems(std::size_t first, std::size_t count) {
-    first = std::min(first, items.size());
-    count = std::min(count, items.size() - first);
-    std::unordered_set<const CVelmItem*> removed;
-    for (std::size_t i = first; i < first + count; ++i) {
-        removed.insert(items[i].get());
-    }
-    std::erase_if(conversions, [&removed](const auto& conversion) {
-        return removed.count(conversion->unit1) > 0 || removed.count(conversion->unit2) > 0;
-    });
-    CVelmDocument::RemoveItems(first, count);
+template <typename Document>
+std::unique_ptr<CVelmDocument> Create(const CVelmServices& services) {
+    return std::make_unique<Document>(services);
 }
 
-std::int32_t CVelmConversionDoc::WriteTail(CVelmFileStream& stream) const {
-    CVelmRecordWriter record(stream);
-    record.Int(static_cast<std::int32_t>(conversions.size()));
-    for (const auto& conversion : conversions) {
-        record.Part(conversion->Write(stream));
-    }
-    return record.Bytes();
-}
+struct Kind {
+    std::int32_t code = 0;
+    CVelmStringView extension;
+    CVelmStringView upperExtension;
+    std::unique_ptr<CVelmDocument> (*create)(const CVelmServices& services) = nullptr;
+};
 
-LoadStatus CVelmConversionDoc::ReadTail(CVelmFileStream& stream) {
-    std::int32_t count = 0;
-    if (const LoadStatus status = ReadCount(stream, count); status != LoadStatus::Ok) {
-        return status;
-    }
-    for (std::int32_t i = 0; i < count; ++i) {
-        if (stream.Remaining() == 0) {
-            DropRecords(count - i);
-            break;
-        }
-        auto conversion = std::make_unique<CVelmConversion>(*this);
-        if (conversion->Read(stream) <= 0) {
-            DropRecords(1);
-            continue;
-        }
-        conversions.push_back(std::move(conversion));
-    }
-    return LoadStatus::Ok;
-}
+constexpr Kind KINDS[] = {{KIND_CONVERSION, u".cnv", u".CNV", Create<CVelmConversionDoc>},
+                          {KIND_CALCULATION, u".cal", u".CAL", Create<CVelmCalculationDoc>}};
 
-LoadStatus CVelmConversionDoc::ReadOldTail(CVelmFileStream& stream) {
-    return ReadTail(stream);
-}
-
-CVelmConversion* CVelmConversionDoc::FindConversion(const CVelmItem* a, const CVelmItem* b) const {
-    for (const auto& conversion : conversions) {
-        const bool forward = conversion->unit1 == a && conversion->unit2 == b;
-        const bool reverse = conversion->unit1 == b && conversion->unit2 == a;
-        if (forward || reverse) {
-            return conversion.get();
+/// An empty row for a code that is no kind's.
+Kind FindKind(std::int32_t code) {
+    for (const Kind& kind : KINDS) {
+        if (kind.code == code) {
+            return kind;
         }
     }
-    return nullptr;
+    return {};
 }
 
-std::int32_t CVelmConversionDoc::CountConversions(const CVelmItem* item) const {
-    return static_cast<std::int32_t>(std::count_if(
-        conversions.begin(), conversions.end(),
-        [item](const auto& conversion) { return conversion->unit1 == item || conversion->unit2 == item; }));
+}  // namespace
+
+CVelmStringView ExtensionOfKind(std::int32_t kind) {
+    return FindKind(kind).extension;
 }
 
-CVelmConversion* CVelmConversionDoc::AddConversion(std::unique_ptr<CVelmConversion> conversion) {
-    MarkModified();
-    conversions.push_back(std::move(conversion));
-    return conversions.back().get();
+CVelmStringView UpperExtensionOfKind(std::int32_t kind) {
+    return FindKind(kind).upperExtension;
 }
 
-void CVelmConversionDoc::RemoveConversion(const CVelmConversion* conversion) {
-    const auto removed =
-        std::erase_if(conversions, [conversion](const auto& candidate) { return candidate.get() == conversion; });
-    if (removed > 0) {
-        MarkModified();
+CVelmString WithExtension(const CVelmString& name, std::int32_t kind) {
+    return name + CVelmString(ExtensionOfKind(kind));
+}
+
+std::int32_t KindOfFileName(CVelmStringView fileName) {
+    for (const Kind& kind : KINDS) {
+        if (EndsWithNoCase(fileName, kind.extension)) {
+            return kind.code;
+        }
     }
-}
-
-std::int32_t CVelmCalculationDoc::WriteTail(CVelmFileStream&) const {
     return 0;
 }
 
-LoadStatus CVelmCalculationDoc::ReadTail(CVelmFileStream&) {
-    return LoadStatus::Ok;
+std::unique_ptr<CVelmDocument> CreateDocument(std::int32_t kind, const CVelmServices& services) {
+    const auto create = FindKind(kind).create;
+    return create == nullptr ? nullptr : create(services);
 }
 
 }  // namespace velm

@@ -4,6 +4,7 @@
 
 #include "formula/formula.h"
 #include "formula/functions.h"
+#include "model/document_kinds.h"
 
 namespace velm {
 namespace {

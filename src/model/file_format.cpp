@@ -1,17 +1,14 @@
 #include "model/file_format.h"
 
+#include <cstring>
 #include <utility>
-
-#include "model/record_stream.h"
+#include <vector>
 
 namespace velm {
 
 namespace {
 
-constexpr std::uint32_t SIZE_POSITION = 4;
-
-/// Stands for the size until all of the file is written.
-constexpr std::int32_t SIZE_PLACEHOLDER = 4;
+constexpr std::size_t SIZE_POSITION = 4;
 
 LoadStatus ReadOlderHeader(CVelmFileStream& stream, CVelmFileHeader& header) {
     header.isOlder = true;
@@ -37,7 +34,7 @@ LoadStatus ReadCurrentHeader(CVelmFileStream& stream, CVelmFileHeader& header) {
 }
 
 /// Three words each; only the second counts: the index of an item that is shown.
-LoadStatus ReadListEntries(CVelmFileStream& stream, CVelmFileItems& items) {
+LoadStatus ReadListEntries(CVelmFileStream& stream, const CVelmItems& items) {
     std::int32_t count = 0;
     if (const LoadStatus status = ReadCount(stream, count); status != LoadStatus::Ok) {
         return status;
@@ -53,6 +50,30 @@ LoadStatus ReadListEntries(CVelmFileStream& stream, CVelmFileItems& items) {
         }
     }
     return LoadStatus::Ok;
+}
+
+/// Null stands for an item whose record could not be read.
+LoadStatus ReadItems(CVelmFileStream& stream, const CVelmFileHeader& header, CVelmItems& items) {
+    for (std::int32_t i = 0; i < header.itemCount; ++i) {
+        std::int32_t type = 0;
+        if (!stream.ReadInt(type)) {
+            return LoadStatus::Truncated;
+        }
+        std::unique_ptr<CVelmItem> item = CreateItem(type);
+        if (item == nullptr) {
+            return LoadStatus::UnknownItemType;
+        }
+        const std::int32_t bytes = header.isOlder ? item->ReadOld(stream) : item->Read(stream);
+        items.push_back(bytes > 0 ? std::move(item) : nullptr);
+    }
+    return header.isOlder ? ReadListEntries(stream, items) : LoadStatus::Ok;
+}
+
+void NumberItems(const CVelmDocument& document) {
+    std::int32_t position = 0;
+    for (const auto& item : document.items) {
+        item->index = position++;
+    }
 }
 
 }  // namespace
@@ -83,38 +104,37 @@ LoadStatus ReadHeader(CVelmFileStream& stream, CVelmFileHeader& header) {
     }
 }
 
-LoadStatus ReadItems(CVelmFileStream& stream, const CVelmFileHeader& header, CVelmFileItems& items) {
-    for (std::int32_t i = 0; i < header.itemCount; ++i) {
-        std::int32_t type = 0;
-        if (!stream.ReadInt(type)) {
-            return LoadStatus::Truncated;
-        }
-        std::unique_ptr<CVelmItem> item = CreateItem(type);
-        if (item == nullptr) {
-            return LoadStatus::UnknownItemType;
-        }
-        const std::int32_t bytes = header.isOlder ? item->ReadOld(stream) : item->Read(stream);
-        items.push_back(bytes > 0 ? std::move(item) : nullptr);
+LoadStatus ReadContent(CVelmFileStream& stream, const CVelmFileHeader& header, CVelmDocument& document) {
+    LoadStatus status = ReadItems(stream, header, document.items);
+    if (status == LoadStatus::Ok) {
+        status = header.isOlder ? document.ReadOldTail(stream) : document.ReadTail(stream);
     }
-    return header.isOlder ? ReadListEntries(stream, items) : LoadStatus::Ok;
+    document.droppedRecords += static_cast<std::int64_t>(std::erase(document.items, nullptr));
+    NumberItems(document);
+    return status;
 }
 
-bool WriteDocument(CVelmFileStream& stream, const CVelmDocument& document) {
-    CVelmRecordWriter record(stream);
-    record.Int(static_cast<std::int32_t>(FILE_MAGIC));
-    record.Int(SIZE_PLACEHOLDER);
-    record.String(document.updatedText);
-    record.String(document.title);
-    record.String(document.category);
-    record.Int(static_cast<std::int32_t>(document.ItemCount()));
+std::optional<std::string> DocumentBytes(const CVelmDocument& document) {
+    NumberItems(document);
+    std::string bytes;
+    CVelmFileStream stream(bytes);
+    stream.WriteInt(static_cast<std::int32_t>(FILE_MAGIC));
+    stream.WriteInt(0);  // the size, once it is known
+    stream.WriteString(document.updatedText);
+    stream.WriteString(document.title);
+    stream.WriteString(document.category);
+    stream.WriteInt(static_cast<std::int32_t>(document.ItemCount()));
     for (const auto& item : document.items) {
-        record.Int(item->GetType());
-        record.Part(item->Write(stream));
+        stream.WriteInt(item->GetType());
+        item->Write(stream);
     }
-    record.Part(document.WriteTail(stream));
-    const std::int32_t size = record.Bytes();
-    stream.WriteAt(SIZE_POSITION, &size, sizeof size);
-    return stream.Flush();
+    document.WriteTail(stream);
+    if (!stream.Close()) {
+        return std::nullopt;
+    }
+    const auto size = static_cast<std::uint32_t>(bytes.size());
+    std::memcpy(bytes.data() + SIZE_POSITION, &size, sizeof size);
+    return bytes;
 }
 
 }  // namespace velm

@@ -1,9 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
-#include <vector>
+#include <string>
 
 #include "model/document.h"
 #include "model/file_stream.h"
@@ -26,20 +25,17 @@ struct CVelmFileHeader {
     std::optional<CVelmCalendarTime> time;  ///< the file's own, local; nothing when the system does not tell
 };
 
-/// The items in file order; null stands for one whose record could not be read.
-using CVelmFileItems = std::vector<std::unique_ptr<CVelmItem>>;
-
 /// Reads how many records follow.
 LoadStatus ReadCount(CVelmFileStream& stream, std::int32_t& count);
 
 /// Reads up to the first item, in either format.
 LoadStatus ReadHeader(CVelmFileStream& stream, CVelmFileHeader& header);
 
-/// Reads the items behind the header and, in the older format, the list entries that say which are shown.
-LoadStatus ReadItems(CVelmFileStream& stream, const CVelmFileHeader& header, CVelmFileItems& items);
+/// Reads what follows the header into a document without items. After a failure the items are not to be used.
+LoadStatus ReadContent(CVelmFileStream& stream, const CVelmFileHeader& header, CVelmDocument& document);
 
-/// Writes a whole file in the current format to a stream just opened. The items' indices must be their positions.
-/// False when any write failed.
-bool WriteDocument(CVelmFileStream& stream, const CVelmDocument& document);
+/// A whole file in the current format. Sets the items' indices to their positions. Nothing when a text is too long to
+/// be read again.
+std::optional<std::string> DocumentBytes(const CVelmDocument& document);
 
 }  // namespace velm

@@ -20,8 +20,6 @@ constexpr bool IsLineEnd(std::uint8_t byte) {
 
 }  // namespace
 
-CVelmFileStream::CVelmFileStream(CVelmFileSystem& files, const CVelmClock& clock) : files_(files), clock_(clock) {}
-
 CVelmFileStream::~CVelmFileStream() {
     Close();
 }
@@ -35,18 +33,15 @@ bool CVelmFileStream::OpenWrite(const CVelmString& path) {
 bool CVelmFileStream::OpenAppend(const CVelmString& path) {
     return Open(path, FileMode::Append);
 }
-bool CVelmFileStream::OpenNew(const CVelmString& path) {
-    return Open(path, FileMode::CreateNew);
-}
 
 bool CVelmFileStream::Open(const CVelmString& path, FileMode mode) {
     Close();
     writeFailed_ = false;
     openFailed_ = true;
-    if (path.empty()) {
+    if (path.empty() || files_ == nullptr) {
         return false;
     }
-    file_ = files_.Open(path, mode);
+    file_ = files_->Open(path, mode);
     if (file_ == nullptr) {
         return false;
     }
@@ -58,7 +53,7 @@ bool CVelmFileStream::Open(const CVelmString& path, FileMode mode) {
 }
 
 bool CVelmFileStream::Reopen() {
-    file_ = files_.Open(path_, mode_);
+    file_ = files_->Open(path_, mode_);
     buffer_.clear();
     bufferPosition_ = 0;
     filePosition_ = 0;
@@ -108,6 +103,7 @@ bool CVelmFileStream::WriteBuffer() {
     const std::int64_t moved = file_->Write(buffer_.data(), buffer_.size());
     const bool whole = moved == static_cast<std::int64_t>(buffer_.size());
     writeFailed_ = writeFailed_ || !whole;
+    filePosition_ += buffer_.size();
     buffer_.clear();
     return whole;
 }
@@ -115,6 +111,10 @@ bool CVelmFileStream::WriteBuffer() {
 std::int32_t CVelmFileStream::Write(const void* buffer, std::size_t count) {
     if (!IsWriting() || count > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
         return -1;
+    }
+    if (memory_ != nullptr) {
+        memory_->append(static_cast<const char*>(buffer), count);
+        return static_cast<std::int32_t>(count);
     }
     const auto* bytes = static_cast<const std::uint8_t*>(buffer);
     for (std::size_t done = 0; done < count;) {
@@ -226,7 +226,7 @@ std::int32_t CVelmFileStream::WriteString(CVelmStringView text) {
     }
     const std::size_t bytes = text.size() * sizeof(char16_t);
     const auto counted = static_cast<std::int32_t>(bytes + sizeof(std::int32_t));
-    if (file_ == nullptr) {
+    if (file_ == nullptr && memory_ == nullptr) {
         return counted;
     }
     if (WriteInt(static_cast<std::int32_t>(text.size())) < 0 || Write(text.data(), bytes) < 0) {
@@ -256,6 +256,13 @@ void CVelmFileStream::SkipToEnd() {
     }
 }
 
+std::uint64_t CVelmFileStream::Position() const {
+    if (memory_ != nullptr) {
+        return memory_->size();
+    }
+    return IsWriting() ? filePosition_ + buffer_.size() : filePosition_ - (buffer_.size() - bufferPosition_);
+}
+
 bool CVelmFileStream::GetTime(CVelmCalendarTime& time) {
     const auto times = file_ == nullptr ? std::nullopt : file_->Times();
     if (!times) {
@@ -263,15 +270,8 @@ bool CVelmFileStream::GetTime(CVelmCalendarTime& time) {
     }
     const bool writeIsLater =
         static_cast<std::uint32_t>(times->lastWrite) > static_cast<std::uint32_t>(times->lastAccess);
-    time = clock_.ToLocalCalendar(writeIsLater ? times->lastWrite : times->lastAccess);
+    time = clock_->ToLocalCalendar(writeIsLater ? times->lastWrite : times->lastAccess);
     return true;
-}
-
-bool CVelmFileStream::Flush() {
-    if (IsWriting() && (!WriteBuffer() || !file_->Flush())) {
-        writeFailed_ = true;
-    }
-    return !writeFailed_;
 }
 
 bool CVelmFileStream::Close() {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "platform/clock.h"
@@ -19,7 +20,11 @@ public:
     static constexpr std::int32_t MAX_STRING = 65535;
 
     /// The services are not owned and outlive the stream.
-    CVelmFileStream(CVelmFileSystem& files, const CVelmClock& clock);
+    CVelmFileStream(CVelmFileSystem& files, const CVelmClock& clock) : files_(&files), clock_(&clock) {}
+
+    /// Appends what is written to `bytes` (not owned) instead of to a file. Nothing else can be done with such a
+    /// stream.
+    explicit CVelmFileStream(std::string& bytes) : memory_(&bytes) {}
     ~CVelmFileStream();
     CVelmFileStream(const CVelmFileStream&) = delete;
     CVelmFileStream& operator=(const CVelmFileStream&) = delete;
@@ -28,12 +33,9 @@ public:
     bool OpenRead(const CVelmString& path);
     bool OpenWrite(const CVelmString& path);
     bool OpenAppend(const CVelmString& path);
-
-    /// As OpenWrite, but fails when a file of that name exists.
-    bool OpenNew(const CVelmString& path);
     bool HasError() const { return openFailed_; }
 
-    /// Bytes moved, or -1 when the system refuses. Calls may be buffered: Flush and Close report what was held back.
+    /// Bytes moved, or -1 when the system refuses. Calls may be buffered: Close reports what was held back.
     std::int32_t Read(std::size_t count, void* buffer);
     std::int32_t Write(const void* buffer, std::size_t count);
     std::int32_t ReadAt(std::uint32_t position, std::size_t count, void* buffer);
@@ -60,12 +62,13 @@ public:
     /// Bytes between the current position and the end of a file open for reading.
     std::uint64_t Remaining();
 
+    /// How far reading or writing has come, and the bytes read or written since it had come to `start`.
+    std::uint64_t Position() const;
+    std::int32_t BytesSince(std::uint64_t start) const { return static_cast<std::int32_t>(Position() - start); }
+
     /// The later of last write and last access, comparing only the low halves of the two file times, unsigned;
     /// the last access wins a tie. Deliberate: files are stamped this way.
     bool GetTime(CVelmCalendarTime& time);
-
-    /// Hands everything to the disk. False when any write since opening failed.
-    bool Flush();
 
     /// Closes and forgets the path. False when any write since opening failed.
     bool Close();
@@ -73,7 +76,7 @@ public:
 private:
     bool Open(const CVelmString& path, FileMode mode);
     bool Reopen();
-    bool IsWriting() const { return file_ != nullptr && mode_ != FileMode::Read; }
+    bool IsWriting() const { return memory_ != nullptr || (file_ != nullptr && mode_ != FileMode::Read); }
 
     /// Fills the empty buffer from the file. Bytes read, or -1.
     std::int64_t FillBuffer();
@@ -81,14 +84,15 @@ private:
     bool MoveTo(std::uint32_t position);
     void SkipToEnd();
 
-    CVelmFileSystem& files_;
-    const CVelmClock& clock_;
+    CVelmFileSystem* files_ = nullptr;  ///< not owned; null with memory_
+    const CVelmClock* clock_ = nullptr;
+    std::string* memory_ = nullptr;  ///< what is written goes there; null with files_
     std::unique_ptr<CVelmFile> file_;
     CVelmString path_;
     FileMode mode_ = FileMode::Read;
     std::vector<std::uint8_t> buffer_;  ///< bytes read ahead, or not yet written
     std::size_t bufferPosition_ = 0;    ///< first byte of the buffer that is not yet read
-    std::uint64_t filePosition_ = 0;    ///< where the system reads next; known only while reading
+    std::uint64_t filePosition_ = 0;    ///< where the system reads or writes next; from 0 when appending
     std::uint64_t size_ = 0;            ///< length when opened for reading
     bool openFailed_ = false;
     bool writeFailed_ = false;

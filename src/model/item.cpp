@@ -1,6 +1,6 @@
 #include "model/item.h"
 
-#include "model/record_stream.h"
+#include "model/file_stream.h"
 #include "model/value_format_record.h"
 
 namespace velm {
@@ -17,36 +17,37 @@ void RemoveTrailingSpaces(CVelmString& text) {
 }  // namespace
 
 std::int32_t CVelmItem::Write(CVelmFileStream& stream) const {
-    CVelmRecordWriter record(stream);
-    record.String(name);
-    record.String(identifier);
-    record.String(valueText);
-    record.Int(shown);
-    record.Part(WriteValueFormat(stream, format));
-    return record.Bytes();
+    const std::uint64_t start = stream.Position();
+    stream.WriteString(name);
+    stream.WriteString(identifier);
+    stream.WriteString(valueText);
+    stream.WriteInt(shown);
+    WriteValueFormat(stream, format);
+    return stream.BytesSince(start);
 }
 
 std::int32_t CVelmItem::Read(CVelmFileStream& stream) {
-    CVelmRecordReader record(stream);
-    const bool whole = record.String(name) && record.String(identifier) && record.String(valueText) &&
-                       record.Int(shown) && record.Part(ReadValueFormat(stream, format));
-    return whole ? record.Bytes() : 0;
+    const std::uint64_t start = stream.Position();
+    const bool whole = stream.ReadString(name) > 0 && stream.ReadString(identifier) > 0 &&
+                       stream.ReadString(valueText) > 0 && stream.ReadInt(shown) && ReadValueFormat(stream, format) > 0;
+    return whole ? stream.BytesSince(start) : 0;
 }
 
 std::int32_t CVelmItem::ReadOld(CVelmFileStream& stream) {
-    CVelmRecordReader record(stream);
+    const std::uint64_t start = stream.Position();
     std::int32_t formatWord = 0;
-    if (!record.String(identifier) || !record.String(name) || !record.String(valueText) || !record.Int(formatWord)) {
+    if (stream.ReadString(identifier) <= 0 || stream.ReadString(name) <= 0 || stream.ReadString(valueText) <= 0 ||
+        !stream.ReadInt(formatWord)) {
         return 0;
     }
     RemoveTrailingSpaces(identifier);
     RemoveTrailingSpaces(name);
     format.SetAllowedFormats(static_cast<std::uint32_t>(formatWord));
-    if ((formatWord & OLD_FORMAT_HAS_PARTS) != 0 && !record.Part(ReadCompoundParts(stream, format.compoundParts))) {
+    if ((formatWord & OLD_FORMAT_HAS_PARTS) != 0 && ReadCompoundParts(stream, format.compoundParts) <= 0) {
         return 0;
     }
     shown = 0;  // the list entries behind the items name those that are shown
-    return record.Bytes();
+    return stream.BytesSince(start);
 }
 
 void CVelmItem::CopyFrom(const CVelmItem& other) {
@@ -70,21 +71,21 @@ CVelmString CVelmItem::ValueInList(const CVelmLocale& locale) const {
 }
 
 std::int32_t CVelmFormulaItem::Write(CVelmFileStream& stream) const {
-    CVelmRecordWriter record(stream);
-    record.Part(CVelmItem::Write(stream));
-    record.Int(output);
-    return record.Bytes();
+    const std::uint64_t start = stream.Position();
+    CVelmItem::Write(stream);
+    stream.WriteInt(output);
+    return stream.BytesSince(start);
 }
 
 std::int32_t CVelmFormulaItem::Read(CVelmFileStream& stream) {
-    CVelmRecordReader record(stream);
-    return record.Part(CVelmItem::Read(stream)) && record.Int(output) ? record.Bytes() : 0;
+    const std::uint64_t start = stream.Position();
+    return CVelmItem::Read(stream) > 0 && stream.ReadInt(output) ? stream.BytesSince(start) : 0;
 }
 
 std::int32_t CVelmFormulaItem::ReadOld(CVelmFileStream& stream) {
-    CVelmRecordReader record(stream);
-    const bool whole = record.Part(CVelmItem::ReadOld(stream)) && record.Int(output) && record.String(identifier);
-    return whole ? record.Bytes() : 0;
+    const std::uint64_t start = stream.Position();
+    const bool whole = CVelmItem::ReadOld(stream) > 0 && stream.ReadInt(output) && stream.ReadString(identifier) > 0;
+    return whole ? stream.BytesSince(start) : 0;
 }
 
 void CVelmFormulaItem::CopyFrom(const CVelmItem& other) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "formats/value_format.h"
 #include "platform/text.h"
@@ -36,6 +37,21 @@ public:
     /// Copies everything but the index and the shown-in-list flag.
     virtual void CopyFrom(const CVelmItem& other);
 
+    void SetValue(double newValue) {
+        value = newValue;
+        state = STATE_VALID;
+    }
+
+    /// The value of the stored text. False, with `stored` untouched, when the text has none.
+    bool ReadStoredValue(FormulaContext& context, double& stored) const {
+        return format.ParseValueText(valueText, context, stored);
+    }
+
+    /// The value of a text as it is typed. False, with `typed` untouched, when the text has none.
+    bool ReadTypedValue(CVelmStringView text, FormulaContext& context, double& typed) const {
+        return format.ParseTyped(CVelmString(text), format.TypedFormat(), context, typed);
+    }
+
     /// What narrow columns show: the identifier when there is one, otherwise the name.
     const CVelmString& ShortName() const;
 
@@ -68,6 +84,8 @@ public:
 
     std::int32_t output = 0;  ///< 1 = computed output, otherwise input
 };
+
+using CVelmItems = std::vector<std::unique_ptr<CVelmItem>>;
 
 /// Null for a type code that is neither.
 std::unique_ptr<CVelmItem> CreateItem(std::int32_t type);

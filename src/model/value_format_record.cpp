@@ -2,32 +2,30 @@
 
 #include <utility>
 
-#include "model/record_stream.h"
-
 namespace velm {
 
 std::int32_t ReadCompoundParts(CVelmFileStream& stream, CVelmCompoundParts& parts) {
-    CVelmRecordReader record(stream);
+    const std::uint64_t start = stream.Position();
     for (CVelmCompoundPart& part : parts) {
-        if (!record.String(part.label) || !record.Double(part.factor)) {
+        if (stream.ReadString(part.label) <= 0 || !stream.ReadDouble(part.factor)) {
             return 0;
         }
     }
-    return record.Bytes();
+    return stream.BytesSince(start);
 }
 
 std::int32_t ReadValueFormat(CVelmFileStream& stream, CVelmValueFormat& format) {
     std::int32_t allowed = 0;
     std::int32_t display = 0;
     std::int32_t input = 0;
-    CVelmRecordReader record(stream);
-    if (!record.Int(allowed) || !record.Int(display) || !record.Int(input)) {
+    const std::uint64_t start = stream.Position();
+    if (!stream.ReadInt(allowed) || !stream.ReadInt(display) || !stream.ReadInt(input)) {
         return 0;
     }
     const auto allowedFormats = static_cast<std::uint32_t>(allowed);
     if ((allowedFormats & FMT_COMPOUND) != 0) {
         CVelmCompoundParts parts;
-        if (!record.Part(ReadCompoundParts(stream, parts))) {
+        if (ReadCompoundParts(stream, parts) <= 0) {
             return 0;
         }
         format.compoundParts = std::move(parts);
@@ -35,21 +33,21 @@ std::int32_t ReadValueFormat(CVelmFileStream& stream, CVelmValueFormat& format) 
     format.allowedFormats = allowedFormats;
     format.displayFormat = static_cast<std::uint32_t>(display);
     format.inputFormat = static_cast<std::uint32_t>(input);
-    return record.Bytes();
+    return stream.BytesSince(start);
 }
 
 std::int32_t WriteValueFormat(CVelmFileStream& stream, const CVelmValueFormat& format) {
-    CVelmRecordWriter record(stream);
+    const std::uint64_t start = stream.Position();
     for (const std::uint32_t word : {format.allowedFormats, format.displayFormat, format.inputFormat}) {
-        record.Int(static_cast<std::int32_t>(word));
+        stream.WriteInt(static_cast<std::int32_t>(word));
     }
     if ((format.allowedFormats & FMT_COMPOUND) != 0) {
         for (const CVelmCompoundPart& part : format.compoundParts) {
-            record.String(part.label);
-            record.Double(part.factor);
+            stream.WriteString(part.label);
+            stream.WriteDouble(part.factor);
         }
     }
-    return record.Bytes();
+    return stream.BytesSince(start);
 }
 
 }  // namespace velm

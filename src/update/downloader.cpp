@@ -29,7 +29,7 @@ bool CVelmDownloader::Download(std::size_t index, const CVelmDownloadObserver& o
     // A copy, because the list grows.
     const CVelmString url = urls_[index];
     const auto report = [&](std::uint64_t bytes) { return !observer || observer({index + 1, urls_.size(), bytes}); };
-    if (index >= MOST_DOWNLOADS) {
+    if (index >= MAX_DOWNLOADS) {
         return Fail(u"Error downloading HTTP file: " + url);
     }
     const CVelmFetched fetched = report(0) ? fetcher_.Fetch(url, report) : CVelmFetched{FetchStatus::Stopped, {}};
@@ -50,7 +50,7 @@ bool CVelmDownloader::TakePage(const CVelmString& cacheFile) {
         return Fail(u"Error opening HTTP cache file: " + cacheFile);
     }
     // One address more than may be fetched is enough to tell that there are too many.
-    const CVelmUpdatePage page = ReadUpdatePage(stream, MOST_DOWNLOADS + 1 - std::min(urls_.size(), MOST_DOWNLOADS));
+    const CVelmUpdatePage page = ReadUpdatePage(stream, MAX_DOWNLOADS + 1 - std::min(urls_.size(), MAX_DOWNLOADS));
     stream.Close();
     urls_.insert(urls_.end(), page.urls.begin(), page.urls.end());
     if (page.kind != UpdatePageKind::Update || !IsUsableFileName(page.fileName)) {
@@ -61,7 +61,7 @@ bool CVelmDownloader::TakePage(const CVelmString& cacheFile) {
 
 bool CVelmDownloader::StoreUpdate(const CVelmString& cacheFile, const CVelmString& fileName) {
     const CVelmString path = catalog_.Folder() + UpdateFileName(fileName);
-    if (!CopyFileTo(catalog_.Services(), cacheFile, path)) {
+    if (!CopyFileTo(catalog_.Services().files, cacheFile, path)) {
         return Fail(u"Error writing update file: " + path);
     }
     ++downloadedCount_;

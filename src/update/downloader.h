@@ -12,7 +12,7 @@
 namespace velm {
 
 /// Files that one run fetches at most, lists included.
-constexpr std::size_t MOST_DOWNLOADS = 1000;
+constexpr std::size_t MAX_DOWNLOADS = 1000;
 
 /// How far a run has come.
 struct CVelmDownloadProgress {

@@ -1,8 +1,8 @@
 #include "update/merge.h"
 
-#include <algorithm>
 #include <array>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -35,7 +35,7 @@ public:
     explicit CVelmUnitFinder(const CVelmDocument& document) {
         for (const auto& item : document.items) {
             if (!item->identifier.empty()) {
-                Remember(*item);
+                units_[FoldCase(item->identifier)].push_back(item.get());
             }
         }
     }
@@ -50,25 +50,15 @@ public:
         if (first == units_.end() || second == units_.end()) {
             return std::nullopt;
         }
-        CVelmItem* unit2 = second->second[foldedA == foldedB ? 1 : 0];
-        if (unit2 == nullptr) {
+        const std::size_t position2 = foldedA == foldedB ? 1 : 0;
+        if (position2 == second->second.size()) {
             return std::nullopt;
         }
-        return std::pair(first->second[0], unit2);
+        return std::pair(first->second.front(), second->second[position2]);
     }
 
 private:
-    void Remember(CVelmItem& item) {
-        auto& carriers = units_[FoldCase(item.identifier)];
-        for (CVelmItem*& carrier : carriers) {
-            if (carrier == nullptr) {
-                carrier = &item;
-                return;
-            }
-        }
-    }
-
-    std::unordered_map<CVelmString, std::array<CVelmItem*, 2>> units_;
+    std::unordered_map<CVelmString, std::vector<CVelmItem*>> units_;  ///< by identifier, in the document's order
 };
 
 /// The first conversion between two units in either direction, in one step.
@@ -90,17 +80,11 @@ public:
 
 private:
     using Key = std::pair<const CVelmItem*, const CVelmItem*>;
-    struct Hash {
-        std::size_t operator()(const Key& key) const {
-            const std::hash<const CVelmItem*> hash;
-            return hash(key.first) * 31 + hash(key.second);
-        }
-    };
 
     static Key KeyOf(const CVelmItem* a, const CVelmItem* b) { return std::less<>()(a, b) ? Key(a, b) : Key(b, a); }
 
     CVelmConversionDoc& document_;
-    std::unordered_map<Key, CVelmConversion*, Hash> conversions_;
+    std::map<Key, CVelmConversion*> conversions_;
 };
 
 bool HasUpdateMagic(CVelmFileStream& stream) {
@@ -118,10 +102,8 @@ std::optional<Update> ReadUpdate(CVelmFileStream& stream, const CVelmDocument& d
     Update update;
     const CVelmUnitFinder units(document);
     CVelmString line;
-    std::uint64_t bytes = UPDATE_MAGIC.size();
-    // The rest of the first line belongs to it and says nothing.
-    bytes += static_cast<std::uint64_t>(std::max(stream.ReadLine(line), 0));
-    while (ReadFilledLine(stream, line, bytes)) {
+    stream.ReadLine(line);  // the rest of the first line
+    while (ReadFilledLine(stream, line)) {
         if (line.starts_with(UPDATED_LINE)) {
             update.timeStamp += u"Downloaded file timestamp: ";
             update.timeStamp.append(line, UPDATED_LINE.size());
@@ -135,7 +117,7 @@ std::optional<Update> ReadUpdate(CVelmFileStream& stream, const CVelmDocument& d
             update.rates.push_back({pair->first, pair->second, factor});
         }
     }
-    return bytes == stream.GetSize() ? std::optional(std::move(update)) : std::nullopt;
+    return stream.Remaining() == 0 ? std::optional(std::move(update)) : std::nullopt;
 }
 
 void Apply(const Update& update, CVelmConversionDoc& document) {

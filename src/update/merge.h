@@ -2,7 +2,7 @@
 
 #include "formula/formula_context.h"
 #include "model/catalog.h"
-#include "model/document.h"
+#include "model/conversion_document.h"
 
 namespace velm {
 

@@ -10,7 +10,7 @@ namespace velm {
 namespace {
 
 /// With four more for the extension and two bytes for a character, the longest file name of any system.
-constexpr std::size_t LONGEST_NAME = 120;
+constexpr std::size_t MAX_NAME_LENGTH = 120;
 
 CVelmString NameBehind(CVelmStringView line) {
     line.remove_prefix(FILE_NAME_LINE.size());
@@ -20,7 +20,7 @@ CVelmString NameBehind(CVelmStringView line) {
 
 }  // namespace
 
-bool ReadFilledLine(CVelmFileStream& stream, CVelmString& line, std::uint64_t& bytes) {
+bool ReadFilledLine(CVelmFileStream& stream, CVelmString& line) {
     for (;;) {
         const std::int32_t count = stream.ReadLine(line);
         const bool hasEnd = static_cast<std::size_t>(std::max(count, 0)) > line.size();
@@ -28,23 +28,21 @@ bool ReadFilledLine(CVelmFileStream& stream, CVelmString& line, std::uint64_t& b
         if (count <= 0 || (!hasEnd && stream.Remaining() > 0)) {
             return false;
         }
-        bytes += static_cast<std::uint64_t>(count);
         if (!line.empty()) {
             return true;
         }
     }
 }
 
-CVelmUpdatePage ReadUpdatePage(CVelmFileStream& stream, std::size_t mostUrls) {
+CVelmUpdatePage ReadUpdatePage(CVelmFileStream& stream, std::size_t maxUrls) {
     CVelmUpdatePage page;
     CVelmString line;
-    std::uint64_t bytes = 0;
-    if (!ReadFilledLine(stream, line, bytes)) {
+    if (!ReadFilledLine(stream, line)) {
         return page;
     }
     if (line.starts_with(UPDATE_MAGIC)) {
         page.kind = UpdatePageKind::Update;
-        while (ReadFilledLine(stream, line, bytes)) {
+        while (ReadFilledLine(stream, line)) {
             if (StartsWithNoCase(line, FILE_NAME_LINE)) {
                 page.fileName = NameBehind(line);
                 break;
@@ -52,7 +50,7 @@ CVelmUpdatePage ReadUpdatePage(CVelmFileStream& stream, std::size_t mostUrls) {
         }
     } else if (line.starts_with(LIST_MAGIC)) {
         page.kind = UpdatePageKind::List;
-        while (page.urls.size() < mostUrls && ReadFilledLine(stream, line, bytes)) {
+        while (page.urls.size() < maxUrls && ReadFilledLine(stream, line)) {
             if (StartsWithNoCase(line, HTTP_SCHEME)) {
                 page.urls.push_back(line);
             }
@@ -79,7 +77,7 @@ std::optional<CVelmRateLine> SplitRateLine(CVelmStringView line) {
 }
 
 bool IsUsableFileName(CVelmStringView name) {
-    return name.size() <= LONGEST_NAME && name.find(u"..") == CVelmStringView::npos && IsFileNameAllowed(name);
+    return name.size() <= MAX_NAME_LENGTH && name.find(u"..") == CVelmStringView::npos && IsFileNameAllowed(name);
 }
 
 }  // namespace velm

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -32,8 +31,8 @@ struct CVelmUpdatePage {
     CVelmString fileName;           ///< of an update file: the data file's name without extension, as it stands there
 };
 
-/// Reads a page from its start. At most `mostUrls` addresses are kept.
-CVelmUpdatePage ReadUpdatePage(CVelmFileStream& stream, std::size_t mostUrls);
+/// Reads a page from its start. At most `maxUrls` addresses are kept.
+CVelmUpdatePage ReadUpdatePage(CVelmFileStream& stream, std::size_t maxUrls);
 
 /// A data line of an update file: unit 2 = unit 1 x factor.
 struct CVelmRateLine {
@@ -46,8 +45,7 @@ struct CVelmRateLine {
 std::optional<CVelmRateLine> SplitRateLine(CVelmStringView line);
 
 /// Reads up to the next line that is not empty; false at the end of the file and when it cannot be read further.
-/// `bytes` grows by what was read.
-bool ReadFilledLine(CVelmFileStream& stream, CVelmString& line, std::uint64_t& bytes);
+bool ReadFilledLine(CVelmFileStream& stream, CVelmString& line);
 
 /// Whether a file of the data folder may be given this name (before its extension): the name comes from the network.
 /// Besides what no file may be called, overlong names and ".." are refused.

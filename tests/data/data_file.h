@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "formula/formula_context.h"
-#include "model/document.h"
+#include "model/conversion_document.h"
 #include "support/test_services.h"
 
 namespace velm::test {

@@ -46,7 +46,7 @@ TEST(EveryFile, LoadsWholeAndNamesEverything) {
         for (const CVelmString& name : DataFileNames(kind)) {
             SCOPED_TRACE(ToUtf8(name));
             DataFile file(name);
-            EXPECT_EQ(file->DroppedRecords(), 0);
+            EXPECT_EQ(file->droppedRecords, 0);
             std::set<CVelmString> identifiers = {u""};
             std::set<CVelmString> names = {u""};
             std::size_t shown = 0;

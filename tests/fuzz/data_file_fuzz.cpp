@@ -65,7 +65,7 @@ void Try(Input input) {
     const Bytes saved = files.Content(path);
     const auto again = CreateDocument(kind, services.Services());
     Require(again->Load(FOLDER, true, u"f"), "what was saved can be loaded");
-    Require(again->DroppedRecords() == 0, "what was saved can be loaded whole");
+    Require(again->droppedRecords == 0, "what was saved can be loaded whole");
     Require(Content(*again) == Content(*document), "what was saved is what was loaded");
     Require(again->Save(FOLDER) && files.Content(path) == saved, "the same is written again");
     CalculateAndFormat(*document, services);

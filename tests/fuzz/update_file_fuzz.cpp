@@ -51,7 +51,7 @@ void MergeInto(const Bytes& input) {
     Require(document->Save(catalog.Folder()), "saved");
     files.Add(PathOf(u"Currency.upd"), input);
     if (!Merge(*document, catalog, context)) {
-        Require(!document->IsModified(), "what is not merged is not changed");
+        Require(!document->modified, "what is not merged is not changed");
         return;
     }
     Require(!files.Exists(PathOf(u"Currency.upd")), "a merged update is removed");

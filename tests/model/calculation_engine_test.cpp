@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "model/calculation_document.h"
 #include "support/fixed_clock.h"
 #include "support/sample_documents.h"
 

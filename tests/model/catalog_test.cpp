@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "model/calculation_document.h"
 #include "support/memory_files.h"
 #include "support/sample_documents.h"
 

@@ -65,35 +65,5 @@ TEST_F(Document, CopiedItemsKeepTheirPlaceInTheList) {
     EXPECT_FALSE(copy.IsOutput());
 }
 
-TEST_F(Document, UnloadSavesEditsAndKeepsTheCount) {
-    document.fileName = u"Length";
-    EXPECT_TRUE(document.Unload(u"data"));
-    EXPECT_FALSE(document.loaded);
-    EXPECT_EQ(document.ItemCount(), 0U);
-    EXPECT_EQ(document.storedItemCount, 4);
-    EXPECT_FALSE(document.Save(u"data")) << "an unloaded document has nothing to put in the place of its file";
-    EXPECT_TRUE(document.Unload(u"data"));
-    EXPECT_TRUE(document.EnsureLoaded(u"data"));
-    EXPECT_EQ(document.ItemCount(), 4U);
-    document.RemoveItems(0, 0);
-    EXPECT_FALSE(document.IsModified());
-    document.RemoveItems(0, 1);
-    EXPECT_TRUE(document.IsModified());
-    EXPECT_TRUE(document.EnsureLoaded(u"data"));
-    EXPECT_EQ(document.ItemCount(), 3U) << "what is loaded is not loaded again";
-    EXPECT_TRUE(document.Unload({}));
-    EXPECT_TRUE(document.EnsureLoaded(u"data"));
-    EXPECT_EQ(document.ItemCount(), 4U) << "without a folder nothing is saved";
-
-    files.failingOpenForWriting = true;
-    EXPECT_TRUE(document.Unload(u"data")) << "nothing was edited";
-    ASSERT_TRUE(document.EnsureLoaded(u"data"));
-    document.items[0]->name = u"Meter";
-    document.Touch();
-    EXPECT_FALSE(document.Unload(u"data"));
-    EXPECT_TRUE(document.loaded);
-    EXPECT_EQ(document.items[0]->name, u"Meter");
-}
-
 }  // namespace
 }  // namespace velm::test

@@ -105,17 +105,17 @@ TEST_F(FileFormat, ADroppedItemTakesItsConversionsAndNoOthersWithIt) {
     ASSERT_TRUE(Load(bytes.Sized()));
     EXPECT_EQ(document->ItemCount(), 3U);
     EXPECT_EQ(LoadedConversions(), "ft*12=in in*0.5=m ");
-    EXPECT_EQ(document->DroppedRecords(), 4);
+    EXPECT_EQ(document->droppedRecords, 4);
     EXPECT_EQ(document->items[2]->index, 2);
 
     ASSERT_TRUE(document->Save(FOLDER));
     EXPECT_EQ(Stored(u"f.cnv.bak"), bytes.Sized()) << "what could not be read is kept";
     ASSERT_TRUE(Load(Stored(u"f.cnv")));
-    EXPECT_EQ(document->DroppedRecords(), 0);
+    EXPECT_EQ(document->droppedRecords, 0);
     EXPECT_EQ(LoadedConversions(), "ft*12=in in*0.5=m ");
 
     ASSERT_TRUE(Load(FileBytes().Header(u"", u"", u"").Int(1).Unit(u"m").Int(0x7FFFFFFF).Int(0).Int(0).Sized()));
-    EXPECT_EQ(document->DroppedRecords(), 0x7FFFFFFF) << "a count that the bytes do not bear out ends at once";
+    EXPECT_EQ(document->droppedRecords, 0x7FFFFFFF) << "a count that the bytes do not bear out ends at once";
 }
 
 TEST_F(FileFormat, AConversionWithAWrongIndexIsDroppedWhole) {
@@ -128,7 +128,7 @@ TEST_F(FileFormat, AConversionWithAWrongIndexIsDroppedWhole) {
     bytes.Int(0x8000).Int(0).Int(1).Text(u"x*4").Text(u"");
     ASSERT_TRUE(Load(bytes.Sized()));
     EXPECT_EQ(LoadedConversions(), "b*2=a a{x*3|x/3}b a{x*4|}b ");
-    EXPECT_EQ(document->DroppedRecords(), 2);
+    EXPECT_EQ(document->droppedRecords, 2);
     EXPECT_EQ(static_cast<CVelmConversionDoc&>(*document).conversions[0]->formulaFlag, 0x10000) << "but it is kept";
 }
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "formats/decimal_format.h"
-#include "model/document.h"
+#include "model/conversion_document.h"
 #include "support/table.h"
 #include "support/test_services.h"
 

@@ -96,7 +96,7 @@ TEST_F(MergeTest, LeavesEverythingAloneWithoutAWholeUpdateFile) {
         EXPECT_TRUE(IsPending()) << text;
     }
     EXPECT_EQ(Conversions(document), BEFORE);
-    EXPECT_FALSE(document.IsModified());
+    EXPECT_FALSE(document.modified);
     EXPECT_TRUE(IsUnchanged());
 
     before.push_back(0);
@@ -114,7 +114,7 @@ TEST_F(MergeTest, TheUpdateFileStaysUntilTheDocumentIsSaved) {
     files.failingOpenForWriting = true;
     EXPECT_TRUE(MergeText(document, "VLMUPD\nUSD\tEUR\t2\n"));
     EXPECT_EQ(Conversions(document), "USD*2=EUR EUR{x+1|x-1}GBP ");
-    EXPECT_TRUE(document.IsModified());
+    EXPECT_TRUE(document.modified);
     EXPECT_TRUE(IsPending());
     EXPECT_TRUE(IsUnchanged());
 

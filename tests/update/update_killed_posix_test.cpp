@@ -114,7 +114,7 @@ protected:
         catalog.ScanFolder();
         EXPECT_TRUE(catalog.documents.size() == 2 && catalog.Activate(0)->loaded);
         auto* document = static_cast<CVelmConversionDoc*>(catalog.GetDocument(u"Currency.cnv", true));
-        const bool whole = document != nullptr && document->loaded && document->DroppedRecords() == 0;
+        const bool whole = document != nullptr && document->loaded && document->droppedRecords == 0;
         return whole ? Conversions(*document) : "the file is lost";
     }
 

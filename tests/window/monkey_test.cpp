@@ -211,7 +211,7 @@ TEST_F(MonkeyTest, HarmsNothing) {
         EXPECT_FALSE(name.ends_with(u".bak") || name.ends_with(u".tmp")) << ToUtf8(name);
         if (KindOfFileName(name) != 0) {
             const auto document = LoadFile(program, name);
-            EXPECT_TRUE(document != nullptr && document->DroppedRecords() == 0) << ToUtf8(name);
+            EXPECT_TRUE(document != nullptr && document->droppedRecords == 0) << ToUtf8(name);
         }
     }
 }

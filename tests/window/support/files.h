@@ -3,7 +3,7 @@
 #include <memory>
 #include <string_view>
 
-#include "model/document.h"
+#include "model/conversion_document.h"
 #include "support/running_program.h"
 
 namespace velm::test {
