@@ -36,16 +36,12 @@ constexpr std::array PLACEMENTS = {
 class AboutDialog : public CVelmDialog {
 public:
     explicit AboutDialog(const CVelmString& updateAddress)
-        : CVelmDialog(IDD_ABOUT, IDM_DONE),
+        : CVelmDialog(IDD_ABOUT, IDM_DONE, u"Corvane Velmora", PLACEMENTS, LEAST_HEIGHT),
           updateAddress_(updateAddress),
           picture_(LoadProgramIcon(IDI_CONVERSION_FILE, PICTURE_SIZE)),
           titleFont_(CreateProgramFont(TITLE_FONT, true)) {}
 
 protected:
-    CVelmString Caption() const override { return u"Corvane Velmora"; }
-    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
-    int LeastHeight() const override { return LEAST_HEIGHT; }
-
     HWND OnInit() override {
         Send(IDC_ABOUT_PICTURE, STM_SETICON, reinterpret_cast<WPARAM>(picture_.get()));
         Send(IDC_ABOUT_TITLE, WM_SETFONT, reinterpret_cast<WPARAM>(titleFont_.get()));

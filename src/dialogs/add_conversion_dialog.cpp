@@ -30,15 +30,15 @@ constexpr std::array FAULT_TEXTS = {
 class AddConversionDialog : public CVelmDialog {
 public:
     AddConversionDialog(CVelmConversionDoc& document, FormulaContext& context, bool advanced)
-        : CVelmDialog(IDD_ADD_CONVERSION, IDM_OK_CANCEL), document_(document), context_(context), advanced_(advanced) {}
+        : CVelmDialog(IDD_ADD_CONVERSION, IDM_OK_CANCEL, u"Add Conversion", PLACEMENTS,
+                      DialogRow(2) + HEADING_HEIGHT + CONVERSION_FIELDS_HEIGHT),
+          document_(document),
+          context_(context),
+          advanced_(advanced) {}
 
     std::unique_ptr<CVelmConversion> conversion;
 
 protected:
-    CVelmString Caption() const override { return u"Add Conversion"; }
-    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
-    int LeastHeight() const override { return DialogRow(2) + HEADING_HEIGHT + CONVERSION_FIELDS_HEIGHT; }
-
     HWND OnInit() override {
         for (const auto& item : document_.items) {
             for (const int box : {IDC_UNIT1, IDC_UNIT2}) {

@@ -29,13 +29,12 @@ CVelmString RowText(const CVelmConversion& conversion) {
 class ConversionsDialog : public CVelmDialog {
 public:
     ConversionsDialog(CVelmConversionDoc& document, FormulaContext& context)
-        : CVelmDialog(IDD_CONVERSIONS, IDM_CONVERSIONS), document_(document), context_(context) {}
+        : CVelmDialog(IDD_CONVERSIONS, IDM_CONVERSIONS, u"Unit Conversions", PLACEMENTS,
+                      LEAST_LIST_HEIGHT + CONVERSION_FIELDS_HEIGHT + DIALOG_MARGIN),
+          document_(document),
+          context_(context) {}
 
 protected:
-    CVelmString Caption() const override { return u"Unit Conversions"; }
-    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
-    int LeastHeight() const override { return LEAST_LIST_HEIGHT + CONVERSION_FIELDS_HEIGHT + DIALOG_MARGIN; }
-
     HWND OnInit() override {
         for (const auto& conversion : document_.conversions) {
             AddRow(*conversion);

@@ -127,9 +127,9 @@ INT_PTR CVelmDialog::Init() {
     }
     bar_ = bar.hwndMB;
     scrollBar_ = CreateControl(L"SCROLLBAR", SBS_VERT, handle_, 0, nullptr);
-    SetWindowTextW(handle_, Wide(Caption()));
+    SetWindowTextW(handle_, Wide(caption_));
     font_ = CreateProgramFont(TEXT_FONT, false);
-    for (const CVelmPlacement& placement : Placements()) {
+    for (const CVelmPlacement& placement : placements_) {
         GiveFont(Control(placement.control), reinterpret_cast<LPARAM>(font_.get()));
     }
     const HWND focus = OnInit();
@@ -154,7 +154,7 @@ void CVelmDialog::Layout() {
         return;  // not initialised yet
     }
     RECT room = Room();
-    const int needed = Scaled(LeastHeight());
+    const int needed = Scaled(leastHeight_);
     const bool scrolls = needed > Height(room);
     if (scrolls) {
         const LONG left = room.right - GetSystemMetrics(SM_CXVSCROLL);
@@ -164,7 +164,7 @@ void CVelmDialog::Layout() {
     ShowWindow(scrollBar_, scrolls ? SW_SHOWNA : SW_HIDE);
     scrollTop_ = std::clamp(scrollTop_, 0, std::max(0, needed - Height(room)));
     SetScrollBar(scrollBar_, SB_CTL, {needed, Height(room), scrollTop_});
-    for (const CVelmPlacement& placement : Placements()) {
+    for (const CVelmPlacement& placement : placements_) {
         Place(placement, room, std::max(needed, Height(room)));
     }
     OnLayout();
@@ -240,7 +240,7 @@ void CVelmDialog::Paint() const {
     PAINTSTRUCT paint{};
     const HDC dc = BeginPaint(handle_, &paint);
     const RECT area = ClientArea(handle_);
-    PaintDialogCaption(dc, static_cast<int>(area.right), Caption());
+    PaintDialogCaption(dc, static_cast<int>(area.right), caption_);
     EndPaint(handle_, &paint);
 }
 
@@ -262,7 +262,7 @@ void CVelmDialog::ShowControls(std::span<const WORD> controls, bool on) const {
 }
 
 void CVelmDialog::Tell(const CVelmString& message, UINT icon, const wchar_t* caption) const {
-    MessageBoxW(handle_, Wide(message), caption != nullptr ? caption : Wide(Caption()), MB_OK | icon);
+    MessageBoxW(handle_, Wide(message), caption != nullptr ? caption : Wide(caption_), MB_OK | icon);
 }
 
 void CVelmDialog::Refuse(int id, const CVelmString& message, UINT icon, const wchar_t* caption) const {

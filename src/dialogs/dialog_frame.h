@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <span>
+#include <utility>
 
 #include "model/entry_check.h"
 #include "model/file_stream.h"
@@ -85,14 +86,15 @@ public:
     int Show(HWND parent);
 
 protected:
-    /// Identifiers of a dialog template and of a menu resource.
-    CVelmDialog(WORD dialog, WORD menuBar) : template_(dialog), menuBar_(menuBar) {}
-
-    virtual CVelmString Caption() const = 0;
-    virtual std::span<const CVelmPlacement> Placements() const = 0;
-
-    /// The least height that the placements need under the caption, in pixels of an ordinary screen.
-    virtual int LeastHeight() const { return 0; }
+    /// Identifiers of a dialog template and of a menu resource. The placements outlive the dialog; `leastHeight` is
+    /// what they need under the caption, in pixels of an ordinary screen.
+    CVelmDialog(WORD dialog, WORD menuBar, CVelmString caption, std::span<const CVelmPlacement> placements,
+                int leastHeight = 0)
+        : template_(dialog),
+          menuBar_(menuBar),
+          caption_(std::move(caption)),
+          placements_(placements),
+          leastHeight_(leastHeight) {}
 
     /// Fills the controls. Returns the one to focus, or null for the first.
     virtual HWND OnInit() = 0;
@@ -112,6 +114,7 @@ protected:
     /// The controls have their places.
     virtual void OnLayout() {}
 
+    const CVelmString& Caption() const { return caption_; }
     HWND Handle() const { return handle_; }
     HWND Control(int id) const { return GetDlgItem(handle_, id); }
     LRESULT Send(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
@@ -167,6 +170,9 @@ private:
 
     WORD template_;
     WORD menuBar_;
+    CVelmString caption_;
+    std::span<const CVelmPlacement> placements_;
+    int leastHeight_;
     HWND handle_ = nullptr;
     HWND bar_ = nullptr;
     HWND scrollBar_ = nullptr;

@@ -21,16 +21,13 @@ constexpr std::array PLACEMENTS = {
 class FilePropertiesDialog : public CVelmDialog {
 public:
     FilePropertiesDialog(CVelmDocument& document, const CVelmCatalog& catalog)
-        : CVelmDialog(IDD_FILE_PROPERTIES, IDM_OK_CANCEL),
+        : CVelmDialog(IDD_FILE_PROPERTIES, IDM_OK_CANCEL, document.fileName.empty() ? u"New File" : u"File Properties",
+                      PLACEMENTS, DialogRow(4)),
           document_(document),
           catalog_(catalog),
           isNew_(document.fileName.empty()) {}
 
 protected:
-    CVelmString Caption() const override { return isNew_ ? u"New File" : u"File Properties"; }
-    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
-    int LeastHeight() const override { return DialogRow(4); }
-
     HWND OnInit() override {
         AddCategories(Control(IDC_CATEGORY), catalog_, 0);
         SetText(IDC_FILE_TITLE, document_.title);

@@ -96,13 +96,10 @@ constexpr std::array PLACEMENTS = {
 
 class FormatsDialog : public CVelmDialog {
 public:
-    explicit FormatsDialog(CVelmValueFormat& format) : CVelmDialog(IDD_FORMATS, IDM_OK_CANCEL), format_(format) {}
+    explicit FormatsDialog(CVelmValueFormat& format)
+        : CVelmDialog(IDD_FORMATS, IDM_OK_CANCEL, u"Formats", PLACEMENTS, LEAST_HEIGHT), format_(format) {}
 
 protected:
-    CVelmString Caption() const override { return u"Formats"; }
-    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
-    int LeastHeight() const override { return LEAST_HEIGHT; }
-
     HWND OnInit() override {
         for (const FormatBox& box : FORMAT_BOXES) {
             Check(box.control, (format_.allowedFormats & box.code) != 0);

@@ -27,12 +27,9 @@ constexpr INT_PTR LAST_SHELL_ERROR = 32;
 class HtmlViewer : public CVelmDialog {
 public:
     HtmlViewer(const CVelmString& caption, const CVelmString& page, CVelmHtmlLibrary& library)
-        : CVelmDialog(IDD_HTML_VIEWER, IDM_DONE), caption_(caption), page_(page), library_(library) {}
+        : CVelmDialog(IDD_HTML_VIEWER, IDM_DONE, caption, {}), page_(page), library_(library) {}
 
 protected:
-    CVelmString Caption() const override { return caption_; }
-    std::span<const CVelmPlacement> Placements() const override { return {}; }
-
     HWND OnInit() override {
         RECT place = Room();
         place.left = Scaled(FIRST_LEFT);
@@ -73,7 +70,7 @@ private:
             return;
         }
         const CVelmString question = u"Do you want to open " + target_ + u" in the web browser?";
-        if (MessageBoxW(Handle(), Wide(question), Wide(caption_), MB_YESNO | MB_ICONQUESTION) != IDYES) {
+        if (MessageBoxW(Handle(), Wide(question), Wide(Caption()), MB_YESNO | MB_ICONQUESTION) != IDYES) {
             return;
         }
         const HINSTANCE shown = ShellExecuteW(Handle(), L"open", Wide(target_), nullptr, nullptr, SW_SHOWNORMAL);
@@ -82,7 +79,6 @@ private:
         }
     }
 
-    const CVelmString& caption_;
     const CVelmString& page_;
     CVelmHtmlLibrary& library_;
     HWND control_ = nullptr;

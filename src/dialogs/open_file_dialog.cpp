@@ -17,7 +17,7 @@ namespace velm {
 namespace {
 
 /// What the dialog ends with for the catalogue's first file; the following ones follow.
-constexpr INT_PTR FIRST_FILE_CODE = ID_QUICK_FILE_FIRST;
+constexpr int FIRST_FILE_CODE = ID_QUICK_FILE_FIRST;
 
 // What the entries of the category box carry.
 constexpr LPARAM ALL_FILES = 0;
@@ -46,17 +46,13 @@ class OpenFileDialog : public CVelmDialog {
 public:
     OpenFileDialog(CVelmCatalog& catalog, CVelmReferenceList& references, const CVelmString& referenceFolder,
                    CVelmHtmlLibrary& html)
-        : CVelmDialog(IDD_OPEN_FILE, IDM_OK_CANCEL),
+        : CVelmDialog(IDD_OPEN_FILE, IDM_OK_CANCEL, u"Open File", PLACEMENTS, LEAST_HEIGHT),
           catalog_(catalog),
           references_(references),
           referenceFolder_(referenceFolder),
           html_(html) {}
 
 protected:
-    CVelmString Caption() const override { return u"Open File"; }
-    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
-    int LeastHeight() const override { return LEAST_HEIGHT; }
-
     HWND OnInit() override {
         InitList(IDC_LIST, 0);
         AddColumn(IDC_LIST, 0, LVCFMT_LEFT, TITLE_WIDTH);
@@ -176,9 +172,8 @@ int ShowOpenFileDialog(HWND parent, CVelmCatalog& catalog, CVelmReferenceList& r
         const auto wait = ShowWaitCursor();
         catalog.ScanFolder();
     }
-    const INT_PTR code = OpenFileDialog(catalog, references, referenceFolder, html).Show(parent);
-    const INT_PTR index = code - FIRST_FILE_CODE;
-    return index < 0 || index >= static_cast<INT_PTR>(catalog.documents.size()) ? -1 : static_cast<int>(index);
+    const int index = OpenFileDialog(catalog, references, referenceFolder, html).Show(parent) - FIRST_FILE_CODE;
+    return index < 0 || index >= static_cast<int>(catalog.documents.size()) ? -1 : index;
 }
 
 }  // namespace velm

@@ -21,13 +21,11 @@ constexpr std::array PLACEMENTS = {
 
 class SettingsDialog : public CVelmDialog {
 public:
-    explicit SettingsDialog(CVelmSettings& settings) : CVelmDialog(IDD_SETTINGS, IDM_OK_CANCEL), settings_(settings) {}
+    explicit SettingsDialog(CVelmSettings& settings)
+        : CVelmDialog(IDD_SETTINGS, IDM_OK_CANCEL, u"Velmora Settings", PLACEMENTS, LEAST_HEIGHT),
+          settings_(settings) {}
 
 protected:
-    CVelmString Caption() const override { return u"Velmora Settings"; }
-    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
-    int LeastHeight() const override { return LEAST_HEIGHT; }
-
     HWND OnInit() override {
         SetText(IDC_DATA_FOLDER, settings_.dataFolder);
         SetText(IDC_UPDATE_URL, settings_.updateUrl);

@@ -21,12 +21,10 @@ constexpr std::array PLACEMENTS = {
 
 class UnitsDialog : public CVelmDialog {
 public:
-    explicit UnitsDialog(CVelmDocument& document) : CVelmDialog(IDD_SHOW_UNITS, IDM_OK_CANCEL), document_(document) {}
+    explicit UnitsDialog(CVelmDocument& document)
+        : CVelmDialog(IDD_SHOW_UNITS, IDM_OK_CANCEL, u"Units/Items", PLACEMENTS), document_(document) {}
 
 protected:
-    CVelmString Caption() const override { return u"Units/Items"; }
-    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
-
     HWND OnInit() override {
         InitList(IDC_LIST, LVS_EX_CHECKBOXES);
         AddColumn(IDC_LIST, 0, LVCFMT_LEFT, COLUMN_WIDTH);

@@ -28,17 +28,13 @@ constexpr std::array FAULT_TEXTS = {
 class UnitPropertiesDialog : public CVelmDialog {
 public:
     UnitPropertiesDialog(CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock)
-        : CVelmDialog(IDD_UNIT_PROPERTIES, IDM_OK_CANCEL),
+        : CVelmDialog(IDD_UNIT_PROPERTIES, IDM_OK_CANCEL, item.name.empty() ? u"New Unit" : u"Unit Properties",
+                      PLACEMENTS, DialogRow(item.GetType() == ITEM_FORMULA ? 4 : 3)),
           item_(item),
           document_(document),
-          clock_(clock),
-          isNew_(item.name.empty()) {}
+          clock_(clock) {}
 
 protected:
-    CVelmString Caption() const override { return isNew_ ? u"New Unit" : u"Unit Properties"; }
-    std::span<const CVelmPlacement> Placements() const override { return PLACEMENTS; }
-    int LeastHeight() const override { return DialogRow(FormulaItem() != nullptr ? 4 : 3); }
-
     HWND OnInit() override {
         SetText(IDC_ITEM_NAME, item_.name);
         SetText(IDC_ITEM_VALUE, item_.valueText);
@@ -84,7 +80,6 @@ private:
     CVelmItem& item_;
     const CVelmDocument& document_;
     const CVelmClock& clock_;
-    bool isNew_;
 };
 
 }  // namespace
