@@ -3,17 +3,16 @@
 # format, lint and layer checks. Ends in ctest's summary.
 set -eu
 cd "$(dirname "$0")"
-. tools/packages.sh
+. tools/build.sh
 
 # shellcheck disable=SC2086  # lists of words
-need_packages $BUILD_PACKAGES $WINDOWS_PACKAGES $TEST_PACKAGES
+alone need_packages $BUILD_PACKAGES $WINDOWS_PACKAGES $TEST_PACKAGES
 
 # The tests leave the Wine server waiting.
 trap 'tools/end-wine "$PWD/build/wine"' EXIT
 
 for preset in release linux linux-asan windows fuzz; do
-    echo "Building $preset"
-    build_preset "$preset"
+    alone build_preset "$preset"
 done
 
 # One run over all the builds, so that there is one summary.

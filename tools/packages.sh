@@ -1,4 +1,4 @@
-# Sourced by run.sh and test.sh: which Debian packages each job needs, and how they get here.
+# Sourced by tools/build.sh: which Debian packages each job needs, and how they get here.
 
 BUILD_PACKAGES="g++ cmake ninja-build libtomlplusplus-dev libfmt-dev
     libcurl4-openssl-dev libpugixml-dev"
@@ -15,7 +15,7 @@ need_packages() {
     done
     [ -n "$missing" ] || return 0
 
-    echo "Installing:$missing"
+    echo "Installing:$missing" >&2
     as_root=
     [ "$(id -u)" -eq 0 ] || as_root=sudo
     if [ -n "$as_root" ] && ! command -v sudo >/dev/null; then
@@ -32,17 +32,4 @@ need_packages() {
         return 1
     fi
     rm -f "$log"
-}
-
-# Configures and builds a preset. Quiet unless it fails: then the compiler's own words are shown.
-build_preset() {
-    preset=$1
-    shift
-    mkdir -p build
-    log=build/$preset.log
-    if ! { cmake --preset "$preset" && cmake --build --preset "$preset" "$@"; } >"$log" 2>&1; then
-        grep -vE '^\[[0-9]+/[0-9]+\] (Building|Linking)' "$log" | tail -n 100 >&2
-        echo "Building '$preset' failed; all of it is in $log" >&2
-        return 1
-    fi
 }
