@@ -1,8 +1,5 @@
 #include "tallyra/calculator.h"
 
-#include "formats/base_format.h"
-#include "formats/decimal_format.h"
-#include "formats/format_codes.h"
 #include "formula/functions.h"
 #include "formula/parser.h"
 
@@ -42,10 +39,6 @@ CalculatorResult CVelmCalculator::Compute(CVelmStringView line) {
     }
     DefineVariable(context_, ANSWER_NAME, result.value);
     return result;
-}
-
-CVelmString FormatResult(double value, std::uint32_t format) {
-    return format == FMT_DECIMAL ? FormatDecimal(value, true) : FormatBase(value, format, true);
 }
 
 }  // namespace velm

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include "formula/formula_context.h"
 #include "formula/formula_errors.h"
 #include "platform/text.h"
@@ -31,8 +29,5 @@ public:
 private:
     FormulaContext context_;
 };
-
-/// A result in one of the formats FMT_DECIMAL, FMT_HEX, FMT_OCTAL and FMT_BINARY.
-CVelmString FormatResult(double value, std::uint32_t format);
 
 }  // namespace velm

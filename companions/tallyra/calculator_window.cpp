@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "formats/decimal_format.h"
+#include "formats/format_table.h"
 #include "platform/wide_text_win32.h"
 #include "tallyra/key_table.h"
 #include "ui/calculator_messages.h"
@@ -22,13 +23,6 @@ constexpr WORD ID_MESSAGE = 102;
 constexpr WORD ID_ANGLE = 110;
 constexpr WORD ID_FIRST_BASE = 111;
 constexpr WORD ID_FIRST_KEY = 200;
-
-struct Base {
-    const char16_t* caption;
-    std::uint32_t format;
-};
-constexpr std::array<Base, 4> BASES = {
-    {{u"Dec", FMT_DECIMAL}, {u"Hex", FMT_HEX}, {u"Oct", FMT_OCTAL}, {u"Bin", FMT_BINARY}}};
 
 // Pixels of an ordinary screen.
 constexpr int MARGIN = 2;
@@ -82,8 +76,12 @@ bool CVelmCalculatorWindow::OnCreate() {
         button.SetFont(textFont_.get());
         button.SetText(CVelmString(caption));
     };
-    for (std::size_t i = 0; i < BASES.size(); ++i) {
-        init(bases_[i], static_cast<WORD>(ID_FIRST_BASE + i), BASES[i].caption);
+    for (const FormatKind& format : Formats()) {
+        if (*format.keyText != 0) {
+            const auto id = static_cast<WORD>(ID_FIRST_BASE + bases_.size());
+            bases_.emplace_back().code = format.code;
+            init(bases_.back().button, id, format.keyText);
+        }
     }
     init(angle_, ID_ANGLE, calculator_.AngleLabel());
     for (std::size_t i = 0; i < CalculatorKeys().size(); ++i) {
@@ -120,7 +118,7 @@ void CVelmCalculatorWindow::Layout() {
     };
     const int choices = static_cast<int>(bases_.size()) + 1;
     for (int i = 0; i < static_cast<int>(bases_.size()); ++i) {
-        bases_[static_cast<std::size_t>(i)].Move(cell(i, choices, choiceTop, line));
+        bases_[static_cast<std::size_t>(i)].button.Move(cell(i, choices, choiceTop, line));
     }
     angle_.Move(cell(choices - 1, choices, choiceTop, line));
     for (int i = 0; i < static_cast<int>(keys_.size()); ++i) {
@@ -131,8 +129,8 @@ void CVelmCalculatorWindow::Layout() {
 
 std::vector<CVelmPressButton*> CVelmCalculatorWindow::Buttons() {
     std::vector<CVelmPressButton*> buttons;
-    for (CVelmDrawnButton& base : bases_) {
-        buttons.push_back(&base);
+    for (Base& base : bases_) {
+        buttons.push_back(&base.button);
     }
     buttons.push_back(&angle_);
     for (const auto& key : keys_) {
@@ -221,7 +219,7 @@ void CVelmCalculatorWindow::OnCommand(WORD id, WORD notification) {
         }
     } else if (id == ID_ANGLE) {
         angle_.SetText(calculator_.CycleAngle());
-    } else if (id >= ID_FIRST_BASE && id < ID_FIRST_BASE + BASES.size()) {
+    } else if (id >= ID_FIRST_BASE && id < ID_FIRST_BASE + bases_.size()) {
         ChooseBase(static_cast<std::size_t>(id - ID_FIRST_BASE));
         ShowResult();
     } else if (id >= ID_FIRST_KEY && id < ID_FIRST_KEY + keys_.size()) {
@@ -262,14 +260,14 @@ void CVelmCalculatorWindow::Compute() {
     }
     result_ = result.value;
     ShowResult();
-    tape_.Add(line, FormatResult(result.value, format_));
+    tape_.Add(line, format_.FormatValue(result.value, services_.locale));
     ShowTapeLine(tape_.Lines().back());
     SendMessageW(expression_, EM_SETSEL, 0, -1);
 }
 
 void CVelmCalculatorWindow::ShowResult() {
     if (result_) {
-        ShowMessage(FormatResult(*result_, format_));
+        ShowMessage(format_.FormatValue(*result_, services_.locale));
     }
 }
 
@@ -311,9 +309,9 @@ bool CVelmCalculatorWindow::TakeValue(const COPYDATASTRUCT& data) {
 }
 
 void CVelmCalculatorWindow::ChooseBase(std::size_t index) {
-    format_ = BASES[index].format;
+    format_.displayFormat = bases_[index].code;
     for (std::size_t i = 0; i < bases_.size(); ++i) {
-        bases_[i].SetSelected(i == index);
+        bases_[i].button.SetSelected(i == index);
     }
 }
 

@@ -2,12 +2,13 @@
 
 #include <windows.h>
 
-#include <array>
+#include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <vector>
 
-#include "formats/format_codes.h"
+#include "formats/value_format.h"
 #include "tallyra/calculator.h"
 #include "tallyra/tape.h"
 #include "ui/drawn_button.h"
@@ -34,6 +35,12 @@ public:
     std::vector<CVelmPressButton*> Buttons();
 
 private:
+    /// The key that shows results in a format.
+    struct Base {
+        std::uint32_t code = 0;
+        CVelmDrawnButton button;
+    };
+
     bool OnCreate();
     void Layout();
     void Paint();
@@ -53,13 +60,13 @@ private:
     CVelmCalculator calculator_;
     CVelmTape tape_;
     std::optional<double> result_;
-    std::uint32_t format_ = FMT_DECIMAL;
+    CVelmValueFormat format_;
     CVelmFont textFont_;
     CVelmFont resultFont_;
     HWND tapeList_ = nullptr;
     HWND expression_ = nullptr;
     HWND message_ = nullptr;
-    std::array<CVelmDrawnButton, 4> bases_;
+    std::deque<Base> bases_;
     CVelmDrawnButton angle_;
     std::vector<std::unique_ptr<CVelmDrawnButton>> keys_;
     CVelmButtonRouter router_;

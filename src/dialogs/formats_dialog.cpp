@@ -1,8 +1,10 @@
 #include <array>
+#include <bit>
 
 #include "dialogs/dialog_frame.h"
 #include "dialogs/dialogs.h"
 #include "formats/decimal_format.h"
+#include "formats/format_table.h"
 #include "formats/value_format.h"
 #include "formula/tokenizer.h"
 #include "resource.h"
@@ -10,17 +12,10 @@
 namespace velm {
 namespace {
 
-struct FormatBox {
-    WORD control;
-    std::uint32_t code;
-};
-
-constexpr std::array FORMAT_BOXES = {
-    FormatBox{IDC_FORMAT_DECIMAL, FMT_DECIMAL},   FormatBox{IDC_FORMAT_CURRENCY, FMT_CURRENCY},
-    FormatBox{IDC_FORMAT_COMPOUND, FMT_COMPOUND}, FormatBox{IDC_FORMAT_HEX, FMT_HEX},
-    FormatBox{IDC_FORMAT_OCTAL, FMT_OCTAL},       FormatBox{IDC_FORMAT_BINARY, FMT_BINARY},
-    FormatBox{IDC_FORMAT_DATE, FMT_DATE},         FormatBox{IDC_FORMAT_DATETIME, FMT_DATETIME},
-};
+/// The check box that allows a format.
+WORD BoxOf(const FormatKind& format) {
+    return static_cast<WORD>(IDC_FIRST_FORMAT + std::countr_zero(format.code));
+}
 
 struct PartBoxes {
     WORD factor;
@@ -101,8 +96,8 @@ public:
 
 protected:
     HWND OnInit() override {
-        for (const FormatBox& box : FORMAT_BOXES) {
-            Check(box.control, (format_.allowedFormats & box.code) != 0);
+        for (const FormatKind& format : Formats()) {
+            Check(BoxOf(format), (format_.allowedFormats & format.code) != 0);
         }
         std::size_t used = 0;
         if (IsChecked(IDC_FORMAT_COMPOUND)) {
@@ -141,8 +136,8 @@ protected:
             }
         }
         std::uint32_t mask = 0;
-        for (const FormatBox& box : FORMAT_BOXES) {
-            mask |= IsChecked(box.control) ? box.code : 0;
+        for (const FormatKind& format : Formats()) {
+            mask |= IsChecked(BoxOf(format)) ? format.code : 0;
         }
         format_.SetAllowedFormats(mask);
         if ((mask & FMT_COMPOUND) != 0) {

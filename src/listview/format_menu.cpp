@@ -1,50 +1,29 @@
 #include "listview/format_menu.h"
 
-#include <array>
-
+#include "formats/format_table.h"
 #include "formats/value_format.h"
+#include "platform/wide_text_win32.h"
 #include "ui/gdi.h"
 
 namespace velm {
 namespace {
 
-struct MenuFormat {
-    std::uint32_t code;
-    const wchar_t* text;
-};
-
-// In the order of the menu and of the icons in the strip.
-constexpr std::array MENU_FORMATS = {
-    MenuFormat{FMT_DECIMAL, L"Default (decimal)"},
-    MenuFormat{FMT_CURRENCY, L"Currency"},
-    MenuFormat{FMT_HEX, L"Hexadecimal"},
-    MenuFormat{FMT_OCTAL, L"Octal"},
-    MenuFormat{FMT_BINARY, L"Binary"},
-    MenuFormat{FMT_DATE, L"Date"},
-    MenuFormat{FMT_DATETIME, L"Date Time"},
-    MenuFormat{FMT_COMPOUND, L"Compound"},
-};
-
-constexpr int FIRST_FORMAT_ID = 1;
-constexpr int CUSTOMIZE_ID = 100;
+/// No format's code, which the other entries have.
+constexpr int CUSTOMIZE_ID = 0x7FFF;
 
 }  // namespace
 
 int FormatIcon(std::uint32_t displayFormat) {
-    for (std::size_t i = 0; i < MENU_FORMATS.size(); ++i) {
-        if (MENU_FORMATS[i].code == displayFormat) {
-            return static_cast<int>(i);
-        }
-    }
-    return -1;
+    const FormatKind* const format = FindFormat(displayFormat);
+    return format == nullptr ? -1 : static_cast<int>(format - Formats().data());
 }
 
 FormatChoice ShowFormatMenu(HWND owner, POINT place, const CVelmValueFormat& format, std::uint32_t& code) {
     const CVelmMenu menu(CreatePopupMenu());
-    for (std::size_t i = 0; i < MENU_FORMATS.size(); ++i) {
-        if ((format.allowedFormats & MENU_FORMATS[i].code) != 0) {
-            const UINT check = format.displayFormat == MENU_FORMATS[i].code ? MF_CHECKED : MF_UNCHECKED;
-            AppendMenuW(menu.get(), MF_STRING | check, FIRST_FORMAT_ID + i, MENU_FORMATS[i].text);
+    for (const FormatKind& kind : Formats()) {
+        if ((format.allowedFormats & kind.code) != 0) {
+            const UINT check = format.displayFormat == kind.code ? MF_CHECKED : MF_UNCHECKED;
+            AppendMenuW(menu.get(), MF_STRING | check, kind.code, Wide(kind.menuText));
         }
     }
     AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
@@ -54,11 +33,8 @@ FormatChoice ShowFormatMenu(HWND owner, POINT place, const CVelmValueFormat& for
     if (chosen == CUSTOMIZE_ID) {
         return FormatChoice::Customize;
     }
-    if (chosen < FIRST_FORMAT_ID) {
-        return FormatChoice::None;
-    }
-    code = MENU_FORMATS[static_cast<std::size_t>(chosen - FIRST_FORMAT_ID)].code;
-    return FormatChoice::Format;
+    code = static_cast<std::uint32_t>(chosen);
+    return FindFormat(code) == nullptr ? FormatChoice::None : FormatChoice::Format;
 }
 
 }  // namespace velm

@@ -7,6 +7,7 @@
 
 #include "datetime/date_time.h"
 #include "formats/decimal_format.h"
+#include "formats/format_table.h"
 #include "model/item.h"
 #include "resource.h"
 #include "ui/display_scale.h"
@@ -23,13 +24,6 @@ constexpr int LAST_HOUR = 23;
 /// The years that a picker can show.
 constexpr int FIRST_PICKER_YEAR = 1753;
 constexpr int LAST_PICKER_YEAR = 9999;
-
-/// How a number base is typed and how the formula language marks it.
-struct BaseSuffix {
-    std::uint32_t code;
-    char16_t suffix;
-};
-constexpr BaseSuffix BASE_SUFFIXES[] = {{FMT_HEX, u'h'}, {FMT_OCTAL, u'o'}, {FMT_BINARY, u'b'}};
 
 SYSTEMTIME Today() {
     SYSTEMTIME now{};
@@ -225,10 +219,7 @@ CVelmString CVelmValueEditor::InputText(double value) const {
     if (item_ == nullptr || std::isnan(value)) {
         return {};
     }
-    // The format shown may be another than the item's own, which the item's set of formats need not hold.
-    CVelmValueFormat format(item_->format);
-    format.inputFormat = code_;
-    return format.FormatValueForInput(value);
+    return FormatOf(code_).write(value, false);
 }
 
 bool CVelmValueEditor::ParseValue(double& value) {
@@ -264,14 +255,7 @@ CVelmString CVelmValueEditor::Content() const {
 }
 
 bool CVelmValueEditor::ParseText(double& value) {
-    CVelmString text = ToLowerAscii(TypedText());
-    for (const BaseSuffix& base : BASE_SUFFIXES) {
-        if (base.code == code_) {
-            const bool letterFirst = base.code == FMT_HEX && text.front() >= u'a' && text.front() <= u'f';
-            text = (letterFirst ? u"0" : u"") + text + base.suffix;
-        }
-    }
-    const bool parses = item_->format.ParseValueText(text, context_, value);
+    const bool parses = item_->format.ParseTyped(TypedText(), code_, context_, value);
     SetTextParses(parses);
     return parses;
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "formats/format_table.h"
 #include "model/item.h"
 #include "resource.h"
 #include "ui/bitmap.h"
@@ -24,22 +25,6 @@ constexpr int TAB_HEIGHT = 16;
 constexpr int TAB_ROOM = 10;
 constexpr int TAB_FONT = 12;
 constexpr int BUTTON_WIDTH = 20;
-
-/// A tab stands for the first format of its row that the item allows; the rows are in the order of the tabs.
-struct TabFormats {
-    std::uint32_t first;
-    std::uint32_t second;  ///< 0 for none
-    const char16_t* firstCaption;
-    const char16_t* secondCaption;
-};
-constexpr TabFormats TAB_FORMATS[] = {
-    {FMT_DECIMAL, FMT_CURRENCY, u"numeric/calc", u"numeric/calc"},
-    {FMT_HEX, 0, u"hexadecimal", u""},
-    {FMT_OCTAL, 0, u"octal", u""},
-    {FMT_BINARY, 0, u"binary", u""},
-    {FMT_DATETIME, FMT_DATE, u"date time", u"date"},
-    {FMT_COMPOUND, 0, u"compound", u""},
-};
 
 }  // namespace
 
@@ -111,7 +96,7 @@ bool CVelmValuePanel::OnCreate() {
 }
 
 bool CVelmValuePanel::RoutePen(UINT message, WPARAM wParam, LPARAM lParam) {
-    std::array<CVelmPressButton*, MOST_TABS + 2> buttons = {&accept_, &restore_};
+    std::array<CVelmPressButton*, MAX_TABS + 2> buttons = {&accept_, &restore_};
     const auto tabs = static_cast<std::size_t>(tabCount_);
     for (std::size_t i = 0; i < tabs; ++i) {
         buttons[i + 2] = &tabs_[i].button;
@@ -143,8 +128,7 @@ void CVelmValuePanel::AttachItem(CVelmItem* item) {
     }
     MakeTabs();
     Show(true);
-    const bool hasTabs = tabCount_ > 0;
-    editor_.AttachItem(item, hasTabs ? TabFormat(selectedTab_) : FMT_DECIMAL);
+    editor_.AttachItem(item, item->format.TypedFormat());
     if (item->state == STATE_VALID) {
         editor_.LoadValue(item->value, false);
     }
@@ -155,25 +139,21 @@ void CVelmValuePanel::AttachItem(CVelmItem* item) {
 }
 
 void CVelmValuePanel::MakeTabs() {
-    for (const TabFormats& formats : TAB_FORMATS) {
-        const bool first = (item_->format.allowedFormats & formats.first) != 0;
-        if ((!first && (item_->format.allowedFormats & formats.second) == 0) || tabCount_ == MOST_TABS) {
+    const std::uint32_t typed = item_->format.TypedFormat();
+    for (const FormatKind& format : Formats()) {
+        if (!format.HasTab(item_->format.allowedFormats) || tabCount_ == MAX_TABS) {
             continue;
         }
         Tab& tab = tabs_[static_cast<std::size_t>(tabCount_)];
-        tab.code = first ? formats.first : formats.second;
+        tab.code = format.code;
         tab.button.Init({}, Handle(), static_cast<WORD>(IDC_FIRST_TAB + tabCount_));
         tab.button.SetFont(tabFont_.get());
-        tab.button.SetText(first ? formats.firstCaption : formats.secondCaption);
-        tab.button.SetSelected(tab.code == item_->format.inputFormat);
-        if (tab.code == item_->format.inputFormat) {
+        tab.button.SetText(format.tabText);
+        tab.button.SetSelected(format.code == typed);
+        if (format.code == typed) {
             selectedTab_ = tabCount_;
         }
         ++tabCount_;
-    }
-    if (selectedTab_ < 0 && tabCount_ > 0) {
-        selectedTab_ = 0;
-        tabs_[0].button.SetSelected(true);
     }
     LayoutTabs();
     InvalidateRect(Handle(), nullptr, FALSE);
@@ -301,7 +281,7 @@ void CVelmValuePanel::Layout() {
 /// Each tab as wide as its caption; all of them narrower when together they are too wide for the panel.
 void CVelmValuePanel::LayoutTabs() {
     const RECT area = ClientArea(Handle());
-    std::array<int, MOST_TABS> widths{};
+    std::array<int, MAX_TABS> widths{};
     int sum = 0;
     const auto count = static_cast<std::size_t>(tabCount_);
     const CVelmTextMeasure measure(Handle(), tabFont_.get());

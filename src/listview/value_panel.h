@@ -58,7 +58,7 @@ public:
     HICON ErrorIcon() const { return errorIcon_.get(); }
 
 private:
-    static constexpr int MOST_TABS = 8;
+    static constexpr int MAX_TABS = 8;
 
     struct Tab {
         CVelmDrawnButton button;
@@ -85,7 +85,7 @@ private:
     CVelmValueEditor editor_;
     CVelmDrawnButton accept_;
     CVelmDrawnButton restore_;
-    std::array<Tab, MOST_TABS> tabs_;
+    std::array<Tab, MAX_TABS> tabs_;
     int tabCount_ = 0;
     int selectedTab_ = -1;
     CVelmFont tabFont_;

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <set>
 
+#include "formats/format_table.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
 #include "support/picture.h"
@@ -94,6 +96,10 @@ TEST_F(DialogFrameTest, ScrollsToWhatHasTheFocusWhereThereIsNoRoom) {
         program.Key(VK_TAB);
     }
     EXPECT_EQ(visited.size(), 16U) << "every box comes into view";
+    for (const FormatKind& format : Formats()) {
+        const HWND box = dialog.Control(IDC_FIRST_FORMAT + std::countr_zero(format.code));
+        EXPECT_TRUE(visited.contains(box)) << format.word << " can be allowed";
+    }
     EXPECT_EQ(program.Focus(), first);
     program.Wheel(-WHEEL_DELTA);
     program.Settle();

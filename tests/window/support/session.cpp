@@ -5,6 +5,7 @@
 #include <regex>
 
 #include "formats/decimal_format.h"
+#include "formats/format_table.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/command_bar.h"
 #include "resource.h"
@@ -20,10 +21,6 @@ namespace velm::test {
 namespace {
 
 constexpr UINT_PTR COMMIT_TIMER = 1;
-
-const std::map<std::string, std::uint32_t> FORMATS = {
-    {"decimal", FMT_DECIMAL}, {"currency", FMT_CURRENCY}, {"hex", FMT_HEX},           {"octal", FMT_OCTAL},
-    {"binary", FMT_BINARY},   {"date", FMT_DATE},         {"datetime", FMT_DATETIME}, {"compound", FMT_COMPOUND}};
 
 const std::map<std::string, WORD> KEYS = {
     {"Tab", VK_TAB},       {"Enter", VK_RETURN},  {"Escape", VK_ESCAPE}, {"Delete", VK_DELETE}, {"Back", VK_BACK},
@@ -401,10 +398,10 @@ void ProgramTest::Allow(int row, const std::string& formats) {
     CVelmValueFormat& format = Item(row).format;
     std::uint32_t allowed = 0;
     for (const std::string& name : Split(formats, " ")) {
-        allowed |= FORMATS.at(name);
+        allowed |= FindFormat(name)->code;
     }
     format.SetAllowedFormats(allowed);
-    format.displayFormat = format.inputFormat = FORMATS.at(Split(formats, " ")[0]);
+    format.displayFormat = format.inputFormat = FindFormat(Split(formats, " ")[0])->code;
     Select(row);
 }
 
