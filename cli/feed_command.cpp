@@ -16,12 +16,12 @@ namespace velm {
 namespace {
 
 constexpr const char* LIST_NAME = "convupd.txt";
-constexpr std::size_t LARGEST_TABLE = 16 << 20;
-constexpr char16_t LARGEST_BYTE = 0xFF;
+constexpr std::size_t MAX_TABLE = 16 << 20;
+constexpr char16_t MAX_BYTE = 0xFF;
 
 std::string ReadTable(CVelmFileSystem& files, const std::string& path) {
-    std::string bytes = ReadWholeFile(files, path, LARGEST_TABLE + 1);
-    if (bytes.size() > LARGEST_TABLE) {
+    std::string bytes = ReadWholeFile(files, path, MAX_TABLE + 1);
+    if (bytes.size() > MAX_TABLE) {
         Fail(Quoted(path) + " is too large for a table of rates");
     }
     return bytes;
@@ -38,7 +38,7 @@ std::string AsBytes(const CVelmString& text) {
 
 CVelmString CheckedFileName(const std::string& file) {
     CVelmString name = FromUtf8(file);
-    const bool fits = std::all_of(name.begin(), name.end(), [](char16_t unit) { return unit <= LARGEST_BYTE; });
+    const bool fits = std::all_of(name.begin(), name.end(), [](char16_t unit) { return unit <= MAX_BYTE; });
     if (!fits || !IsUsableFileName(name)) {
         Fail(Quoted(file) + " cannot be the name of a data file that is updated over the network");
     }

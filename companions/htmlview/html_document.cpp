@@ -14,7 +14,7 @@ namespace {
 
 constexpr int DEEPEST_INDENT = 8;
 constexpr std::size_t DEEPEST_NESTING = 64;
-constexpr std::size_t MOST_CELLS = 32;
+constexpr std::size_t MAX_CELLS = 32;
 
 class DocumentBuilder {
 public:
@@ -273,7 +273,7 @@ void DocumentBuilder::OpenCell(bool header) {
     CloseLink();
     spaceDue_ = false;
     headerCell_ = header;
-    if (row_.cells.size() < MOST_CELLS) {
+    if (row_.cells.size() < MAX_CELLS) {
         row_.cells.emplace_back();
     } else if (inCell_) {
         BreakParagraph(false);

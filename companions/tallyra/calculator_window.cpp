@@ -27,8 +27,8 @@ constexpr WORD ID_FIRST_KEY = 200;
 // Pixels of an ordinary screen.
 constexpr int MARGIN = 2;
 constexpr int LINE_HEIGHT = 22;
-constexpr int LEAST_KEY_HEIGHT = 14;
-constexpr int MOST_KEY_HEIGHT = 28;
+constexpr int MIN_KEY_HEIGHT = 14;
+constexpr int MAX_KEY_HEIGHT = 28;
 constexpr int TEXT_FONT = 14;
 
 CVelmString TapeText(const TapeLine& line) {
@@ -69,7 +69,7 @@ bool CVelmCalculatorWindow::OnCreate() {
     if (tapeList_ == nullptr || expression_ == nullptr || message_ == nullptr) {
         return false;
     }
-    SendMessageW(expression_, EM_LIMITTEXT, CVelmTape::LONGEST_TEXT, 0);
+    SendMessageW(expression_, EM_LIMITTEXT, CVelmTape::MAX_TEXT, 0);
 
     const auto init = [this](CVelmDrawnButton& button, WORD id, CVelmStringView caption) {
         button.Init(RECT{}, Handle(), id);
@@ -102,7 +102,7 @@ void CVelmCalculatorWindow::Layout() {
     const int margin = Scaled(MARGIN);
     const int line = Scaled(LINE_HEIGHT);
     const int rows = static_cast<int>(keys_.size()) / KEY_COLUMNS;
-    const int keyHeight = std::clamp(Height(client) / 2 / rows, Scaled(LEAST_KEY_HEIGHT), Scaled(MOST_KEY_HEIGHT));
+    const int keyHeight = std::clamp(Height(client) / 2 / rows, Scaled(MIN_KEY_HEIGHT), Scaled(MAX_KEY_HEIGHT));
     const int keysTop = Height(client) - rows * keyHeight - margin;
     const int choiceTop = keysTop - line;
     const int messageTop = choiceTop - line;
@@ -277,7 +277,7 @@ void CVelmCalculatorWindow::ShowMessage(CVelmStringView text) {
 
 void CVelmCalculatorWindow::ShowTapeLine(const TapeLine& line) {
     const LRESULT index = SendMessageW(tapeList_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(TapeText(line))));
-    if (index >= static_cast<LRESULT>(CVelmTape::MOST_LINES)) {
+    if (index >= static_cast<LRESULT>(CVelmTape::MAX_LINES)) {
         SendMessageW(tapeList_, LB_DELETESTRING, 0, 0);
     }
     SendMessageW(tapeList_, LB_SETTOPINDEX, static_cast<WPARAM>(index), 0);

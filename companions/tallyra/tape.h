@@ -18,10 +18,10 @@ struct TapeLine {
 /// The expressions computed before, oldest first, with their results as they were shown.
 class CVelmTape {
 public:
-    static constexpr std::size_t MOST_LINES = 500;
-    static constexpr std::size_t LONGEST_TEXT = 1000;
+    static constexpr std::size_t MAX_LINES = 500;
+    static constexpr std::size_t MAX_TEXT = 1000;
 
-    /// Puts a line at the end; the oldest goes when there are too many. Texts are cut to LONGEST_TEXT units.
+    /// Puts a line at the end; the oldest goes when there are too many. Texts are cut to MAX_TEXT units.
     void Add(CVelmStringView expression, CVelmStringView result);
     void Clear() { lines_.clear(); }
 

@@ -16,7 +16,7 @@ constexpr int TEXT_LEFT = PICTURE_SIZE + 14;
 constexpr int LINE_HEIGHT = 17;
 constexpr int TITLE_FONT = 16;
 constexpr int LICENSE_TOP = 114;
-constexpr int LEAST_HEIGHT = LICENSE_TOP + 4 * LINE_HEIGHT;
+constexpr int MIN_HEIGHT = LICENSE_TOP + 4 * LINE_HEIGHT;
 
 constexpr CVelmPlacement Line(WORD control, int left, int top, int height = LINE_HEIGHT) {
     return {control, FromStart(left), FromStart(top), FromEnd(DIALOG_MARGIN), FromStart(top + height)};
@@ -36,7 +36,7 @@ constexpr std::array PLACEMENTS = {
 class AboutDialog : public CVelmDialog {
 public:
     explicit AboutDialog(const CVelmString& updateAddress)
-        : CVelmDialog(IDD_ABOUT, IDM_DONE, u"Corvane Velmora", PLACEMENTS, LEAST_HEIGHT),
+        : CVelmDialog(IDD_ABOUT, IDM_DONE, u"Corvane Velmora", PLACEMENTS, MIN_HEIGHT),
           updateAddress_(updateAddress),
           picture_(LoadProgramIcon(IDI_CONVERSION_FILE, PICTURE_SIZE)),
           titleFont_(CreateProgramFont(TITLE_FONT, true)) {}

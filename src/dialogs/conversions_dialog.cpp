@@ -11,7 +11,7 @@ constexpr std::size_t ROW_UNIT_MAX = 16;
 constexpr std::size_t ROW_MAX = 37;
 
 /// Of the list, in pixels of an ordinary screen.
-constexpr int LEAST_LIST_HEIGHT = 44;
+constexpr int MIN_LIST_HEIGHT = 44;
 
 constexpr auto PLACEMENTS = JoinPlacements(
     std::array{
@@ -30,7 +30,7 @@ class ConversionsDialog : public CVelmDialog {
 public:
     ConversionsDialog(CVelmConversionDoc& document, FormulaContext& context)
         : CVelmDialog(IDD_CONVERSIONS, IDM_CONVERSIONS, u"Unit Conversions", PLACEMENTS,
-                      LEAST_LIST_HEIGHT + CONVERSION_FIELDS_HEIGHT + DIALOG_MARGIN),
+                      MIN_LIST_HEIGHT + CONVERSION_FIELDS_HEIGHT + DIALOG_MARGIN),
           document_(document),
           context_(context) {}
 

@@ -154,7 +154,7 @@ void CVelmDialog::Layout() {
         return;  // not initialised yet
     }
     RECT room = Room();
-    const int needed = Scaled(leastHeight_);
+    const int needed = Scaled(minHeight_);
     const bool scrolls = needed > Height(room);
     if (scrolls) {
         const LONG left = room.right - GetSystemMetrics(SM_CXVSCROLL);

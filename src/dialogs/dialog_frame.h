@@ -86,15 +86,15 @@ public:
     int Show(HWND parent);
 
 protected:
-    /// Identifiers of a dialog template and of a menu resource. The placements outlive the dialog; `leastHeight` is
+    /// Identifiers of a dialog template and of a menu resource. The placements outlive the dialog; `minHeight` is
     /// what they need under the caption, in pixels of an ordinary screen.
     CVelmDialog(WORD dialog, WORD menuBar, CVelmString caption, std::span<const CVelmPlacement> placements,
-                int leastHeight = 0)
+                int minHeight = 0)
         : template_(dialog),
           menuBar_(menuBar),
           caption_(std::move(caption)),
           placements_(placements),
-          leastHeight_(leastHeight) {}
+          minHeight_(minHeight) {}
 
     /// Fills the controls. Returns the one to focus, or null for the first.
     virtual HWND OnInit() = 0;
@@ -172,7 +172,7 @@ private:
     WORD menuBar_;
     CVelmString caption_;
     std::span<const CVelmPlacement> placements_;
-    int leastHeight_;
+    int minHeight_;
     HWND handle_ = nullptr;
     HWND bar_ = nullptr;
     HWND scrollBar_ = nullptr;

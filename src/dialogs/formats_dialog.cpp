@@ -20,7 +20,7 @@ WORD BoxOf(const FormatKind& format) {
 struct PartBoxes {
     WORD factor;
     WORD label;
-    std::size_t longestLabel;
+    std::size_t maxLabel;
 };
 
 constexpr std::size_t LABEL_MAX = 8;
@@ -41,7 +41,7 @@ constexpr int PART_TOP = 4 * CHECK_HEIGHT;
 constexpr int PART_HEIGHT = 22;
 constexpr int BASES_TOP = PART_TOP + COMPOUND_PARTS * PART_HEIGHT + DIALOG_MARGIN;
 constexpr int OTHERS_TOP = BASES_TOP + 2 * CHECK_HEIGHT;
-constexpr int LEAST_HEIGHT = OTHERS_TOP + 2 * CHECK_HEIGHT;
+constexpr int MIN_HEIGHT = OTHERS_TOP + 2 * CHECK_HEIGHT;
 constexpr int INDENT = 18;
 
 constexpr CVelmPlacement Line(WORD control, int left, int top) {
@@ -92,7 +92,7 @@ constexpr std::array PLACEMENTS = {
 class FormatsDialog : public CVelmDialog {
 public:
     explicit FormatsDialog(CVelmValueFormat& format)
-        : CVelmDialog(IDD_FORMATS, IDM_OK_CANCEL, u"Formats", PLACEMENTS, LEAST_HEIGHT), format_(format) {}
+        : CVelmDialog(IDD_FORMATS, IDM_OK_CANCEL, u"Formats", PLACEMENTS, MIN_HEIGHT), format_(format) {}
 
 protected:
     HWND OnInit() override {
@@ -111,7 +111,7 @@ protected:
             factors_[i] = i == 0 ? 1.0 : part.factor;
             factorTexts_[i] = NumberToText(factors_[i]);
             SetText(PART_BOXES[i].factor, factorTexts_[i]);
-            SetText(PART_BOXES[i].label, part.label, PART_BOXES[i].longestLabel);
+            SetText(PART_BOXES[i].label, part.label, PART_BOXES[i].maxLabel);
         }
         return nullptr;
     }
@@ -130,7 +130,7 @@ protected:
             }
         }
         for (const PartBoxes& boxes : PART_BOXES) {
-            if (LabelText(boxes).size() > boxes.longestLabel) {
+            if (LabelText(boxes).size() > boxes.maxLabel) {
                 Refuse(boxes.label, u"Please enter no more than 8 characters.");
                 return;
             }

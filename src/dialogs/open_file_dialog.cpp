@@ -32,7 +32,7 @@ constexpr int LIST_BOTTOM_ROOM = 30;
 constexpr int BOX_RIGHT_ROOM = 10;
 constexpr int BOX_TOP = 3;
 constexpr int LIST_TOP = 28;
-constexpr int LEAST_HEIGHT = 84;
+constexpr int MIN_HEIGHT = 84;
 
 constexpr std::array PLACEMENTS = {
     CVelmPlacement{IDC_LABEL_1, FromStart(DIALOG_MARGIN), FromStart(BOX_TOP + 3), FromStart(DIALOG_LABEL_WIDTH),
@@ -46,7 +46,7 @@ class OpenFileDialog : public CVelmDialog {
 public:
     OpenFileDialog(CVelmCatalog& catalog, CVelmReferenceList& references, const CVelmString& referenceFolder,
                    CVelmHtmlLibrary& html)
-        : CVelmDialog(IDD_OPEN_FILE, IDM_OK_CANCEL, u"Open File", PLACEMENTS, LEAST_HEIGHT),
+        : CVelmDialog(IDD_OPEN_FILE, IDM_OK_CANCEL, u"Open File", PLACEMENTS, MIN_HEIGHT),
           catalog_(catalog),
           references_(references),
           referenceFolder_(referenceFolder),

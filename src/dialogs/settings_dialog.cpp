@@ -13,17 +13,16 @@ constexpr CVelmPlacement FullWidth(WORD control, int top, int bottom) {
     return {control, FromStart(DIALOG_MARGIN), FromStart(top), FromEnd(DIALOG_MARGIN), FromStart(bottom)};
 }
 
-constexpr int LEAST_HEIGHT = 124;
+constexpr int MIN_HEIGHT = 124;
 constexpr std::array PLACEMENTS = {
-    FullWidth(IDC_LABEL_1, 5, 19),     FullWidth(IDC_DATA_FOLDER, 20, 41),           FullWidth(IDC_LABEL_2, 47, 61),
-    FullWidth(IDC_UPDATE_URL, 62, 83), FullWidth(IDC_LABEL_3, 89, LEAST_HEIGHT - 3),
+    FullWidth(IDC_LABEL_1, 5, 19),     FullWidth(IDC_DATA_FOLDER, 20, 41),         FullWidth(IDC_LABEL_2, 47, 61),
+    FullWidth(IDC_UPDATE_URL, 62, 83), FullWidth(IDC_LABEL_3, 89, MIN_HEIGHT - 3),
 };
 
 class SettingsDialog : public CVelmDialog {
 public:
     explicit SettingsDialog(CVelmSettings& settings)
-        : CVelmDialog(IDD_SETTINGS, IDM_OK_CANCEL, u"Velmora Settings", PLACEMENTS, LEAST_HEIGHT),
-          settings_(settings) {}
+        : CVelmDialog(IDD_SETTINGS, IDM_OK_CANCEL, u"Velmora Settings", PLACEMENTS, MIN_HEIGHT), settings_(settings) {}
 
 protected:
     HWND OnInit() override {

@@ -14,7 +14,7 @@ namespace {
 constexpr int FONT_HEIGHT = 14;
 constexpr int SIGN_WIDTH = 8;
 constexpr int LABEL_MARGIN = 2;
-constexpr int LEAST_BOX_WIDTH = 18;
+constexpr int MIN_BOX_WIDTH = 18;
 constexpr COLORREF TEXT_COLOR = RGB(0, 0, 0);
 constexpr UINT FIRST_PART = 1;  // identifiers of the boxes within the editor
 
@@ -207,11 +207,11 @@ void CVelmCompoundEditor::Layout() {
     const RECT area = ClientArea(Handle());
     std::array<int, COMPOUND_PARTS> labelWidths{};
     int boxesWidth = Width(area) - Scaled(SIGN_WIDTH);
-    const int mostForLabel = count_ == 0 ? 0 : boxesWidth / count_ - Scaled(LEAST_BOX_WIDTH);
+    const int maxForLabel = count_ == 0 ? 0 : boxesWidth / count_ - Scaled(MIN_BOX_WIDTH);
     const CVelmTextMeasure measure(Handle(), font_.get());
     for (std::size_t i = 0; i < static_cast<std::size_t>(count_); ++i) {
         const int width = TextWidth(measure.Dc(), labels_[i]) + Scaled(2 * LABEL_MARGIN);
-        labelWidths[i] = std::max(Scaled(LABEL_MARGIN), std::min(width, mostForLabel));
+        labelWidths[i] = std::max(Scaled(LABEL_MARGIN), std::min(width, maxForLabel));
         boxesWidth -= labelWidths[i];
     }
     int left = Scaled(SIGN_WIDTH);
@@ -221,7 +221,7 @@ void CVelmCompoundEditor::Layout() {
         if (!used) {
             continue;
         }
-        const int width = std::max(Scaled(LEAST_BOX_WIDTH), boxesWidth / count_);
+        const int width = std::max(Scaled(MIN_BOX_WIDTH), boxesWidth / count_);
         MoveWindow(parts_[i].Handle(), left, 0, width, Height(area), TRUE);
         left += width;
         labelAreas_[i] = {left + Scaled(LABEL_MARGIN), area.top, left + labelWidths[i], area.bottom};

@@ -22,7 +22,7 @@ namespace {
 
 constexpr int ROW_HEIGHT = 21;
 constexpr int TWO_LINE_ROW_HEIGHT = 38;
-constexpr int LEAST_TWO_LINE_HEIGHT = 76;
+constexpr int MIN_TWO_LINE_HEIGHT = 76;
 constexpr int ROW_FONT = 14;
 constexpr LPARAM NO_PLACE = -1;    // of a context menu that a key asks for
 constexpr WORD FORMAT_BUTTON = 1;  // the command of every row's format button, posted to the list itself
@@ -180,7 +180,7 @@ void CVelmItemList::CopySelectedValue() {
 void CVelmItemList::Layout(int width, int height) {
     width_ = width;
     height_ = height;
-    twoLines_ = height >= Scaled(LEAST_TWO_LINE_HEIGHT) && environment_.settings.twoLineRows != 0;
+    twoLines_ = height >= Scaled(MIN_TWO_LINE_HEIGHT) && environment_.settings.twoLineRows != 0;
     rowHeight_ = Scaled(twoLines_ ? TWO_LINE_ROW_HEIGHT : ROW_HEIGHT);
     visibleRows_ = std::max(1, height / rowHeight_);
     top_ = Reachable(top_);

@@ -153,7 +153,7 @@ private:
         set(CURLOPT_PROTOCOLS_STR, "http");
         set(CURLOPT_REDIR_PROTOCOLS_STR, "http");
         set(CURLOPT_FOLLOWLOCATION, 1L);
-        set(CURLOPT_MAXREDIRS, static_cast<long>(MOST_REDIRECTIONS));
+        set(CURLOPT_MAXREDIRS, static_cast<long>(MAX_REDIRECTIONS));
         set(CURLOPT_FAILONERROR, 1L);
         set(CURLOPT_NOSIGNAL, 1L);
         set(CURLOPT_USERAGENT, "Velmora");

@@ -5,7 +5,7 @@
 namespace velm {
 
 /// What every system's fetcher holds to.
-constexpr int MOST_REDIRECTIONS = 10;
+constexpr int MAX_REDIRECTIONS = 10;
 
 /// What a server answers with the page that was asked for; anything else is told as a failure.
 constexpr bool BringsThePage(long status) {

@@ -93,7 +93,7 @@ public:
         if (status == BINDSTATUS_SENDINGREQUEST) {
             connected_ = true;
             // Not every system tells of redirections, but each of them is one more request.
-            refused_ = refused_ || ++requests_ > 1 + MOST_REDIRECTIONS;
+            refused_ = refused_ || ++requests_ > 1 + MAX_REDIRECTIONS;
         }
         if (status == BINDSTATUS_BEGINDOWNLOADDATA || status == BINDSTATUS_DOWNLOADINGDATA ||
             status == BINDSTATUS_ENDDOWNLOADDATA) {

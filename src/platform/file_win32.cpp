@@ -66,7 +66,7 @@ public:
     bool Flush() override { return FlushFileBuffers(handle_) != 0; }
 
 private:
-    static constexpr std::size_t LARGEST_STEP = std::size_t{1} << 30;
+    static constexpr std::size_t MAX_STEP = std::size_t{1} << 30;
 
     bool SeekFrom(LONGLONG distance, DWORD origin) {
         LARGE_INTEGER move{};
@@ -80,7 +80,7 @@ private:
         std::size_t done = 0;
         while (done < count) {
             DWORD moved = 0;
-            if (!step(done, static_cast<DWORD>(std::min(count - done, LARGEST_STEP)), moved)) {
+            if (!step(done, static_cast<DWORD>(std::min(count - done, MAX_STEP)), moved)) {
                 return done == 0 ? -1 : static_cast<std::int64_t>(done);
             }
             if (moved == 0) {

@@ -11,7 +11,7 @@ constexpr int HANDHELD_WIDTH = 480;
 constexpr int HANDHELD_HEIGHT = 640;
 
 // Pixels of an ordinary screen.
-constexpr int LEAST_SIZE = 160;
+constexpr int MIN_SIZE = 160;
 
 /// The window's size for a client area of that size.
 SIZE WindowSize(int clientWidth, int clientHeight, DWORD style) {
@@ -34,8 +34,8 @@ HWND CreateFrameWindow(CVelmWindow& object, const wchar_t* className, const wcha
 
 void LimitFrameSize(HWND window, MINMAXINFO& limits) {
     const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
-    const SIZE least = WindowSize(Scaled(LEAST_SIZE), Scaled(LEAST_SIZE), style);
-    limits.ptMinTrackSize = {least.cx, least.cy};
+    const SIZE smallest = WindowSize(Scaled(MIN_SIZE), Scaled(MIN_SIZE), style);
+    limits.ptMinTrackSize = {smallest.cx, smallest.cy};
 }
 
 }  // namespace velm

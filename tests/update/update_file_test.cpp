@@ -10,13 +10,13 @@ namespace velm::test {
 namespace {
 
 /// "list URL URL", "update NAME" or "neither".
-std::string Read(std::string_view bytes, std::size_t mostUrls = 100) {
+std::string Read(std::string_view bytes, std::size_t maxUrls = 100) {
     MemoryFiles memory;
     const FixedClock clock;
     memory.AddText(u"page", bytes);
     CVelmFileStream stream(memory, clock);
     EXPECT_TRUE(stream.OpenRead(u"page"));
-    const CVelmUpdatePage page = ReadUpdatePage(stream, mostUrls);
+    const CVelmUpdatePage page = ReadUpdatePage(stream, maxUrls);
     std::string text = page.kind == UpdatePageKind::List ? "list" : "neither";
     for (const CVelmString& url : page.urls) {
         text += " " + ToUtf8(url);

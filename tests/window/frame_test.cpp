@@ -20,7 +20,7 @@ TEST_F(Handheld, FrameFillsTheScreenWithoutACaption) {
     EXPECT_EQ(ClientOf(program.Frame()).bottom, 320);
 }
 
-TEST_F(FrameTest, OpensAsLargeAsAHandheldAndGoesDownToItsLeastSize) {
+TEST_F(FrameTest, OpensAsLargeAsAHandheldAndGoesDownToItsMinimumSize) {
     ASSERT_EQ(DisplayScale(), std::getenv("VELMORA_DPI") == std::string("192") ? 2 : 1);
     ASSERT_TRUE(program.Start());
     const RECT client = ClientOf(program.Frame());

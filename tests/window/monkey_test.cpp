@@ -20,7 +20,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds LONGEST_HANG{2000};
+constexpr std::chrono::milliseconds MAX_HANG{2000};
 constexpr int DEFAULT_SECONDS = 120;
 
 /// Brushes of system colours and the like, which the system makes when they are first needed and keeps.
@@ -154,7 +154,7 @@ protected:
         });
         const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
         longest = std::max(longest, took);
-        return took < LONGEST_HANG;
+        return took < MAX_HANG;
     }
 
     /// What is held when neither a menu nor a dialog is open and the first file is shown.
