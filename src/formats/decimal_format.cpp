@@ -11,6 +11,9 @@ namespace {
 
 constexpr int DIGITS = 12;
 
+/// Digits between the commas of grouped text.
+constexpr std::size_t GROUP_DIGITS = 3;
+
 /// The first value that is written with an exponent.
 constexpr double MIN_LARGE = 1e12;
 
@@ -18,69 +21,9 @@ constexpr double MIN_LARGE = 1e12;
 constexpr double MIN_PLAIN_SHOWN = 0.001;
 constexpr double MIN_PLAIN_IN_FORMULA = 0.000001;
 
-/// Decimal digits with the number of them before the point; one more than there are digits when rounding went up to
-/// the next power of ten.
-struct Digits {
-    std::array<char, DIGITS> text;
-    int count;
-    int point;
-};
-
-/// Rounds a finite magnitude of at least 1 and cuts trailing zeros off its fraction.
-Digits RoundToDigits(double magnitude) {
-    std::array<char, 32> scientific;
-    char* const first = scientific.data();
-    const auto end =
-        std::to_chars(first, first + scientific.size(), magnitude, std::chars_format::scientific, DIGITS - 1);
-    Digits digits;
-    digits.text[0] = first[0];
-    std::copy_n(first + 2, DIGITS - 1, digits.text.data() + 1);
-    int exponent = 0;
-    std::from_chars(first + DIGITS + 3, end.ptr, exponent);
-    digits.point = exponent + 1;
-    digits.count = DIGITS;
-    while (digits.count > std::max(digits.point, 1) && digits.text[static_cast<std::size_t>(digits.count - 1)] == '0') {
-        --digits.count;
-    }
-    return digits;
-}
-
-void AppendDigits(CVelmString& text, const Digits& digits, bool grouped) {
-    const auto digitAt = [&digits](int i) {
-        return i < digits.count ? static_cast<char16_t>(digits.text[static_cast<std::size_t>(i)]) : u'0';
-    };
-    for (int i = 0; i < digits.point; ++i) {
-        if (grouped && i > 0 && (digits.point - i) % GROUP_DIGITS == 0) {
-            text += u',';
-        }
-        text += digitAt(i);
-    }
-    if (digits.count <= digits.point) {
-        return;
-    }
-    text += u'.';
-    for (int i = digits.point; i < digits.count; ++i) {
-        text += digitAt(i);
-    }
-}
-
-void AppendExponent(CVelmString& text, int exponent, bool grouped) {
-    std::array<char, 8> number;
-    const auto end = std::to_chars(number.data(), number.data() + number.size(), exponent);
-    text += grouped ? u" e" : u"e";
-    text.append(number.data(), end.ptr);
-}
-
-CVelmString FormatNonFinite(double value) {
-    if (std::isnan(value)) {
-        return u"nan";
-    }
-    return value < 0 ? u"-inf" : u"inf";
-}
-
 CVelmString Format(double value, double minPlain, bool grouped) {
     if (!std::isfinite(value)) {
-        return FormatNonFinite(value);
+        return std::isnan(value) ? u"nan" : value < 0 ? u"-inf" : u"inf";
     }
     if (value == 0.0) {
         return u"0";
@@ -104,18 +47,28 @@ CVelmString Format(double value, double minPlain, bool grouped) {
             exponent += 3;
         }
     }
-    Digits digits = RoundToDigits(x);
+    int wholeDigits = 1;
+    for (double power = 10.0; power <= x; power *= 10.0) {
+        ++wholeDigits;
+    }
+    std::array<char, 32> buffer;
+    const auto end = std::to_chars(buffer.begin(), buffer.end(), x, std::chars_format::fixed, DIGITS - wholeDigits);
+    std::string_view digits(buffer.data(), end.ptr);
+    if (wholeDigits < DIGITS) {
+        digits = digits.substr(0, digits.find_last_not_of('0') + 1);
+        digits.remove_suffix(digits.ends_with('.') ? 1 : 0);
+    }
     if (shifted) {
-        --digits.text[0];
+        --buffer[0];
     }
     CVelmString text;
     text.reserve(28);
     if (value < 0) {
         text += u'-';
     }
-    AppendDigits(text, digits, grouped);
+    AppendGrouped(text, digits, grouped);
     if (exponent != 0) {
-        AppendExponent(text, exponent, grouped);
+        text += (grouped ? u" e" : u"e") + IntegerText(exponent);
     }
     return text;
 }
@@ -125,6 +78,16 @@ bool AreDigits(CVelmStringView text) {
 }
 
 }  // namespace
+
+void AppendGrouped(CVelmString& text, std::string_view digits, bool grouped) {
+    const std::size_t whole = std::min(digits.find('.'), digits.size());
+    for (std::size_t i = 0; i < digits.size(); ++i) {
+        if (grouped && i > 0 && i < whole && (whole - i) % GROUP_DIGITS == 0) {
+            text += u',';
+        }
+        text += static_cast<char16_t>(digits[i]);
+    }
+}
 
 CVelmString FormatDecimal(double value, bool grouped) {
     return Format(value, MIN_PLAIN_SHOWN, grouped);
@@ -140,15 +103,14 @@ std::optional<CVelmString> UngroupNumber(CVelmStringView text) {
     text.remove_prefix(number.size());
     const CVelmStringView whole = text.substr(0, text.find(u'.'));
     const CVelmStringView fraction = text.substr(std::min(whole.size() + 1, text.size()));
-    constexpr std::size_t GROUP = GROUP_DIGITS;
     const std::size_t firstGroup = whole.find(u',');
-    if (firstGroup == 0 || firstGroup > GROUP || !AreDigits(fraction)) {
+    if (firstGroup == 0 || firstGroup > GROUP_DIGITS || !AreDigits(fraction)) {
         return std::nullopt;
     }
     number += whole.substr(0, firstGroup);
-    for (std::size_t comma = firstGroup; comma < whole.size(); comma += GROUP + 1) {
-        const CVelmStringView group = whole.substr(comma + 1, GROUP);
-        if (whole[comma] != u',' || group.size() != GROUP || !AreDigits(group)) {
+    for (std::size_t comma = firstGroup; comma < whole.size(); comma += GROUP_DIGITS + 1) {
+        const CVelmStringView group = whole.substr(comma + 1, GROUP_DIGITS);
+        if (whole[comma] != u',' || group.size() != GROUP_DIGITS || !AreDigits(group)) {
             return std::nullopt;
         }
         number += group;

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <optional>
+#include <string_view>
 
 #include "platform/text.h"
 
 namespace velm {
 
-/// Digits between the commas of grouped text.
-constexpr int GROUP_DIGITS = 3;
+/// Appends decimal digits as they are, or with "," every three of them before the point.
+void AppendGrouped(CVelmString& text, std::string_view digits, bool grouped);
 
 /// Twelve significant digits, exponents in steps of three. Grouped text has "," every three digits and a space
 /// before the exponent. Infinities are "inf" and "-inf", a NaN is "nan"; no formula reads these as numbers.

@@ -1,11 +1,11 @@
 #include "formats/value_format.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "datetime/date_parser.h"
 #include "formats/decimal_format.h"
-#include "formats/format_table.h"
 
 namespace velm {
 namespace {
@@ -73,16 +73,12 @@ void CVelmValueFormat::SetAllowedFormats(std::uint32_t mask) {
 }
 
 std::uint32_t CVelmValueFormat::TypedFormat() const {
-    std::uint32_t firstTab = 0;
-    for (const FormatKind& format : Formats()) {
-        if (format.HasTab(allowedFormats)) {
-            if (format.code == inputFormat) {
-                return inputFormat;
-            }
-            firstTab = firstTab == 0 ? format.code : firstTab;
-        }
+    const auto hasTab = [this](const FormatKind& format) { return format.HasTab(allowedFormats); };
+    if (hasTab(FormatOf(inputFormat))) {
+        return FormatOf(inputFormat).code;
     }
-    return firstTab == 0 ? FMT_DECIMAL : firstTab;
+    const auto firstTab = std::ranges::find_if(Formats(), hasTab);
+    return firstTab == Formats().end() ? FMT_DECIMAL : firstTab->code;
 }
 
 CVelmString CVelmValueFormat::FormatValue(double value, const CVelmLocale& locale) const {

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "formats/compound_format.h"
-#include "formats/format_codes.h"
+#include "formats/format_table.h"
 #include "formula/formula_context.h"
 #include "platform/locale.h"
 #include "platform/text.h"
