@@ -11,11 +11,11 @@ class CVelmValueFormat;
 /// Position of a display format's icon in the strip of format icons; -1 for a code that is none of the eight.
 int FormatIcon(std::uint32_t displayFormat);
 
-/// What was chosen from a format menu.
-enum class FormatChoice { None, Format, Customize };
+/// What ShowFormatMenu returns for "Customize...": no format's code.
+constexpr std::uint32_t CUSTOMIZE_FORMATS = 0x7FFF;
 
 /// Shows the menu of the formats that `format` allows with its top left at a screen position, the current one checked.
-/// For FormatChoice::Format the chosen code is in `code`.
-FormatChoice ShowFormatMenu(HWND owner, POINT place, const CVelmValueFormat& format, std::uint32_t& code);
+/// Returns the chosen code, or 0 when nothing was chosen.
+std::uint32_t ShowFormatMenu(HWND owner, POINT place, const CVelmValueFormat& format);
 
 }  // namespace velm

@@ -392,20 +392,16 @@ void CVelmItemList::ShowRowMenu(int index, POINT place) {
 }
 
 bool CVelmItemList::ChooseFormat(POINT place, CVelmValueFormat& format) {
-    std::uint32_t code = 0;
-    switch (ShowFormatMenu(Handle(), place, format, code)) {
-        case FormatChoice::Customize:
-            if (environment_.customizeFormats(GetParent(Handle()), format) != IDOK) {
-                return false;
-            }
-            document_->Touch();
-            return true;
-        case FormatChoice::Format:
-            // Another way to look at a value is kept, but is no newer data: the updated text stays.
-            return std::exchange(format.displayFormat, code) != code;
-        default:
+    const std::uint32_t code = ShowFormatMenu(Handle(), place, format);
+    if (code == CUSTOMIZE_FORMATS) {
+        if (environment_.customizeFormats(GetParent(Handle()), format) != IDOK) {
             return false;
+        }
+        document_->Touch();
+        return true;
     }
+    // Another way to look at a value is kept, but is no newer data: the updated text stays.
+    return code != 0 && std::exchange(format.displayFormat, code) != code;
 }
 
 void CVelmItemList::OnFormatButton(LPARAM parameter) {

@@ -97,11 +97,10 @@ bool CVelmValuePanel::OnCreate() {
 
 bool CVelmValuePanel::RoutePen(UINT message, WPARAM wParam, LPARAM lParam) {
     std::array<CVelmPressButton*, MAX_TABS + 2> buttons = {&accept_, &restore_};
-    const auto tabs = static_cast<std::size_t>(tabCount_);
-    for (std::size_t i = 0; i < tabs; ++i) {
+    for (std::size_t i = 0; i < tabCount_; ++i) {
         buttons[i + 2] = &tabs_[i].button;
     }
-    return router_.Route(std::span(buttons).first(tabs + 2), message, wParam, lParam);
+    return router_.Route(std::span(buttons).first(tabCount_ + 2), message, wParam, lParam);
 }
 
 void CVelmValuePanel::Release() {
@@ -110,7 +109,6 @@ void CVelmValuePanel::Release() {
     ticks_ = 0;
     item_ = nullptr;
     tabCount_ = 0;
-    selectedTab_ = -1;
     editor_.Release();
 }
 
@@ -144,15 +142,12 @@ void CVelmValuePanel::MakeTabs() {
         if (!format.HasTab(item_->format.allowedFormats) || tabCount_ == MAX_TABS) {
             continue;
         }
-        Tab& tab = tabs_[static_cast<std::size_t>(tabCount_)];
+        Tab& tab = tabs_[tabCount_];
         tab.code = format.code;
         tab.button.Init({}, Handle(), static_cast<WORD>(IDC_FIRST_TAB + tabCount_));
         tab.button.SetFont(tabFont_.get());
         tab.button.SetText(format.tabText);
         tab.button.SetSelected(format.code == typed);
-        if (format.code == typed) {
-            selectedTab_ = tabCount_;
-        }
         ++tabCount_;
     }
     LayoutTabs();
@@ -168,18 +163,15 @@ double CVelmValuePanel::ValueToShow() const {
     return value;
 }
 
-void CVelmValuePanel::SelectTab(int tab) {
-    if (item_ == nullptr || tab >= tabCount_ || tab == selectedTab_) {
+void CVelmValuePanel::SelectTab(std::size_t index) {
+    if (item_ == nullptr || index >= tabCount_ || tabs_[index].button.IsSelected()) {
         return;
     }
-    const std::uint32_t code = TabFormat(tab);
-    item_->format.inputFormat = code;
-    editor_.SetFormat(code, ValueToShow());
-    if (selectedTab_ >= 0) {
-        tabs_[static_cast<std::size_t>(selectedTab_)].button.SetSelected(false);
+    item_->format.inputFormat = tabs_[index].code;
+    editor_.SetFormat(tabs_[index].code, ValueToShow());
+    for (std::size_t i = 0; i < tabCount_; ++i) {
+        tabs_[i].button.SetSelected(i == index);
     }
-    selectedTab_ = tab;
-    tabs_[static_cast<std::size_t>(tab)].button.SetSelected(true);
     PostMessageW(GetParent(Handle()), WM_COMMAND, ID_SAVE, 0);
 }
 
@@ -193,7 +185,7 @@ void CVelmValuePanel::OnCommand(WORD id, WORD notification) {
     } else if (id == IDC_RESTORE) {
         Restore();
     } else if (id >= IDC_FIRST_TAB && id <= IDC_LAST_TAB) {
-        SelectTab(id - IDC_FIRST_TAB);
+        SelectTab(static_cast<std::size_t>(id - IDC_FIRST_TAB));
     }
 }
 
@@ -283,15 +275,14 @@ void CVelmValuePanel::LayoutTabs() {
     const RECT area = ClientArea(Handle());
     std::array<int, MAX_TABS> widths{};
     int sum = 0;
-    const auto count = static_cast<std::size_t>(tabCount_);
     const CVelmTextMeasure measure(Handle(), tabFont_.get());
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < tabCount_; ++i) {
         widths[i] = TextWidth(measure.Dc(), tabs_[i].button.Text()) + Scaled(TAB_ROOM);
         sum += widths[i];
     }
     const int room = std::max(0, Width(area) - Scaled(2 * MARGIN));
     LONG left = Scaled(MARGIN);
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < tabCount_; ++i) {
         const LONG width = sum > room ? MulDiv(widths[i], room, sum) : widths[i];
         tabs_[i].button.Move({left, Scaled(TAB_TOP), left + width, Scaled(TAB_TOP + TAB_HEIGHT)});
         left += width;
@@ -306,7 +297,7 @@ void CVelmValuePanel::Paint() {
     FillColor(painter.Dc(), edge, EdgeColor());
     accept_.Draw(painter.Dc());
     restore_.Draw(painter.Dc());
-    for (int i = 0; i < tabCount_; ++i) {
+    for (std::size_t i = 0; i < tabCount_; ++i) {
         TabButton(i).Draw(painter.Dc());
     }
 }

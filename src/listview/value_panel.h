@@ -51,14 +51,13 @@ public:
     const CVelmValueEditor& Editor() const { return editor_; }
     const CVelmDrawnButton& AcceptButton() const { return accept_; }
     const CVelmDrawnButton& RestoreButton() const { return restore_; }
-    int TabCount() const { return tabCount_; }
-    const CVelmDrawnButton& TabButton(int tab) const { return tabs_[static_cast<std::size_t>(tab)].button; }
-    std::uint32_t TabFormat(int tab) const { return tabs_[static_cast<std::size_t>(tab)].code; }
+    std::size_t TabCount() const { return tabCount_; }
+    const CVelmDrawnButton& TabButton(std::size_t tab) const { return tabs_[tab].button; }
     HICON AcceptedIcon() const { return acceptedIcon_.get(); }
     HICON ErrorIcon() const { return errorIcon_.get(); }
 
 private:
-    static constexpr int MAX_TABS = 8;
+    static constexpr std::size_t MAX_TABS = 8;
 
     struct Tab {
         CVelmDrawnButton button;
@@ -73,7 +72,7 @@ private:
     void Restore();
     void MakeTabs();
     void SendInPlaceOfText(UINT message, WPARAM wParam, LPARAM lParam);
-    void SelectTab(int tab);
+    void SelectTab(std::size_t index);
     double ValueToShow() const;
     void Layout();
     void LayoutTabs();
@@ -86,8 +85,7 @@ private:
     CVelmDrawnButton accept_;
     CVelmDrawnButton restore_;
     std::array<Tab, MAX_TABS> tabs_;
-    int tabCount_ = 0;
-    int selectedTab_ = -1;
+    std::size_t tabCount_ = 0;
     CVelmFont tabFont_;
     int pendingEdits_ = 0;
     int ticks_ = 0;

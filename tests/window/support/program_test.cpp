@@ -111,7 +111,7 @@ std::string ProgramTest::Part() {
 std::string ProgramTest::Tabs() {
     return program.Ask([](CVelmFrame& frame) {
         Texts tabs;
-        for (int i = 0; i < frame.Panel().TabCount(); ++i) {
+        for (std::size_t i = 0; i < frame.Panel().TabCount(); ++i) {
             const CVelmDrawnButton& tab = frame.Panel().TabButton(i);
             tabs.push_back(tab.IsSelected() ? "[" + ToUtf8(tab.Text()) + "]" : ToUtf8(tab.Text()));
         }

@@ -346,7 +346,7 @@ void ProgramTest::TapPart(HWND window, const std::string& name) {
 void ProgramTest::TapTab(const std::string& caption) {
     program.Tap(program.Panel(), program.Ask([&](CVelmFrame& frame) {
         const CVelmValuePanel& panel = frame.Panel();
-        int tab = 0;
+        std::size_t tab = 0;
         while (tab + 1 < panel.TabCount() && ToUtf8(panel.TabButton(tab).Text()) != caption) {
             ++tab;
         }
