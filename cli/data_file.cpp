@@ -1,6 +1,6 @@
 #include "data_file.h"
 
-#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 

@@ -30,8 +30,7 @@ Documents ByCategory(const CVelmCatalog& catalog) {
 std::string AsJson(const Documents& documents, const CVelmReferenceList& references) {
     CVelmJson json(true);
     json.BeginObject();
-    json.Key("files");
-    json.BeginArray();
+    json.BeginArray("files");
     for (const CVelmDocument* document : documents) {
         json.BeginObject();
         json.Text("name", document->FileNameWithExtension());
@@ -42,8 +41,7 @@ std::string AsJson(const Documents& documents, const CVelmReferenceList& referen
         json.EndObject();
     }
     json.EndArray();
-    json.Key("references");
-    json.BeginArray();
+    json.BeginArray("references");
     for (const CVelmString& name : references.names) {
         json.Text(name);
     }

@@ -1,8 +1,8 @@
 #include "find_item.h"
 
-#include <fmt/format.h>
+#include <fmt/ranges.h>
 
-#include <array>
+#include <algorithm>
 
 #include "cli_error.h"
 #include "suggest.h"
@@ -11,65 +11,53 @@ namespace velm {
 
 namespace {
 
-struct Rule {
-    CVelmString CVelmItem::*text;
-    bool ignoreCase;
-
-    bool Matches(const CVelmItem& item, const CVelmString& wanted) const {
-        return ignoreCase ? EqualsNoCase(item.*text, wanted) : item.*text == wanted;
-    }
-};
-
-/// Tried in this order; the first that matches anything decides.
-constexpr std::array<Rule, 4> RULES{{{&CVelmItem::identifier, false},
-                                     {&CVelmItem::name, false},
-                                     {&CVelmItem::identifier, true},
-                                     {&CVelmItem::name, true}}};
-
 std::string Describe(const CVelmItem& item) {
     return item.identifier.empty() ? Quoted(ToUtf8(item.name))
                                    : fmt::format("{} ({})", Quoted(ToUtf8(item.identifier)), ToUtf8(item.name));
 }
 
-[[noreturn]] void FailAmbiguous(const std::string& text, const std::string& what,
-                                const std::vector<CVelmItem*>& found) {
-    std::vector<std::string> list;
-    list.reserve(found.size());
-    for (const CVelmItem* item : found) {
-        list.push_back(Describe(*item));
-    }
-    Fail(fmt::format("{} {} can be any of {}", what, Quoted(text), fmt::join(list, ", ")));
-}
-
 }  // namespace
 
-std::vector<CVelmString> ItemNames(const CVelmDocument& document) {
-    std::vector<CVelmString> names;
+CVelmItemIndex::CVelmItemIndex(const CVelmDocument& document, bool ignoreCase) : ignoreCase_(ignoreCase) {
+    decltype(items_) names;
     for (const auto& item : document.items) {
-        names.push_back(item->identifier);
-        names.push_back(item->name);
+        items_[Key(item->identifier)].push_back(item.get());
+        names[Key(item->name)].push_back(item.get());
     }
-    return names;
+    items_.merge(names);  // keeps the items that have the text as their identifier
+    items_.erase(CVelmString());
+}
+
+std::span<CVelmItem* const> CVelmItemIndex::Find(CVelmStringView text) const {
+    const auto found = items_.find(Key(text));
+    return found == items_.end() ? std::span<CVelmItem* const>() : found->second;
 }
 
 CVelmItem& FindItem(const CVelmDocument& document, const std::string& text, const std::string& what) {
     const CVelmString wanted = FromUtf8(text);
-    for (const Rule& rule : RULES) {
-        std::vector<CVelmItem*> found;
-        for (const auto& item : document.items) {
-            if (!wanted.empty() && rule.Matches(*item, wanted)) {
-                found.push_back(item.get());
-            }
-        }
+    for (const bool ignoreCase : {false, true}) {
+        const CVelmItemIndex index(document, ignoreCase);
+        const std::span<CVelmItem* const> found = index.Find(wanted);
         if (found.size() > 1) {
-            FailAmbiguous(text, what, found);
+            std::vector<std::string> list(found.size());
+            std::transform(found.begin(), found.end(), list.begin(), [](const auto* item) { return Describe(*item); });
+            Fail(fmt::format("{} {} can be any of {}", what, Quoted(text), fmt::join(list, ", ")));
         }
         if (!found.empty()) {
             return *found.front();
         }
     }
     Fail(fmt::format("{} has no {} {}; {}", ToUtf8(document.FileNameWithExtension()), what, Quoted(text),
-                     DidYouMean(wanted, ItemNames(document), 3)));
+                     DidYouMeanItem(document, wanted, 3)));
+}
+
+std::string DidYouMeanItem(const CVelmDocument& document, CVelmStringView text, std::size_t limit) {
+    std::vector<CVelmString> names;
+    for (const auto& item : document.items) {
+        names.push_back(item->identifier);
+        names.push_back(item->name);
+    }
+    return DidYouMean(text, names, limit);
 }
 
 }  // namespace velm

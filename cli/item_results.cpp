@@ -1,6 +1,7 @@
 #include "item_results.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "json.h"
 #include "number_text.h"
@@ -17,12 +18,7 @@ void WriteItem(const CVelmItem& item, const CVelmLocale& locale, CVelmJson& json
     json.Boolean("shown", item.shown != 0);
     json.Boolean("output", item.IsOutput());
     json.Integer("state", item.state);
-    json.Key("value");
-    if (item.state == STATE_VALID) {
-        json.Number(item.value);
-    } else {
-        json.Null();
-    }
+    json.Number("value", item.state == STATE_VALID ? item.value : NAN);
     json.Text("text", item.ValueInList(locale));
     json.EndObject();
 }

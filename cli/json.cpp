@@ -60,6 +60,11 @@ void CVelmJson::Key(std::string_view name) {
     afterKey_ = true;
 }
 
+void CVelmJson::BeginArray(std::string_view name) {
+    Key(name);
+    BeginArray();
+}
+
 void CVelmJson::Text(std::string_view name, CVelmStringView text) {
     Key(name);
     Text(text);
@@ -109,11 +114,6 @@ void CVelmJson::Boolean(std::string_view name, bool value) {
     Key(name);
     Separate();
     json_ += value ? "true" : "false";
-}
-
-void CVelmJson::Null() {
-    Separate();
-    json_ += "null";
 }
 
 }  // namespace velm

@@ -17,10 +17,8 @@ public:
     void BeginObject() { Begin('{'); }
     void EndObject() { End('}'); }
     void BeginArray() { Begin('['); }
+    void BeginArray(std::string_view name);
     void EndArray() { End(']'); }
-
-    /// The next value belongs to this name.
-    void Key(std::string_view name);
 
     /// A name and its value.
     void Text(std::string_view name, CVelmStringView text);
@@ -30,11 +28,11 @@ public:
 
     void Text(CVelmStringView text);
     void Number(double value);
-    void Null();
 
     const std::string& Result() const { return json_; }
 
 private:
+    void Key(std::string_view name);
     void Begin(char bracket);
     void End(char bracket);
     void Separate();

@@ -1,4 +1,4 @@
-#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "arguments.h"
 #include "cli_error.h"
@@ -24,8 +24,7 @@ void WriteItem(const CVelmItem& item, CVelmJson& json) {
     json.Integer("allowed", item.format.allowedFormats);
     json.Integer("display", item.format.displayFormat);
     json.Integer("input", item.format.inputFormat);
-    json.Key("parts");
-    json.BeginArray();
+    json.BeginArray("parts");
     for (const CVelmCompoundPart& part : item.format.compoundParts) {
         json.BeginArray();
         json.Text(part.label);
@@ -56,14 +55,12 @@ std::string DocumentAsJson(const CVelmDocument& document) {
     json.Text("category", document.category);
     json.Text("file", document.fileName);
     json.Text("updated", document.updatedText);
-    json.Key("items");
-    json.BeginArray();
+    json.BeginArray("items");
     for (const auto& item : document.items) {
         WriteItem(*item, json);
     }
     json.EndArray();
-    json.Key("conversions");
-    json.BeginArray();
+    json.BeginArray("conversions");
     if (const auto* conversions = ConversionsOf(document)) {
         for (const auto& conversion : *conversions) {
             WriteConversion(*conversion, json);

@@ -1,13 +1,13 @@
 #include "source_export.h"
 
-#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <bit>
 #include <cmath>
 #include <limits>
-#include <unordered_map>
 
 #include "data_file.h"
+#include "find_item.h"
 #include "formats/format_table.h"
 #include "number_text.h"
 #include "source_keys.h"
@@ -65,12 +65,7 @@ std::string FlagAsToml(std::int32_t flag) {
 
 class Exporter {
 public:
-    explicit Exporter(const CVelmDocument& document) : document_(document) {
-        for (const auto& item : document.items) {
-            ++identifiers_[item->identifier];
-            ++names_[item->name];
-        }
-    }
+    explicit Exporter(const CVelmDocument& document) : document_(document), units_(document) {}
 
     std::string Run() {
         Write(KEY_TITLE, TextAsToml(document_.title));
@@ -192,18 +187,17 @@ private:
 
     /// What import finds this very item by.
     std::string UnitAsToml(const CVelmItem& item) const {
-        if (!item.identifier.empty() && identifiers_.at(item.identifier) == 1) {
-            return TextAsToml(item.identifier);
-        }
-        if (!item.name.empty() && names_.at(item.name) == 1 && !identifiers_.contains(item.name)) {
-            return TextAsToml(item.name);
+        for (const CVelmString& text : {item.identifier, item.name}) {
+            const std::span<CVelmItem* const> found = units_.Find(text);
+            if (found.size() == 1 && found.front() == &item) {
+                return TextAsToml(text);
+            }
         }
         return std::to_string(item.index);
     }
 
     const CVelmDocument& document_;
-    std::unordered_map<CVelmString, int> identifiers_;
-    std::unordered_map<CVelmString, int> names_;
+    CVelmItemIndex units_;
     std::string text_;
 };
 

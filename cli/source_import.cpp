@@ -4,7 +4,6 @@
 
 #include <limits>
 #include <optional>
-#include <unordered_map>
 
 #include "cli_error.h"
 #include "data_file.h"
@@ -136,21 +135,16 @@ public:
             document_.updatedText = table.Text(KEY_UPDATED);
         }
         ForEachTable(table, KEY_ITEM, [this](const toml::table& item) { ReadItem(item); });
-        for (const auto& item : document_.items) {
-            identifiers_[item->identifier].push_back(item.get());
-            names_[item->name].push_back(item.get());
-        }
+        const CVelmItemIndex units(document_);
         auto* conversionDoc = dynamic_cast<CVelmConversionDoc*>(&document_);
         if (table.Has(KEY_CONVERSION) && conversionDoc == nullptr) {
             table.FailAtKey(KEY_CONVERSION, "a calculation file has no conversions");
         }
         ForEachTable(table, KEY_CONVERSION,
-                     [&](const toml::table& conversion) { ReadConversion(conversion, *conversionDoc); });
+                     [&](const toml::table& conversion) { ReadConversion(conversion, units, *conversionDoc); });
     }
 
 private:
-    using ItemsByText = std::unordered_map<CVelmString, std::vector<CVelmItem*>>;
-
     template <typename Read>
     void ForEachTable(const CVelmSourceTable& table, std::string_view key, Read read) {
         if (!table.Has(key)) {
@@ -186,11 +180,11 @@ private:
         }
     }
 
-    void ReadConversion(const toml::table& source, CVelmConversionDoc& document) {
+    void ReadConversion(const toml::table& source, const CVelmItemIndex& units, CVelmConversionDoc& document) {
         const CVelmSourceTable table(file_, source, "a conversion", CONVERSION_KEYS);
         CVelmConversion& conversion = *document.AddConversion(std::make_unique<CVelmConversion>(document));
-        conversion.unit1 = &ReadUnit(table, KEY_FROM);
-        conversion.unit2 = &ReadUnit(table, KEY_TO);
+        conversion.unit1 = &ReadUnit(table, units, KEY_FROM);
+        conversion.unit2 = &ReadUnit(table, units, KEY_TO);
         const bool hasFormula = table.Has(KEY_FORWARD) || table.Has(KEY_REVERSE);
         for (const std::string_view key : {KEY_FACTOR, KEY_OFFSET}) {
             if (hasFormula && table.Has(key)) {
@@ -207,8 +201,8 @@ private:
         conversion.reverseFormula = table.Text(KEY_REVERSE);
     }
 
-    /// By identifier, then by name, exactly; or by number.
-    CVelmItem& ReadUnit(const CVelmSourceTable& table, std::string_view key) const {
+    /// By identifier or name, exactly; or by number.
+    CVelmItem& ReadUnit(const CVelmSourceTable& table, const CVelmItemIndex& units, std::string_view key) const {
         if (!table.Has(key)) {
             table.FailHere(fmt::format("a conversion has no {}", key));
         }
@@ -219,25 +213,20 @@ private:
             return *document_.GetItem(static_cast<std::size_t>(index->get()));
         }
         const CVelmString text = table.Text(key);
-        for (const ItemsByText* items : {&identifiers_, &names_}) {
-            const auto found = items->find(text);
-            if (found == items->end() || text.empty()) {
-                continue;
-            }
-            if (found->second.size() > 1) {
-                table.FailAtKey(key, fmt::format("several items are called {}: write the item's number, counted from 0",
-                                                 Quoted(ToUtf8(text))));
-            }
-            return *found->second.front();
+        const std::span<CVelmItem* const> found = units.Find(text);
+        if (found.size() > 1) {
+            table.FailAtKey(key, fmt::format("several items are called {}: write the item's number, counted from 0",
+                                             Quoted(ToUtf8(text))));
         }
-        table.FailAtKey(key, fmt::format("there is no unit {}; {}", Quoted(ToUtf8(text)),
-                                         DidYouMean(text, ItemNames(document_), 1)));
+        if (found.empty()) {
+            table.FailAtKey(
+                key, fmt::format("there is no unit {}; {}", Quoted(ToUtf8(text)), DidYouMeanItem(document_, text, 1)));
+        }
+        return *found.front();
     }
 
     const SourceFile& file_;
     CVelmDocument& document_;
-    ItemsByText identifiers_;
-    ItemsByText names_;
 };
 
 }  // namespace

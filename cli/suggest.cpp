@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::size_t COMPARED_UNITS = 64;
 
-}  // namespace
-
+/// How many letters must be put in, left out, changed or swapped with their neighbor to make one text of the other,
+/// letter case left aside. Only the first units of long texts are compared.
 int EditDistance(CVelmStringView a, CVelmStringView b) {
     a = a.substr(0, COMPARED_UNITS);
     b = b.substr(0, COMPARED_UNITS);
@@ -38,6 +38,7 @@ int EditDistance(CVelmStringView a, CVelmStringView b) {
     return row[b.size()];
 }
 
+/// The candidates nearest to a text, nearest first, each once; at most `limit`, empty ones never.
 std::vector<CVelmString> Closest(CVelmStringView text, const std::vector<CVelmString>& candidates, std::size_t limit) {
     std::vector<std::pair<int, CVelmStringView>> ranked;
     for (const CVelmString& candidate : candidates) {
@@ -54,6 +55,8 @@ std::vector<CVelmString> Closest(CVelmStringView text, const std::vector<CVelmSt
     }
     return closest;
 }
+
+}  // namespace
 
 std::string AnyOf(const std::vector<std::string>& words) {
     std::string list;

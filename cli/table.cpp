@@ -10,8 +10,9 @@ namespace velm {
 
 namespace {
 
+/// How many columns of a terminal the text takes: fmt pads it to its number of bytes, which are never fewer.
 std::size_t DisplayWidth(const std::string& text) {
-    return fmt::detail::compute_width(fmt::string_view(text));
+    return 2 * text.size() - fmt::formatted_size("{:{}}", text, text.size());
 }
 
 }  // namespace
@@ -28,10 +29,7 @@ void PrintTable(const TableRows& rows, CVelmOutput& out) {
         std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) {
             const std::string cell = OneLine(row[i]);
-            line += cell;
-            if (i + 1 < row.size()) {
-                line.append(widths[i] - DisplayWidth(cell) + 2, ' ');
-            }
+            line += i + 1 < row.size() ? fmt::format("{:{}}  ", cell, widths[i]) : cell;
         }
         out.WriteLine(line);
     }
