@@ -48,7 +48,7 @@ private:
     void Give(const Assignment& assignment) {
         CVelmItem& input = FindItem(*document_, assignment.name, "input");
         if (input.IsOutput()) {
-            FailUsage(fmt::format("calc: {} is an output: it is computed", Quoted(assignment.name)));
+            FailUsage(fmt::format("calc: {} is computed; it cannot be given a value", Quoted(assignment.name)));
         }
         if (assignment.IsStreamed()) {
             if (streamed_ != nullptr) {

@@ -1,6 +1,6 @@
 #include "data_file.h"
 
-#include <fmt/ranges.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -51,7 +51,7 @@ CVelmString FindInDataFolder(const CommandContext& context, const std::string& f
     if (found.size() > 1) {
         std::vector<std::string> list(found.size());
         std::transform(found.begin(), found.end(), list.begin(), ToUtf8);
-        Fail(fmt::format("{} can be any of {}", Quoted(file), fmt::join(list, ", ")));
+        Fail(fmt::format("{} could be {}", Quoted(file), AnyOf(list)));
     }
     return found.front();
 }
@@ -135,15 +135,15 @@ std::string LoadFailureText(LoadStatus status) {
         case LoadStatus::CannotOpen:
             return "cannot be opened";
         case LoadStatus::UnknownFormat:
-            return "not a data file: its first word is neither format's";
+            return "not a data file";
         case LoadStatus::SizeMismatch:
-            return "damaged: its length is not the one written in it";
+            return "damaged: its length is not what its header says";
         case LoadStatus::Truncated:
             return "damaged: it ends too early";
         case LoadStatus::NegativeCount:
-            return "damaged: a count in it is negative";
+            return "damaged: it contains a negative count";
         case LoadStatus::UnknownItemType:
-            return "damaged: it holds an item of an unknown type";
+            return "damaged: it contains an item of an unknown type";
     }
     return "cannot be loaded";
 }

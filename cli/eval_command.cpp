@@ -42,7 +42,7 @@ void SetAngleMode(FormulaContext& formulas, const std::string& word) {
         }
     }
     const std::vector<std::string> words = AngleWords();
-    FailUsage(fmt::format("eval: {} is no angle mode; {}", Quoted(word), DidYouMean(word, words, words.size())));
+    FailUsage(fmt::format("eval: {} is not an angle mode; {}", Quoted(word), DidYouMean(word, words, words.size())));
 }
 
 /// The pieces of a list, cut at commas outside parentheses.
@@ -75,7 +75,7 @@ void ReadParts(const std::string& list, FormulaContext& formulas, CVelmValueForm
         const std::string factor = pieces[i].substr(colon + 1);
         double& value = format.compoundParts[i].factor;
         if (!EvaluateFormula(formulas, FromUtf8(factor), value) || value <= 0.0) {
-            Fail(fmt::format("eval: the factor {} of --parts is no positive number", Quoted(factor)));
+            Fail(fmt::format("eval: the factor {} of --parts is not a positive number", Quoted(factor)));
         }
     }
 }
@@ -114,7 +114,7 @@ private:
         }
         const FormatKind* const format = FindFormat(as_);
         if (format == nullptr) {
-            FailUsage(fmt::format("eval: {} is no format; {}", Quoted(as_), DidYouMean(as_, FormatWords())));
+            FailUsage(fmt::format("eval: {} is not a format; {}", Quoted(as_), DidYouMean(as_, FormatWords())));
         }
         format_.displayFormat = format->code;
         format_.inputFormat = format->code;
@@ -145,7 +145,7 @@ private:
         double readBack = 0.0;
         const bool known = EvaluateFormula(context_.formulas, name, readBack);
         if (!known || (readBack != value && !(std::isnan(readBack) && std::isnan(value)))) {
-            FailUsage(fmt::format("eval: {} has a meaning of its own in formulas", Quoted(assignment.name)));
+            FailUsage(fmt::format("eval: {} already has a meaning in formulas", Quoted(assignment.name)));
         }
     }
 

@@ -1,6 +1,6 @@
 #include "find_item.h"
 
-#include <fmt/ranges.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -41,7 +41,7 @@ CVelmItem& FindItem(const CVelmDocument& document, const std::string& text, cons
         if (found.size() > 1) {
             std::vector<std::string> list(found.size());
             std::transform(found.begin(), found.end(), list.begin(), [](const auto* item) { return Describe(*item); });
-            Fail(fmt::format("{} {} can be any of {}", what, Quoted(text), fmt::join(list, ", ")));
+            Fail(fmt::format("{} {} could be {}", what, Quoted(text), AnyOf(list)));
         }
         if (!found.empty()) {
             return *found.front();

@@ -72,7 +72,7 @@ int RunWords(std::vector<std::string> words, CVelmOutput& out) {
         words.erase(words.begin(), words.begin() + (joined ? 1 : 2));
     }
     if (words.empty()) {
-        FailUsage("a command is missing (see velmora --help)");
+        FailUsage("no command given (see velmora --help)");
     }
     const std::string name = words.front();
     if (name == "--help" || name == "-h" || name == "help") {

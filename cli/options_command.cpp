@@ -19,8 +19,7 @@ namespace {
 
 void SetText(CVelmSettingsText& field, CVelmStringView text) {
     if (text.size() >= std::size(field)) {
-        Fail(fmt::format("{} is longer than the {} characters that can be kept", Quoted(ToUtf8(text)),
-                         std::size(field) - 1));
+        Fail(fmt::format("{} is longer than {} characters", Quoted(ToUtf8(text)), std::size(field) - 1));
     }
     SetField(field, text);
 }
@@ -60,7 +59,7 @@ std::string ShowTwoLineRows(const CVelmSettings& settings) {
 
 void SetTwoLineRows(CVelmSettings& settings, const CVelmString& value) {
     if (value != u"on" && value != u"off") {
-        Fail("two-line-rows is on or off, not " + Quoted(ToUtf8(value)));
+        Fail("two-line-rows must be on or off, not " + Quoted(ToUtf8(value)));
     }
     settings.twoLineRows = value == u"on" ? 1 : 0;
 }
@@ -112,9 +111,9 @@ void Change(const OptionRow& option, const std::string& value) {
     option.set(settings, FromUtf8(value));
     if (const std::int32_t status = SaveSettings(settings, *store); status != 0) {
         const CVelmString location = DefaultOptionsLocation();
-        Fail(fmt::format("the options cannot be kept in {}: {}",
-                         location.empty() ? "a folder of the user, which HOME does not name" : ToUtf8(location),
-                         ToUtf8(SystemErrorText(status))));
+        Fail(location.empty()
+                 ? "cannot save the options: HOME is not set"
+                 : fmt::format("cannot save the options in {}: {}", ToUtf8(location), ToUtf8(SystemErrorText(status))));
     }
 }
 
@@ -128,7 +127,7 @@ int RunOptions(CommandContext& context, const std::vector<std::string>& argument
         return STATUS_OK;
     }
     if (words.size() > 2) {
-        FailUsage("options takes a name and a value");
+        FailUsage("options takes one name and one value");
     }
     if (words.empty()) {
         PrintAll(context.out);

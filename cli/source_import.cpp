@@ -19,7 +19,7 @@ namespace {
 std::uint32_t ReadFormatName(const SourceFile& file, const toml::node& node) {
     const auto* name = node.as_string();
     if (name == nullptr) {
-        FailAt(file, node, "a format is one of the words in docs/data-files.md");
+        FailAt(file, node, "a format must be one of the words in docs/data-files.md");
     }
     const FormatKind* const format = FindFormat(name->get());
     if (format == nullptr) {
@@ -36,7 +36,7 @@ std::optional<std::uint32_t> RawMask(const CVelmSourceTable& table, std::string_
         return std::nullopt;
     }
     if (integer->get() < 0 || integer->get() > std::numeric_limits<std::uint32_t>::max()) {
-        table.FailAtKey(key, fmt::format("{} is not from 0 to 4294967295", key));
+        table.FailAtKey(key, fmt::format("{} must be from 0 to 4294967295", key));
     }
     return static_cast<std::uint32_t>(integer->get());
 }
@@ -50,7 +50,7 @@ void ReadAllowedFormats(const CVelmSourceTable& table, CVelmValueFormat& format)
     }
     const auto* list = table.At(KEY_FORMATS).as_array();
     if (list == nullptr || list->empty()) {
-        table.FailAtKey(KEY_FORMATS, "formats is not a list of formats");
+        table.FailAtKey(KEY_FORMATS, "formats must be a list of formats");
     }
     format.allowedFormats = 0;
     for (const toml::node& node : *list) {
@@ -74,18 +74,18 @@ void ReadFormat(const CVelmSourceTable& table, std::string_view key, const CVelm
 
 void ReadParts(const CVelmSourceTable& table, CVelmValueFormat& format) {
     if ((format.allowedFormats & FMT_COMPOUND) == 0) {
-        table.FailAtKey(KEY_PARTS, "parts needs \"compound\" among the item's formats");
+        table.FailAtKey(KEY_PARTS, "parts require \"compound\" among the item's formats");
     }
     const auto* list = table.At(KEY_PARTS).as_array();
     if (list == nullptr || list->size() > COMPOUND_PARTS) {
-        table.FailAtKey(KEY_PARTS, "parts is not a list of at most four pairs of label and factor");
+        table.FailAtKey(KEY_PARTS, "parts must be a list of at most four pairs of label and factor");
     }
     format.compoundParts = {};
     for (std::size_t i = 0; i < list->size(); ++i) {
         const toml::node& node = *list->get(i);
         const auto* pair = node.as_array();
         if (pair == nullptr || pair->size() != 2) {
-            FailAt(table.File(), node, "a part is not a pair of label and factor, as in [\"ft\", 1]");
+            FailAt(table.File(), node, "a part must be a pair of label and factor, as in [\"ft\", 1]");
         }
         format.compoundParts[i].label = ReadText(table.File(), *pair->get(0), "the label of a part");
         format.compoundParts[i].factor = ReadNumber(table.File(), *pair->get(1), "the factor of a part");
@@ -98,7 +98,7 @@ std::int32_t ReadType(const CVelmSourceTable& table, std::int32_t kind) {
     }
     const CVelmString word = table.Text(KEY_TYPE);
     if (word != FromUtf8(WORD_VALUE) && word != FromUtf8(WORD_FORMULA)) {
-        table.FailAtKey(KEY_TYPE, "type is neither \"value\" nor \"formula\"");
+        table.FailAtKey(KEY_TYPE, "type must be \"value\" or \"formula\"");
     }
     return word == FromUtf8(WORD_VALUE) ? ITEM_VALUE : ITEM_FORMULA;
 }
@@ -108,7 +108,7 @@ void ReadOutput(const CVelmSourceTable& table, CVelmItem& item) {
     auto* formulaItem = dynamic_cast<CVelmFormulaItem*>(&item);
     if (formulaItem == nullptr) {
         if (hasFormula || table.Has(KEY_OUTPUT)) {
-            table.FailAtKey(hasFormula ? KEY_FORMULA : KEY_OUTPUT, "only items of calculation files have outputs");
+            table.FailAtKey(hasFormula ? KEY_FORMULA : KEY_OUTPUT, "only calculation files have outputs");
         }
         return;
     }
@@ -125,9 +125,7 @@ public:
     void Read(const toml::table& source) {
         const CVelmSourceTable table(file_, source, "a data file", FILE_KEYS);
         if (table.Has(KEY_KIND) && table.Text(KEY_KIND) != FromUtf8(KindWord(document_.GetKind()))) {
-            table.FailAtKey(KEY_KIND, fmt::format("this is no {} file, which the extension of the file to write asks "
-                                                  "for",
-                                                  KindWord(document_.GetKind())));
+            table.FailAtKey(KEY_KIND, "kind does not match the extension of the output file");
         }
         document_.title = table.RequiredText(KEY_TITLE);
         document_.category = table.Text(KEY_CATEGORY);
@@ -152,7 +150,7 @@ private:
         }
         const auto* list = table.At(key).as_array();
         if (list == nullptr || !list->is_homogeneous<toml::table>()) {
-            table.FailAtKey(key, fmt::format("{0} is not written as [[{0}]]", key));
+            table.FailAtKey(key, fmt::format("{0} must be written as [[{0}]]", key));
         }
         for (const toml::node& node : *list) {
             read(*node.as_table());
@@ -166,7 +164,7 @@ private:
         item.identifier = table.Text(KEY_ID);
         item.shown = table.Flag(KEY_SHOWN, 1);
         if (table.Has(KEY_VALUE) && table.Has(KEY_FORMULA)) {
-            table.FailAtKey(KEY_FORMULA, "an item has a value or a formula, not both");
+            table.FailAtKey(KEY_FORMULA, "an item can have a value or a formula, not both");
         }
         item.valueText = table.Has(KEY_FORMULA) ? table.Text(KEY_FORMULA) : table.TextOrNumber(KEY_VALUE);
         ReadOutput(table, item);
@@ -188,7 +186,7 @@ private:
         const bool hasFormula = table.Has(KEY_FORWARD) || table.Has(KEY_REVERSE);
         for (const std::string_view key : {KEY_FACTOR, KEY_OFFSET}) {
             if (hasFormula && table.Has(key)) {
-                table.FailAtKey(key, fmt::format("a conversion has {} or formulas, not both", key));
+                table.FailAtKey(key, fmt::format("a conversion can have {} or formulas, not both", key));
             }
         }
         conversion.formulaFlag = table.Flag(KEY_FLAG, hasFormula ? 1 : 0);
@@ -215,8 +213,9 @@ private:
         const CVelmString text = table.Text(key);
         const std::span<CVelmItem* const> found = units.Find(text);
         if (found.size() > 1) {
-            table.FailAtKey(key, fmt::format("several items are called {}: write the item's number, counted from 0",
-                                             Quoted(ToUtf8(text))));
+            table.FailAtKey(key,
+                            fmt::format("several items are called {}; give the number of the item, counting from 0",
+                                        Quoted(ToUtf8(text))));
         }
         if (found.empty()) {
             table.FailAtKey(

@@ -79,7 +79,7 @@ CVelmString ReadText(const SourceFile& file, const toml::node& node, std::string
         text = units != nullptr ? ReadUnits(units->get()) : std::nullopt;
     }
     if (!text) {
-        FailAt(file, node, fmt::format("{} is neither a text nor {{ utf16 = \"0041 D800\" }}", what));
+        FailAt(file, node, fmt::format("{} must be a text or {{ utf16 = \"0041 D800\" }}", what));
     }
     if (text->size() > static_cast<std::size_t>(CVelmFileStream::MAX_STRING)) {
         FailAt(file, node, fmt::format("{} is longer than {} characters", what, CVelmFileStream::MAX_STRING));
@@ -97,7 +97,7 @@ double ReadNumber(const SourceFile& file, const toml::node& node, std::string_vi
     if (const auto* text = node.as_string()) {
         return NumberOfText(file, node, text->get(), what);
     }
-    FailAt(file, node, fmt::format("{} is neither a number nor a formula in quotation marks", what));
+    FailAt(file, node, fmt::format("{} must be a number or a formula in quotation marks", what));
 }
 
 CVelmSourceTable::CVelmSourceTable(const SourceFile& file, const toml::table& table, const char* what,
@@ -113,7 +113,7 @@ CVelmSourceTable::CVelmSourceTable(const SourceFile& file, const toml::table& ta
     }
     for (const std::string_view key : {KEY_SOURCE, KEY_NOTE}) {
         if (Has(key) && !At(key).is_string() && !At(key).is_array()) {
-            FailAtKey(key, fmt::format("{} is neither a text nor a list of texts", key));
+            FailAtKey(key, fmt::format("{} must be a text or a list of texts", key));
         }
     }
 }
@@ -160,7 +160,7 @@ std::int32_t CVelmSourceTable::Flag(std::string_view key, std::int32_t otherwise
     const auto* integer = At(key).as_integer();
     using Limits = std::numeric_limits<std::int32_t>;
     if (integer == nullptr || integer->get() < Limits::min() || integer->get() > Limits::max()) {
-        FailAtKey(key, fmt::format("{} is neither true, false nor a 32-bit whole number", key));
+        FailAtKey(key, fmt::format("{} must be true, false or a 32-bit integer", key));
     }
     return static_cast<std::int32_t>(integer->get());
 }

@@ -72,7 +72,7 @@ std::string DidYouMean(CVelmStringView text, const std::vector<CVelmString>& wor
     for (const CVelmString& word : Closest(text, words, limit)) {
         closest.push_back(Quoted(ToUtf8(word)));
     }
-    return closest.empty() ? "there is none to choose from" : "did you mean " + AnyOf(closest) + "?";
+    return closest.empty() ? "there are none" : "did you mean " + AnyOf(closest) + "?";
 }
 
 std::string DidYouMean(std::string_view text, const std::vector<std::string>& words, std::size_t limit) {

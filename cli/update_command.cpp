@@ -69,7 +69,7 @@ std::vector<CVelmConversionDoc*> DocumentsToUpdate(const CommandContext& context
     for (const std::string& file : files) {
         const DataFilePath path = FindDataFile(context, file);
         if (path.folder != catalog.Folder() || path.kind != KIND_CONVERSION) {
-            Fail(Quoted(file) + " is not a conversion file of the data folder");
+            Fail(Quoted(file) + " is not a conversion file in the data folder");
         }
         names.push_back(path.name);
     }

@@ -16,7 +16,7 @@ CalculatorResult CVelmCalculator::Compute(CVelmStringView line) {
                                                          : CVelmStringView());
     const std::size_t start = name.empty() ? 0 : sign + 1;
     if (!name.empty() && FindFunction(name, 0) != nullptr) {
-        result.fault = {u"\"" + name + u"\" has a meaning of its own in formulas", 0, sign};
+        result.fault = {u"\"" + name + u"\" already has a meaning in formulas", 0, sign};
         return result;
     }
     const CVelmStringView formula = line.substr(start);

@@ -26,15 +26,15 @@ struct Domain {
 
 // What a function that has no value for its argument needs.
 constexpr std::array DOMAINS = {
-    Domain{u"sqrt", u"sqrt needs a number that is not below 0"},
+    Domain{u"sqrt", u"sqrt needs a number of at least 0"},
     Domain{u"ln", u"ln needs a number above 0"},
     Domain{u"lg", u"lg needs a number above 0"},
     Domain{u"asin", u"asin needs a number from -1 to 1"},
     Domain{u"acos", u"acos needs a number from -1 to 1"},
     Domain{u"tan", u"tan has no value at this angle"},
-    Domain{u"fromutc", u"There is no time zone of this number"},
-    Domain{u"toutc", u"There is no time zone of this number"},
-    Domain{u"inttime", u"There is no time zone of this number"},
+    Domain{u"fromutc", u"There is no time zone with this number"},
+    Domain{u"toutc", u"There is no time zone with this number"},
+    Domain{u"inttime", u"There is no time zone with this number"},
     Domain{u"err", u"err is always an error"},
 };
 
@@ -61,14 +61,14 @@ FormulaFault ExplainSyntax(const FormulaTokenList& list) {
     std::size_t position = std::min<std::size_t>(error.position, text.size());
     CVelmStringView word;
     if (!NextToken(text, position, word)) {
-        return {u"Something is missing at the end", text.size(), 0};
+        return {u"The formula is incomplete", text.size(), 0};
     }
     const std::size_t start = position - word.size();
     const bool digit = IsDigit(word.front()) || word.front() == u'.';
     double number = 0.0;
     std::int32_t code = 0;
     if (digit && !ScanNumber(word, number)) {
-        return {Quote(word) + u" is no number", start, word.size()};
+        return {Quote(word) + u" is not a number", start, word.size()};
     }
     if (word == u"(" && !IsClosed(text.substr(start))) {
         return {u"The \")\" for this \"(\" is missing", start, 1};
@@ -88,7 +88,7 @@ FormulaFault ExplainSyntax(const FormulaTokenList& list) {
     if (digit || IsFormulaLetter(word.front()) || word == u"(") {
         return {u"An operator is missing before " + Quote(word), start, word.size()};
     }
-    return {Quote(word) + u" means nothing in a formula", start, word.size()};
+    return {Quote(word) + u" is not allowed in a formula", start, word.size()};
 }
 
 /// A part of the formula: its value, or what is wrong with it.
@@ -139,7 +139,7 @@ private:
 
     Part ApplyConditional(const FormulaToken& token, const std::vector<Part>& operands) const {
         if (operands.size() < 3 || operands.size() % 2 == 0) {
-            return Fail(token, u"iif takes a condition and a value for each choice, and one value more");
+            return Fail(token, u"iif takes pairs of a condition and a value, then one more value");
         }
         for (std::size_t i = 0; i + 1 < operands.size(); i += 2) {
             if (!operands[i].value) {
@@ -194,7 +194,7 @@ private:
         } else if ((token.index == OP_DIVIDE || token.index == OP_REMAINDER) && right == 0.0) {
             message = u"Division by zero";
         } else if (token.index == OP_POWER && *operands.front().value < 0.0) {
-            message = u"A negative number has only whole powers";
+            message = u"A negative number can be raised only to whole powers";
         }
         return Compute(token, formula, operands, message);
     }
