@@ -47,7 +47,7 @@ void ScanFolder(benchmark::State& state) {
         catalog.SetFolder(folder.Path());
         catalog.ScanFolder();
         if (catalog.documents.size() != static_cast<std::size_t>(state.range(0))) {
-            state.SkipWithError("files are missing from the catalogue");
+            state.SkipWithError("files are missing from the catalog");
         }
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));

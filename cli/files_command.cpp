@@ -16,7 +16,7 @@ namespace {
 
 using Documents = std::vector<CVelmDocument*>;
 
-/// A view for reading: the catalogue keeps its own order, whose first entry is the open document.
+/// A view for reading: the catalog keeps its own order, whose first entry is the open document.
 Documents ByCategory(const CVelmCatalog& catalog) {
     Documents sorted;
     for (const auto& document : catalog.documents) {

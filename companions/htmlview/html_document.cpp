@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "htmlview/html_colours.h"
+#include "htmlview/html_colors.h"
 #include "htmlview/html_tags.h"
 #include "htmlview/html_tokenizer.h"
 
@@ -13,7 +13,7 @@ namespace velm {
 namespace {
 
 constexpr int DEEPEST_INDENT = 8;
-constexpr std::size_t DEEPEST_NESTING = 64;
+constexpr std::size_t MAX_NESTING = 64;
 constexpr std::size_t MAX_CELLS = 32;
 
 class DocumentBuilder {
@@ -59,7 +59,7 @@ private:
     HtmlParagraph paragraph_;
     HtmlBlock row_;
     std::vector<List> lists_;
-    std::vector<std::int32_t> colours_;
+    std::vector<std::int32_t> colors_;
     int bold_ = 0;
     int italic_ = 0;
     int underline_ = 0;
@@ -67,7 +67,7 @@ private:
     int preformatted_ = 0;
     int hidden_ = 0;
     int quoted_ = 0;
-    int centred_ = 0;
+    int centered_ = 0;
     int script_ = 0;
     int heading_ = 0;
     int tables_ = 0;
@@ -118,7 +118,7 @@ HtmlStyle DocumentBuilder::Style() const {
     style.fixedPitch = fixed_ > 0 || preformatted_ > 0;
     style.script = script_;
     style.heading = heading_;
-    style.colour = colours_.empty() ? -1 : colours_.back();
+    style.color = colors_.empty() ? -1 : colors_.back();
     style.link = link_;
     return style;
 }
@@ -133,7 +133,7 @@ std::u16string& DocumentBuilder::RunText() {
         const int lists = static_cast<int>(std::min<std::size_t>(lists_.size(), DEEPEST_INDENT));
         paragraph.indent = std::min(std::max(paragraph.indent, lists + quoted_), DEEPEST_INDENT);
         paragraph.heading = heading_;
-        paragraph.centred = centred_ > 0;
+        paragraph.centered = centered_ > 0;
         paragraph.spaceBefore = std::exchange(spaceBefore_, false);
     }
     const HtmlStyle style = Style();
@@ -261,7 +261,7 @@ void DocumentBuilder::CloseLink() {
 
 void DocumentBuilder::OpenList(bool numbered) {
     BreakParagraph(lists_.empty());
-    if (lists_.size() < DEEPEST_NESTING) {
+    if (lists_.size() < MAX_NESTING) {
         lists_.push_back({numbered, 1});
     }
 }
@@ -319,7 +319,7 @@ const DocumentBuilder::Nesting* DocumentBuilder::FindNesting(HtmlTag tag) {
         {HtmlTag::Fixed, &DocumentBuilder::fixed_, Breaks::Nothing},
         {HtmlTag::Hidden, &DocumentBuilder::hidden_, Breaks::Nothing},
         {HtmlTag::Quote, &DocumentBuilder::quoted_, Breaks::ParagraphWithSpace},
-        {HtmlTag::Centre, &DocumentBuilder::centred_, Breaks::Paragraph},
+        {HtmlTag::Center, &DocumentBuilder::centered_, Breaks::Paragraph},
         {HtmlTag::Preformatted, &DocumentBuilder::preformatted_, Breaks::ParagraphWithSpace},
     };
     const auto* const found = std::ranges::find(NESTINGS, tag, &Nesting::tag);
@@ -349,9 +349,9 @@ void DocumentBuilder::Open(HtmlTag tag, const HtmlToken& token) {
             script_ = 1;
             break;
         case HtmlTag::Font:
-            if (colours_.size() < DEEPEST_NESTING) {
-                const std::int32_t colour = ColourOf(token);
-                colours_.push_back(colour >= 0 ? colour : (colours_.empty() ? -1 : colours_.back()));
+            if (colors_.size() < MAX_NESTING) {
+                const std::int32_t color = ColorOf(token);
+                colors_.push_back(color >= 0 ? color : (colors_.empty() ? -1 : colors_.back()));
             }
             break;
         case HtmlTag::Break:
@@ -424,8 +424,8 @@ void DocumentBuilder::Close(HtmlTag tag) {
             script_ = 0;
             break;
         case HtmlTag::Font:
-            if (!colours_.empty()) {
-                colours_.pop_back();
+            if (!colors_.empty()) {
+                colors_.pop_back();
             }
             break;
         case HtmlTag::Heading:

@@ -13,10 +13,10 @@ struct HtmlStyle {
     bool italic = false;
     bool underline = false;
     bool fixedPitch = false;
-    int script = 0;            ///< -1 subscript, 1 superscript
-    int heading = 0;           ///< 1 to 6, 0 for body text
-    std::int32_t colour = -1;  ///< 0xRRGGBB, -1 for the system's text colour
-    int link = -1;             ///< index into HtmlDocument::links
+    int script = 0;           ///< -1 subscript, 1 superscript
+    int heading = 0;          ///< 1 to 6, 0 for body text
+    std::int32_t color = -1;  ///< 0xRRGGBB, -1 for the system's text color
+    int link = -1;            ///< index into HtmlDocument::links
 
     bool operator==(const HtmlStyle&) const = default;
 };
@@ -33,7 +33,7 @@ struct HtmlParagraph {
     int indent = 0;         ///< steps of list or quotation
     int heading = 0;        ///< 1 to 6, 0 for body text
     bool spaceBefore = false;
-    bool centred = false;
+    bool centered = false;
 };
 
 struct HtmlBlock {

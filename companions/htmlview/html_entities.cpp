@@ -40,9 +40,9 @@ constexpr std::array ENTITIES = {
 };
 static_assert(std::ranges::is_sorted(ENTITIES, {}, &Entity::name));
 
-constexpr std::size_t MAX_ENTITY = 8;
+constexpr std::size_t MAX_ENTITY_LENGTH = 8;
 constexpr char16_t REPLACEMENT = 0xFFFD;
-constexpr char32_t MAX_CODE = 0x10FFFF;
+constexpr char32_t MAX_CODE_POINT = 0x10FFFF;
 
 char16_t FindEntity(std::u16string_view name) {
     const auto found =
@@ -53,7 +53,7 @@ char16_t FindEntity(std::u16string_view name) {
 
 /// A number that stands for no character gives the replacement character.
 void AppendNumbered(std::u16string& text, char32_t code) {
-    const bool valid = code != 0 && code <= MAX_CODE && (code < 0xD800 || code > 0xDFFF);
+    const bool valid = code != 0 && code <= MAX_CODE_POINT && (code < 0xD800 || code > 0xDFFF);
     AppendCodePoint(text, valid ? code : REPLACEMENT);
 }
 
@@ -71,14 +71,14 @@ bool DecodeOne(std::u16string_view text, std::size_t& at, std::u16string& decode
         char32_t code = 0;
         for (; next < text.size() && isDigit(text[next]); ++next) {
             code = code * (hexadecimal ? 16 : 10) + static_cast<char32_t>(HexDigitValue(text[next]));
-            code = std::min<char32_t>(code, MAX_CODE + 1);
+            code = std::min<char32_t>(code, MAX_CODE_POINT + 1);
         }
         if (next == first) {
             return false;
         }
         AppendNumbered(decoded, code);
     } else {
-        const std::size_t end = text.substr(next, MAX_ENTITY + 1).find(u';');
+        const std::size_t end = text.substr(next, MAX_ENTITY_LENGTH + 1).find(u';');
         const char16_t character = end == std::u16string_view::npos ? u'\0' : FindEntity(text.substr(next, end));
         if (character == 0) {
             return false;

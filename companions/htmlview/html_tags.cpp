@@ -17,7 +17,7 @@ constexpr auto TAGS = std::to_array<TagName>({
     {u"a", HtmlTag::Link},           {u"address", HtmlTag::Section}, {u"article", HtmlTag::Section},
     {u"b", HtmlTag::Bold},           {u"big", HtmlTag::Bold},        {u"blockquote", HtmlTag::Quote},
     {u"body", HtmlTag::Section},     {u"br", HtmlTag::Break},        {u"caption", HtmlTag::Section},
-    {u"center", HtmlTag::Centre},    {u"cite", HtmlTag::Italic},     {u"code", HtmlTag::Fixed},
+    {u"center", HtmlTag::Center},    {u"cite", HtmlTag::Italic},     {u"code", HtmlTag::Fixed},
     {u"dd", HtmlTag::Definition},    {u"dfn", HtmlTag::Italic},      {u"div", HtmlTag::Section},
     {u"dl", HtmlTag::Section},       {u"dt", HtmlTag::Section},      {u"em", HtmlTag::Italic},
     {u"font", HtmlTag::Font},        {u"h1", HtmlTag::Heading},      {u"h2", HtmlTag::Heading},

@@ -11,7 +11,7 @@ enum class HtmlTag {
     Bold,
     Break,
     Quote,
-    Centre,
+    Center,
     Fixed,
     Paragraph,
     Definition,

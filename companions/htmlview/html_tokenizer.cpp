@@ -121,8 +121,8 @@ void HtmlTokenizer::ReadAttributes(HtmlToken& token, std::size_t& at, std::size_
             if (quote == u'"' || quote == u'\'') {
                 // Within a line's reach only: a forgotten quote must not swallow the page, nor cost a look at all of
                 // it.
-                constexpr std::size_t MAX_VALUE = 2048;
-                const std::size_t close = html_.substr(at + 1, MAX_VALUE).find(quote);
+                constexpr std::size_t MAX_VALUE_LENGTH = 2048;
+                const std::size_t close = html_.substr(at + 1, MAX_VALUE_LENGTH).find(quote);
                 if (close != std::u16string_view::npos) {
                     value = html_.substr(at + 1, close);
                     at += close + 2;

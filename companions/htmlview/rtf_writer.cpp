@@ -16,7 +16,7 @@ constexpr int SPACE_TWIPS = 100;
 constexpr int CELL_GAP_TWIPS = 60;
 constexpr int CHARACTER_TWIPS = 115;  // width of an ordinary character of body text
 constexpr int UNDERSCORE_TWIPS = 110;
-constexpr std::int32_t LINK_COLOUR = 0x0050B0;
+constexpr std::int32_t LINK_COLOR = 0x0050B0;
 
 class RtfBuilder {
 public:
@@ -25,10 +25,10 @@ public:
     std::string Build(const HtmlDocument& document);
 
 private:
-    void CollectColours(const HtmlDocument& document);
-    void CollectColours(const HtmlParagraph& paragraph);
-    void AddColour(std::int32_t colour);
-    std::int32_t ColourOf(const HtmlStyle& style) const { return style.link >= 0 ? LINK_COLOUR : style.colour; }
+    void CollectColors(const HtmlDocument& document);
+    void CollectColors(const HtmlParagraph& paragraph);
+    void AddColor(std::int32_t color);
+    std::int32_t ColorOf(const HtmlStyle& style) const { return style.link >= 0 ? LINK_COLOR : style.color; }
     void WriteHeader();
     void WriteParagraph(const HtmlParagraph& paragraph);
     void WriteRule();
@@ -43,12 +43,12 @@ private:
     std::vector<int> ColumnEdges(const HtmlDocument& document, std::size_t first) const;
 
     RtfLayout layout_;
-    std::map<std::int32_t, int> colours_;
+    std::map<std::int32_t, int> colors_;
     std::string rtf_;
 };
 
 std::string RtfBuilder::Build(const HtmlDocument& document) {
-    CollectColours(document);
+    CollectColors(document);
     WriteHeader();
     std::vector<int> edges;
     for (std::size_t i = 0; i < document.blocks.size(); ++i) {
@@ -76,37 +76,37 @@ std::string RtfBuilder::Build(const HtmlDocument& document) {
     return std::move(rtf_);
 }
 
-void RtfBuilder::AddColour(std::int32_t colour) {
-    if (colour >= 0) {
-        colours_.try_emplace(colour, static_cast<int>(colours_.size()) + 1);
+void RtfBuilder::AddColor(std::int32_t color) {
+    if (color >= 0) {
+        colors_.try_emplace(color, static_cast<int>(colors_.size()) + 1);
     }
 }
 
-void RtfBuilder::CollectColours(const HtmlParagraph& paragraph) {
+void RtfBuilder::CollectColors(const HtmlParagraph& paragraph) {
     for (const HtmlRun& run : paragraph.runs) {
-        AddColour(ColourOf(run.style));
+        AddColor(ColorOf(run.style));
     }
 }
 
-void RtfBuilder::CollectColours(const HtmlDocument& document) {
+void RtfBuilder::CollectColors(const HtmlDocument& document) {
     for (const HtmlBlock& block : document.blocks) {
-        CollectColours(block.paragraph);
+        CollectColors(block.paragraph);
         for (const HtmlParagraph& cell : block.cells) {
-            CollectColours(cell);
+            CollectColors(cell);
         }
     }
 }
 
 void RtfBuilder::WriteHeader() {
     Write("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fswiss Tahoma;}{\\f1\\fmodern Courier New;}}{\\colortbl ;");
-    std::vector<std::int32_t> table(colours_.size());
-    for (const auto& [colour, index] : colours_) {
-        table[static_cast<std::size_t>(index) - 1] = colour;
+    std::vector<std::int32_t> table(colors_.size());
+    for (const auto& [color, index] : colors_) {
+        table[static_cast<std::size_t>(index) - 1] = color;
     }
-    for (const std::int32_t colour : table) {
-        Control("\\red", colour >> 16);
-        Control("\\green", (colour >> 8) & 0xFF);
-        Control("\\blue", colour & 0xFF);
+    for (const std::int32_t color : table) {
+        Control("\\red", color >> 16);
+        Control("\\green", (color >> 8) & 0xFF);
+        Control("\\blue", color & 0xFF);
         Write(";");
     }
     Write("}\\uc1 ");
@@ -139,8 +139,8 @@ void RtfBuilder::WriteRun(const HtmlRun& run) {
     Control("\\i", style.italic ? 1 : 0);
     Write(style.underline || style.link >= 0 ? "\\ul" : "");
     Write(style.script > 0 ? "\\super" : style.script < 0 ? "\\sub" : "");
-    if (ColourOf(style) >= 0) {
-        Control("\\cf", colours_.at(ColourOf(style)));
+    if (ColorOf(style) >= 0) {
+        Control("\\cf", colors_.at(ColorOf(style)));
     }
     Write(" ");
     WriteText(run.text);
@@ -150,7 +150,7 @@ void RtfBuilder::WriteRun(const HtmlRun& run) {
 void RtfBuilder::WriteParagraph(const HtmlParagraph& paragraph) {
     const int indent = paragraph.indent * INDENT_TWIPS;
     Write("\\pard");
-    Write(paragraph.centred ? "\\qc" : "");
+    Write(paragraph.centered ? "\\qc" : "");
     Control("\\sb", paragraph.spaceBefore ? SPACE_TWIPS * (paragraph.heading > 0 ? 2 : 1) : 0);
     Control("\\li", indent);
     if (!paragraph.bullet.empty()) {

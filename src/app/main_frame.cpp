@@ -137,7 +137,7 @@ void CVelmFrame::OpenStartupFile() {
         const auto wait = ShowWaitCursor();
         MergeWhenOpened(catalog_, program_.context);
         catalog_.SetFolder(DataFolder(program_.settings, program_.programFolder));
-        // The recent files first: the catalogue keeps them in front of what the folder holds besides.
+        // The recent files first: the catalog keeps them in front of what the folder holds besides.
         catalog_.AddFiles(OpenFileList(program_.settings));
         catalog_.ScanFolder();
         const CVelmStringView recent = FirstOpenFile(program_.settings);

@@ -17,7 +17,7 @@ struct CVelmProgram {
     CVelmSettings& settings;
     CVelmOptionsStore& options;
     CVelmString programFolder;  ///< ends with a backslash
-    CVelmBitmap& formatIcons;   ///< the item list's images, tinted with the base colour
+    CVelmBitmap& formatIcons;   ///< the item list's images, tinted with the base color
 };
 
 }  // namespace velm

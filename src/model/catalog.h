@@ -19,7 +19,7 @@ using CVelmPendingMerge = std::function<bool(CVelmConversionDoc&, const CVelmCat
 /// Every data file of the data folder. The document at index 0 is the open one, so the order is that of last use.
 class CVelmCatalog {
 public:
-    /// The services outlive the catalogue.
+    /// The services outlive the catalog.
     explicit CVelmCatalog(const CVelmServices& services) : services_(services) {}
 
     /// What Activate does with downloaded updates; without it they stay pending.
@@ -47,7 +47,7 @@ public:
 
     /// Makes a document the open one: the open one before it is written back, the new one moves to index 0, is
     /// loaded fully and has its pending update file merged. Index 0 is only loaded. Returns the document at index 0,
-    /// null for an index outside the catalogue. When edits of the open document cannot be written it stays open.
+    /// null for an index outside the catalog. When edits of the open document cannot be written it stays open.
     CVelmDocument* Activate(int index);
 
     /// Appends a new document and returns its index.

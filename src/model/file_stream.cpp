@@ -239,8 +239,8 @@ std::uint32_t CVelmFileStream::GetSize() {
     if (file_ == nullptr || (IsWriting() && !WriteBuffer())) {
         return 0;
     }
-    constexpr std::uint64_t LARGEST = std::numeric_limits<std::uint32_t>::max();
-    return static_cast<std::uint32_t>(std::min(IsWriting() ? file_->Size().value_or(0) : size_, LARGEST));
+    constexpr std::uint64_t MAX_SIZE = std::numeric_limits<std::uint32_t>::max();
+    return static_cast<std::uint32_t>(std::min(IsWriting() ? file_->Size().value_or(0) : size_, MAX_SIZE));
 }
 
 std::uint64_t CVelmFileStream::Remaining() {

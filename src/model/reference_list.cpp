@@ -9,7 +9,7 @@ namespace velm {
 namespace {
 
 constexpr CVelmStringView EXTENSION = u".htm";
-constexpr std::size_t MAX_PAGE = 16 << 20;
+constexpr std::size_t MAX_PAGE_SIZE = 16 << 20;
 
 CVelmString Decode(std::string_view bytes) {
     if (bytes.starts_with(UTF8_MARK)) {
@@ -50,7 +50,7 @@ bool CVelmReferenceList::ReadReference(std::size_t index, CVelmString& text) con
     const auto file = name ? services_.files.Open(folder_ + *name, FileMode::Read) : nullptr;
     std::string bytes;
     if (file) {
-        ReadToEnd(*file, MAX_PAGE, bytes);  // of a page that breaks off, what there is
+        ReadToEnd(*file, MAX_PAGE_SIZE, bytes);  // of a page that breaks off, what there is
     }
     if (bytes.empty()) {
         return false;

@@ -13,7 +13,7 @@ namespace velm {
 
 namespace {
 
-constexpr std::size_t MAX_PATTERN = 19;
+constexpr std::size_t MAX_PATTERN_LENGTH = 19;
 
 CVelmString FromWide(std::wstring_view text) {
     CVelmString result;
@@ -86,7 +86,7 @@ std::optional<CVelmString> TranslateDatePattern(std::string_view pattern) {
         }
     }
     CVelmString translated = FromUtf8(result);
-    return translated.size() <= MAX_PATTERN ? std::optional(std::move(translated)) : std::nullopt;
+    return translated.size() <= MAX_PATTERN_LENGTH ? std::optional(std::move(translated)) : std::nullopt;
 }
 
 bool CVelmLibraryLocale::IsUnnamed() const {

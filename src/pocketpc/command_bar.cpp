@@ -273,7 +273,7 @@ bool CommandBar_AddBitmap(HWND window, HINSTANCE instance, UINT bitmap, int size
     Bar* const bar = BarOf(window);
     const Owned<HBITMAP> strip(
         static_cast<HBITMAP>(LoadImageW(instance, MAKEINTRESOURCEW(bitmap), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION)));
-    // A list of the strip's own few colours would bend the rest to them.
+    // A list of the strip's own few colors would bend the rest to them.
     bar->images.reset(ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 0, 1));
     if (!strip || !bar->images || ImageList_AddMasked(bar->images.get(), strip.get(), TRANSPARENT_COLOR) < 0) {
         return false;

@@ -7,7 +7,7 @@
 #include <span>
 
 // The handheld's command bar: menus and tool buttons in one row along the bottom of its parent window, which it
-// follows. Its commands go to the parent as WM_COMMAND, its menus open upwards and are initialised by the parent
+// follows. Its commands go to the parent as WM_COMMAND, its menus open upwards and are initialized by the parent
 // (WM_INITMENUPOPUP).
 
 /// Pixels that the bar takes from the bottom of its parent.

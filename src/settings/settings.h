@@ -36,7 +36,7 @@ void ReadStoredSettings(CVelmSettings& settings, CVelmOptionsStore& store);
 /// Stores the record. Returns the system's status, 0 on success.
 std::int32_t SaveSettings(const CVelmSettings& settings, CVelmOptionsStore& store);
 
-/// Fills `openFiles` with the file names of the catalogue's first six documents. A name that no longer fits whole is
+/// Fills `openFiles` with the file names of the catalog's first six documents. A name that no longer fits whole is
 /// left out.
 void SaveOpenFileList(CVelmSettings& settings, const CVelmCatalog& catalog);
 

@@ -27,7 +27,7 @@ int FloorDivide(LONG value, int divisor) {
     return static_cast<int>(value % divisor < 0 ? quotient - 1 : quotient);
 }
 
-/// A bitmap resource: a header, its colour table and the pixels, as a .bmp file has them.
+/// A bitmap resource: a header, its color table and the pixels, as a .bmp file has them.
 struct BitmapResource {
     const BITMAPINFO* info = nullptr;
     std::size_t size = 0;
@@ -96,7 +96,7 @@ CVelmPaletteHandle MakePalette(const std::vector<RGBQUAD>& table) {
     return CVelmPaletteHandle(CreatePalette(palette));
 }
 
-/// The pixels in a section of their own, with the tinted colours in the place of the resource's.
+/// The pixels in a section of their own, with the tinted colors in the place of the resource's.
 CVelmBitmapHandle MakeSection(const BitmapResource& resource, const std::vector<RGBQUAD>& table) {
     std::vector<BYTE> buffer(resource.PixelOffset());
     std::memcpy(buffer.data(), resource.info, resource.Header().biSize);

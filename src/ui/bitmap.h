@@ -6,21 +6,21 @@
 
 namespace velm {
 
-/// A light shade of a colour: each channel k becomes 255 - ((255 - k) x (255 - amount)) / 256, `amount` from 0 to 255.
+/// A light shade of a color: each channel k becomes 255 - ((255 - k) x (255 - amount)) / 256, `amount` from 0 to 255.
 /// Deliberate: the division by 256 lifts black to (1, 1, 1) even for amount 0.
 COLORREF MixColor(int amount, COLORREF color);
 
 /// How much the rows of the item list are lightened.
 constexpr int MIX_ROW = 140;
 
-/// The colour of the edges of buttons and panels, and of the faces of pressed buttons.
+/// The color of the edges of buttons and panels, and of the faces of pressed buttons.
 COLORREF EdgeColor();
 
-/// One channel-wise recolouring of a colour table entry: greys stay, every other colour takes the tint's hue at its
+/// One channel-wise recoloring of a color table entry: grays stay, every other color takes the tint's hue at its
 /// own brightness.
 COLORREF TintColor(COLORREF color, COLORREF tint);
 
-/// A bitmap of the program's resources, tinted when it has a colour table.
+/// A bitmap of the program's resources, tinted when it has a color table.
 class CVelmBitmap {
 public:
     /// With `followScale` the bitmap is drawn at twice its size on a screen whose scale is 2.
@@ -31,7 +31,7 @@ public:
     CVelmBitmap& operator=(const CVelmBitmap&) = delete;
 
     /// Loads again with another tint. False, with the old bitmap kept, unless both a bitmap and a palette were made:
-    /// so always for a bitmap without a colour table.
+    /// so always for a bitmap without a color table.
     bool Reload(UINT resource, COLORREF tint);
 
     /// Stretched to the drawn size.

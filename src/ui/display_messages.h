@@ -8,7 +8,7 @@ namespace velm {
 
 constexpr wchar_t DISPLAY_CLASS[] = L"DISPLAYCLASS";
 
-/// The library's initialisation entry, exported at this ordinal: BOOL InitHTMLControl(HINSTANCE program). It must
+/// The library's initialization entry, exported at this ordinal: BOOL InitHTMLControl(HINSTANCE program). It must
 /// succeed before a display window is created; calling it again does no harm.
 constexpr WORD INIT_HTML_CONTROL_ORDINAL = 1;
 using InitHtmlControl = BOOL(WINAPI*)(HINSTANCE);

@@ -23,7 +23,7 @@ CVelmFont CreateProgramFont(int height, bool bold);
 /// An icon of the program's resources, `size` pixels of an ordinary screen square; null when there is none.
 CVelmIcon LoadProgramIcon(UINT id, int size = ICON_SIZE);
 
-/// The colour that rows and bitmaps take their tint from: the system's active caption.
+/// The color that rows and bitmaps take their tint from: the system's active caption.
 COLORREF BaseColor();
 
 }  // namespace velm

@@ -77,7 +77,7 @@ int TextWidth(HDC dc, const CVelmString& text);
 /// Draws one line of text, transparent and centered from top to bottom; `format` is DT_LEFT and the like besides.
 void DrawLine(HDC dc, HFONT font, COLORREF color, const CVelmString& text, RECT area, UINT format);
 
-/// Fills a rectangle with one colour, without a brush to look after.
+/// Fills a rectangle with one color, without a brush to look after.
 inline void FillColor(HDC dc, const RECT& area, COLORREF color) {
     const COLORREF old = SetBkColor(dc, color);
     ExtTextOutW(dc, 0, 0, ETO_OPAQUE, &area, nullptr, 0, nullptr);

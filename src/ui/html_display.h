@@ -13,7 +13,7 @@ public:
     /// The library's file is looked for in this folder, which ends with a backslash.
     explicit CVelmHtmlLibrary(const CVelmString& folder) : folder_(folder) {}
 
-    /// Loads and initialises the library, unless that is done. False when it is missing or refuses.
+    /// Loads and initializes the library, unless that is done. False when it is missing or refuses.
     bool Load();
 
 private:

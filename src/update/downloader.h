@@ -24,10 +24,10 @@ struct CVelmDownloadProgress {
 /// Told when a file begins, when bytes have come, and several times a second while waiting. False stops the run.
 using CVelmDownloadObserver = std::function<bool(const CVelmDownloadProgress&)>;
 
-/// One download run: fetches an update list and what it names, and keeps the update files in the catalogue's folder.
+/// One download run: fetches an update list and what it names, and keeps the update files in the catalog's folder.
 class CVelmDownloader {
 public:
-    /// The catalogue and the fetcher are not owned and outlive the downloader.
+    /// The catalog and the fetcher are not owned and outlive the downloader.
     CVelmDownloader(const CVelmCatalog& catalog, CVelmFetcher& fetcher, const CVelmString& listUrl)
         : urls_{listUrl}, catalog_(catalog), fetcher_(fetcher) {}
 

@@ -11,7 +11,7 @@ namespace velm {
 /// When the document cannot be written it stays modified in memory, and the update file stays to be merged again.
 bool Merge(CVelmConversionDoc& document, const CVelmCatalog& catalog, FormulaContext& context);
 
-/// Has the catalogue merge the update file of every conversion document that it opens. The context outlives it.
+/// Has the catalog merge the update file of every conversion document that it opens. The context outlives it.
 void MergeWhenOpened(CVelmCatalog& catalog, FormulaContext& context);
 
 }  // namespace velm

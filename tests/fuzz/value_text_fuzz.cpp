@@ -17,7 +17,7 @@ namespace {
 constexpr std::size_t HEADER = 6 * 8;
 
 /// Longer than any value's text without labels.
-constexpr std::size_t MAX_TEXT = 160;
+constexpr std::size_t MAX_TEXT_LENGTH = 160;
 
 double DoubleAt(Input input, std::size_t index) {
     double value = 0;
@@ -30,8 +30,8 @@ void WriteInEveryFormat(CVelmValueFormat format, double value) {
     for (std::uint32_t code = 1; code <= 2 * FMT_CURRENCY; code <<= 1) {
         format.displayFormat = code;
         format.inputFormat = code;
-        Require(format.FormatValue(value, locale).size() < MAX_TEXT, "a shown text is short");
-        Require(format.FormatValueForInput(value).size() < MAX_TEXT, "a typed text is short");
+        Require(format.FormatValue(value, locale).size() < MAX_TEXT_LENGTH, "a shown text is short");
+        Require(format.FormatValueForInput(value).size() < MAX_TEXT_LENGTH, "a typed text is short");
     }
     std::array<CVelmString, COMPOUND_PARTS> texts;
     const int parts = SplitCompound(format.compoundParts, value, texts);

@@ -26,7 +26,7 @@ Picture WholePicture(const CVelmBitmap& bitmap) {
     return Drawn(bitmap.PixelWidth(), bitmap.PixelHeight(), [&bitmap](HDC dc) { bitmap.DrawAtOrigin(dc); });
 }
 
-/// Each pixel of the picture is the colour that the function gives for its place.
+/// Each pixel of the picture is the color that the function gives for its place.
 void ExpectPixels(const Picture& picture, const std::function<COLORREF(int, int)>& color) {
     for (int y = 0; y < picture.Height(); ++y) {
         for (int x = 0; x < picture.Width(); ++x) {
@@ -42,12 +42,12 @@ TEST(Bitmap, MixesAndTintsColors) {
     // 255 - 255 x 115 / 256, 255 - 155 x 115 / 256 and 255 - 55 x 115 / 256, each cut to a whole number before the
     // subtraction.
     EXPECT_EQ(MixColor(140, TINT), RGB(255 - 114, 255 - 69, 255 - 24));
-    for (const BYTE grey : {BYTE{0}, BYTE{1}, BYTE{128}, BYTE{255}}) {
-        EXPECT_EQ(TintColor(RGB(grey, grey, grey), TINT), RGB(grey, grey, grey));
+    for (const BYTE gray : {BYTE{0}, BYTE{1}, BYTE{128}, BYTE{255}}) {
+        EXPECT_EQ(TintColor(RGB(gray, gray, gray), TINT), RGB(gray, gray, gray));
     }
     // Red: brightness sqrt(255 x 255 / 3) = 147, darkness 108.
     EXPECT_EQ(TintColor(RGB(255, 0, 0), TINT), RGB(255 - 255 * 108 / 256, 255 - 155 * 108 / 256, 255 - 55 * 108 / 256));
-    EXPECT_EQ(TintColor(RGB(0, 0, 1), RGB(0, 0, 0)), RGB(1, 1, 1)) << "the darkest colour that is no grey";
+    EXPECT_EQ(TintColor(RGB(0, 0, 1), RGB(0, 0, 0)), RGB(1, 1, 1)) << "the darkest color that is no gray";
 }
 
 TEST(Bitmap, TakesTheTintPixelForPixel) {
@@ -55,7 +55,7 @@ TEST(Bitmap, TakesTheTintPixelForPixel) {
     const Picture tinted = WholePicture(CVelmBitmap(IDB_FORMAT_ICONS, TINT, false));
     ASSERT_EQ(plain.Width(), 8 * 16);
     ExpectPixels(tinted, [&](int x, int y) { return TintColor(plain.At(x, y), TINT); });
-    EXPECT_NE(tinted, plain) << "the format icons have no colour to tint";
+    EXPECT_NE(tinted, plain) << "the format icons have no color to tint";
     const CVelmBitmap icons(IDB_FORMAT_ICONS, false);
     std::vector<Picture> pictures;
     for (int i = 0; i < 8; ++i) {

@@ -10,7 +10,7 @@ namespace {
 
 class MergeTest : public testing::Test {
 protected:
-    /// A currency file, three units joined in a row, is stored and the catalogue's open document.
+    /// A currency file, three units joined in a row, is stored and the catalog's open document.
     MergeTest() {
         catalog.SetFolder(u"data");
         const auto stored = MakeConversionDoc(services.Services(), u"Currency", {u"USD", u"EUR", u"GBP", u"", u"JPY"});

@@ -71,7 +71,7 @@ TEST(HtmlDocument, TakesTimeInProportionToThePage) {
     }
 }
 
-TEST(RtfWriter, EscapesAndColours) {
+TEST(RtfWriter, EscapesAndColors) {
     const std::string rtf = WriteRtf(ReadHtml(u"a\\{b} \u03c0 <font color=red>r</font>"), {});
     EXPECT_NE(rtf.find("a\\\\\\{b\\} \\u960?"), std::string::npos) << rtf;
     EXPECT_NE(rtf.find("\\red255\\green0\\blue0;"), std::string::npos) << rtf;
