@@ -37,15 +37,15 @@ public:
     std::int16_t second = 0;  ///< 0 to 59
     std::int8_t weekday = 1;  ///< 1 = Sunday to 7 = Saturday
 
-    /// The fields in the platform's form.
+    /// The fields as a platform calendar time.
     CVelmCalendarTime ToSystemTime() const;
 
-    /// Days and weeks move the value and take the fields from it.
+    /// Days and weeks move the value and recompute the fields.
     void AddDays(double days);
     void AddWeeks(std::int32_t weeks);
 
-    /// Months and years move the fields and take the value from them. A day that the new month lacks moves into
-    /// the month after it by what it exceeds: 31 January plus one month is 2 or 3 March.
+    /// Months and years move the fields and recompute the value. A day past the end of the new month carries over:
+    /// January 31 plus one month is March 2 or 3.
     void AddMonths(std::int16_t months);
     void AddYears(std::int16_t years);
     DateTime& operator++();

@@ -104,8 +104,8 @@ constexpr TimeZoneRow TIME_ZONES[] = {
     {300, -780, 0, -60, NEVER, NEVER},
 };
 
-/// A yearly rule's date in a year. When the first of the month already is the wanted weekday the date comes out one
-/// week late, and a "last" rule gives the first of the next month. Deliberate: the rules are kept as they always were.
+/// The date of a yearly rule. Deliberate, stored values rely on it: when the month begins on the rule's weekday the
+/// date is one week late, and a "last" rule yields the first of the next month.
 DateTime RuleDate(const TimeZoneDate& rule, int year) {
     DateTime date;
     date.SetDate(rule.month, 1, year);

@@ -7,8 +7,8 @@
 
 namespace velm {
 
-/// When a change of time comes, in local time. Month 0: never. Year 0: every year, on the week `day` (1 to 5,
-/// 5 = last) of `dayOfWeek` (0 = Sunday). Any other year: once, on that date.
+/// When the time changes, in local time. Month 0: never. Year 0: every year, in week `day` (1 to 5, 5 = last) of
+/// `dayOfWeek` (0 = Sunday). Any other year: once, on that date.
 struct TimeZoneDate {
     std::uint16_t year = 0;
     std::uint16_t month = 0;
@@ -45,7 +45,7 @@ bool IsDaylightTime(const TimeZoneRow& row, double localValue);
 bool FromUtc(double zone, double& value);
 bool ToUtc(double zone, double& value);
 
-/// The present time in a zone, and the clock's local time for a negative zone. False as FromUtc.
+/// The current time in a zone; the clock's local time for a negative zone. Fails like FromUtc.
 bool ZoneTimeNow(double zone, const CVelmClock& clock, double& value);
 
 }  // namespace velm

@@ -7,8 +7,7 @@
 
 namespace velm {
 
-/// Keeps the parsed form of one formula text that may be edited at any time, so that it is parsed once per edit.
-/// Takes next to no memory until it is used.
+/// Caches the parsed form of an editable formula text, so that it is parsed once per edit. Allocates on first use.
 class CVelmCachedFormula {
 public:
     /// The parsed form of `text`, valid until the next call.

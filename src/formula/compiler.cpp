@@ -54,7 +54,7 @@ FormulaInstruction& FormulaCompiler::Emit(std::uint32_t code) {
     return instruction;
 }
 
-/// An instruction that does not take its operand from the accumulator puts what is there where its user finds it.
+/// An instruction that does not read the accumulator first spills it to the slot where its consumer expects it.
 FormulaInstruction& FormulaCompiler::EmitSaving(std::uint32_t code) {
     FormulaInstruction& instruction = Emit(code);
     if (holder_ != NO_HOLDER) {
@@ -65,8 +65,8 @@ FormulaInstruction& FormulaCompiler::EmitSaving(std::uint32_t code) {
     return instruction;
 }
 
-/// Reads the list from its head. An instruction follows once the operands of its operator are there, so the right
-/// operand is evaluated before the left one and the last argument before the first.
+/// Reads the list from its head and emits an instruction once its operands are complete, so the right operand is
+/// evaluated before the left one and the last argument before the first.
 void FormulaCompiler::Translate() {
     pending_.clear();
     holder_ = NO_HOLDER;
@@ -133,8 +133,7 @@ std::uint32_t FormulaCompiler::TranslateX() {
     return FormulaProgram::X_SLOT;
 }
 
-/// Hands an operand to the operator or call that waits for it, and the result of each that becomes complete to the
-/// next.
+/// Passes an operand to the pending operator or call, and each completed result on to the next one.
 void FormulaCompiler::Deliver(std::uint32_t operand) {
     while (!pending_.empty()) {
         Pending& node = pending_.back();
@@ -178,7 +177,7 @@ void FormulaCompiler::EmitOperator(std::uint32_t code, std::uint32_t left, std::
     if (EmitShort(code, left, right)) {
         return;
     }
-    // The square is multiplied out as the evaluator's power does it.
+    // The square is a multiplication, as in the evaluator's power.
     const bool isSquare = code == OP_POWER && right != ACCUMULATOR && program_->frame[right] == 2.0;
     FormulaInstruction& instruction = EmitSaving(isSquare ? static_cast<std::uint32_t>(OP_SQUARE) : code);
     instruction.a = SaveOperand(instruction, left);
@@ -210,7 +209,7 @@ void FormulaCompiler::EmitCall(const FunctionRow& function, std::uint32_t first,
     instruction.call = function.call;
 }
 
-/// The slot of an operand; one in the accumulator is saved first.
+/// The slot of an operand; an operand in the accumulator is saved first.
 std::uint32_t FormulaCompiler::SaveOperand(FormulaInstruction& instruction, std::uint32_t operand) {
     if (operand != ACCUMULATOR) {
         return operand;
@@ -219,8 +218,8 @@ std::uint32_t FormulaCompiler::SaveOperand(FormulaInstruction& instruction, std:
     return instruction.saved;
 }
 
-/// The arguments arrive last first, and so their instructions are laid out; a jump in front leads to the first
-/// condition, and each part says where to go on. A wrong number of arguments fails in their place.
+/// Arguments arrive and are emitted last first; a leading jump goes to the first condition, and each part ends in a
+/// jump to the next. A wrong number of arguments fails at evaluation.
 void FormulaCompiler::OpenConditional(Pending& node) {
     ++openConditionals_;
     const bool wellFormed = node.missing >= MIN_CONDITIONAL_ARGUMENTS && node.missing % 2 != 0;

@@ -8,7 +8,7 @@
 
 namespace velm {
 
-/// Turns formula texts into programs. One that is kept gives each compilation the memory of the last.
+/// Turns formula texts into programs. Reusing a compiler reuses its memory.
 class FormulaCompiler {
 public:
     /// Lower-cases, parses and translates. The program does not refer to the text afterwards.
@@ -18,7 +18,7 @@ public:
     const FormulaTokenList& Parse(CVelmStringView text);
 
 private:
-    /// An operator or a call some of whose operands are still to come.
+    /// An operator or call with operands still pending.
     struct Pending {
         const FormulaToken* token = nullptr;
         std::int32_t missing = 0;      ///< operands still to come

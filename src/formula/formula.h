@@ -8,7 +8,7 @@
 
 namespace velm {
 
-/// A formula text made ready once and evaluated as often as wanted. It need not outlive its text.
+/// A formula text compiled once and evaluated any number of times. The text need not outlive it.
 class CVelmFormula {
 public:
     CVelmFormula() = default;
@@ -17,14 +17,13 @@ public:
     /// False for an empty text and for a syntax error; such a formula never evaluates.
     bool Parses() const { return program_.parses; }
 
-    /// The names bound by DefineVariable that it may read, in lower case, each once for every use; valid as long as the
-    /// formula.
+    /// The variables it may read, in lower case, one entry per use; valid as long as the formula.
     std::vector<CVelmStringView> VariablesRead() const { return program_.VariablesRead(); }
 
-    /// Whether another evaluation may end otherwise although no name was bound in between.
+    /// Whether the result may change although no name was bound in between.
     bool IsVolatile() const { return program_.isVolatile; }
 
-    /// As EvaluateFormula of the text it was made of. Not to be called by two threads at once.
+    /// Same as EvaluateFormula of its text. Not thread-safe.
     bool Evaluate(FormulaContext& context, double& result) const { return program_.Run(context, result); }
 
 private:

@@ -7,7 +7,7 @@
 
 namespace velm {
 
-/// What evaluating a text needs besides the text, kept so that it is not allocated each time.
+/// Working storage of an evaluation, kept to avoid reallocating it.
 class FormulaWorkspace {
 public:
     FormulaCompiler compiler;

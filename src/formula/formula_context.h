@@ -19,7 +19,7 @@ enum class AngleMode : std::int32_t { Radians = 0, Degrees = 1, Grads = 2 };
 /// The name that conversion formulas bind their input to.
 inline constexpr CVelmStringView X_NAME = u"x";
 
-/// The evaluator's state: named values, angle mode, random generator and clock. One lives for a whole run.
+/// The evaluator's state: named values, angle mode, random generator and clock. Lives for the whole run.
 class FormulaContext {
 public:
     /// The clock is not owned and outlives the context; its local time seeds the random generator.
@@ -34,7 +34,7 @@ public:
     AngleMode Angle() const { return angle_; }
     void SetAngle(AngleMode angle) { angle_ = angle; }
 
-    /// DefineVariable and UndefineVariable of "x", without the parsing: for those who evaluate in a loop.
+    /// DefineVariable and UndefineVariable of "x" without the parsing, for evaluation in a loop.
     void BindX(double value);
     void UnbindX();
 
@@ -42,7 +42,7 @@ public:
     double ValueOf(CVelmStringView name) const;
     double XValue() const { return xValue_; }
 
-    /// What follows serves the operations below.
+    /// Used by the operations below.
     void Bind(CVelmStringView name, double value);
     bool Unbind(CVelmStringView name);
     FormulaWorkspace& Workspace() { return *workspace_; }
@@ -66,7 +66,7 @@ private:
 /// False, with `result` untouched, for an empty text, a syntax error and every failure of evaluation.
 bool EvaluateFormula(FormulaContext& context, CVelmStringView text, double& result);
 
-/// Whether the text is one plain name, which values can be bound to.
+/// Whether the text is one plain name that a value can be bound to.
 bool IsPlainName(CVelmStringView text);
 
 /// That name as it is bound, in lower case; empty for any other text. Valid until the next formula or name is parsed.

@@ -24,7 +24,7 @@ struct Domain {
     CVelmStringView message;
 };
 
-// What a function that has no value for its argument needs.
+// The domain of each function that is not defined everywhere.
 constexpr std::array DOMAINS = {
     Domain{u"sqrt", u"sqrt needs a number of at least 0"},
     Domain{u"ln", u"ln needs a number above 0"},
@@ -54,7 +54,7 @@ bool IsClosed(CVelmStringView text) {
     return false;
 }
 
-/// A syntax error: where the parser met it tells what it is.
+/// Explains a syntax error from the position where the parser found it.
 FormulaFault ExplainSyntax(const FormulaTokenList& list) {
     const CVelmStringView text = list.text;
     const FormulaToken& error = *list.FindError();
@@ -91,13 +91,13 @@ FormulaFault ExplainSyntax(const FormulaTokenList& list) {
     return {Quote(word) + u" is not allowed in a formula", start, word.size()};
 }
 
-/// A part of the formula: its value, or what is wrong with it.
+/// The value of a subexpression, or its error.
 struct Part {
     std::optional<double> value;
     FormulaFault fault;
 };
 
-/// Walks a formula that parses from its first value to its last operator and stops caring where nothing is wrong.
+/// Evaluates a formula that parses from left to right and stops at the first fault.
 class EvaluationExplainer {
 public:
     EvaluationExplainer(FormulaContext& context, const FormulaTokenList& list) : context_(context), list_(list) {}

@@ -7,15 +7,14 @@
 
 namespace velm {
 
-/// What is wrong with a formula, in words, and where in its text.
+/// An error message and its position in the formula.
 struct FormulaFault {
     CVelmString message;
     std::size_t position = 0;
     std::size_t length = 0;  ///< 0 at the end of the text
 };
 
-/// Explains why a formula does not evaluate. To be asked after EvaluateFormula failed, with the same definitions: the
-/// evaluator itself stays silent. The two names that operands are bound to meanwhile are free again afterwards.
+/// Explains why EvaluateFormula failed, given the same definitions. Binds two names temporarily.
 FormulaFault ExplainFailure(FormulaContext& context, CVelmStringView text);
 
 }  // namespace velm

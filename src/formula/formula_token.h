@@ -28,9 +28,8 @@ struct FormulaToken {
     double number = 0.0;            ///< value of a number
 };
 
-/// A parsed formula. It is conceptually a linked list that is built by putting tokens before its head; here the
-/// tokens lie in one vector whose last element is that head, so that no token is allocated on its own. Names
-/// are parts of `text` for the same reason.
+/// A parsed formula: conceptually a linked list built by prepending tokens; stored as a vector whose last element is
+/// the head, so that tokens need no allocation of their own. Names are parts of `text` for the same reason.
 struct FormulaTokenList {
     CVelmString text;                  ///< the formula as it was parsed
     std::vector<FormulaToken> tokens;  ///< read from the back: prefix order from the root, right operand first
@@ -38,7 +37,7 @@ struct FormulaTokenList {
     bool IsEmpty() const { return tokens.empty(); }
     const FormulaToken& Head() const { return tokens.back(); }
 
-    /// True when the formula does not parse, a trailing operator included; then `*FindError()` says where.
+    /// True when the formula does not parse, a trailing operator included; `*FindError()` is then the position.
     bool HasError() const { return FindError() != nullptr; }
     const FormulaToken* FindError() const;
 

@@ -49,7 +49,7 @@ double WithinTurn(double angle) {
 
 double Sin(Context& context, double angle, double) {
     const double turn = WithinTurn(HALF_PI - ToRadians(context, angle));
-    // Folded about pi, not about 2 pi as in Cos: deliberate, files rely on the sign that this gives beyond pi.
+    // Folded about pi, not 2 pi as in Cos. Deliberate: files rely on the resulting sign beyond pi.
     return std::sin(HALF_PI - (turn > PI ? PI - turn : turn));
 }
 
@@ -129,8 +129,8 @@ constexpr auto FUNCTIONS = std::to_array<FunctionRow>({
 
 static_assert(std::ranges::is_sorted(FUNCTIONS, {}, &FunctionRow::name));
 
-/// A name of up to eight ASCII characters as one number; numbers sort as their names do. 0 for any other text. To look
-/// a name up takes a good part of the time in which a formula is parsed, and numbers are compared at once.
+/// Packs a name of up to eight ASCII characters into a number that sorts like the name; 0 for any other text. Speeds up
+/// name lookup, a good part of the parsing time.
 constexpr std::uint64_t KeyOf(CVelmStringView name) {
     std::uint64_t key = 0;
     if (name.empty() || name.size() > sizeof(key)) {

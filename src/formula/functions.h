@@ -9,8 +9,7 @@ namespace velm {
 
 class FormulaContext;
 
-/// Arguments beyond a function's arity mean nothing. Failure is a NaN, or any other value outside the range that the
-/// evaluator accepts.
+/// Arguments beyond a function's arity are ignored. Failure is a NaN or any other value that the evaluator rejects.
 using FunctionCall = double (*)(FormulaContext& context, double first, double second);
 
 struct FunctionRow {
@@ -20,8 +19,7 @@ struct FunctionRow {
     bool isVolatile = false;  ///< may give another result for the same arguments: it asks the clock or draws a number
 };
 
-/// The conditional: any odd number of arguments from three on, and it evaluates only those it needs. It is no
-/// row of the table for that reason.
+/// The conditional: an odd number of arguments, at least three, evaluated only as needed; therefore not in the table.
 inline constexpr CVelmStringView CONDITIONAL_NAME = u"iif";
 
 /// All functions, sorted by name. Those of arity 0 are written without parentheses.

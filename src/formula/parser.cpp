@@ -18,7 +18,7 @@ enum class ParseState {
     AfterName,
 };
 
-/// An operator-precedence parser: operators, names and parentheses wait on the stack until their operands are out.
+/// An operator-precedence parser: operators, names and parentheses stay on the stack until their operands are output.
 class FormulaParser {
 public:
     FormulaParser(FormulaTokenList& list, std::vector<FormulaToken>& stack)
@@ -106,7 +106,7 @@ private:
         return true;
     }
 
-    /// A postfix operator applies at once to the operand just read, ahead of every waiting operator.
+    /// A postfix operator applies immediately to the operand just read, ahead of every pending operator.
     bool AcceptPostfix(std::int32_t code) {
         if (state_ != ParseState::AfterNumber) {
             MoveNameOnTop();
@@ -187,7 +187,7 @@ private:
             return;
         }
         if (state_ == ParseState::AfterOperator) {
-            PutError();  // the waiting operators still follow it and fail on it
+            PutError();  // the pending operators still follow and fail on it
         } else {
             MoveNameOnTop();
         }

@@ -6,12 +6,12 @@
 
 namespace velm {
 
-/// Parses a formula that is lower-cased already. Nothing is evaluated or looked up. An empty or blank text gives
-/// an empty list; a syntax error gives a list whose head is an error token, which says where it was met. Only a
-/// trailing operator leaves its error token inside the list.
+/// Parses a lower-cased formula without evaluating or looking up anything. A blank text yields an empty list; a syntax
+/// error yields a list whose head is an error token with its position. Only a trailing operator leaves its error token
+/// inside the list.
 FormulaTokenList ParseFormula(CVelmStringView text);
 
-/// The same into `list`, from the text that it holds; `stack` is working storage. Both keep their memory.
+/// The same into `list`, from the text that it holds; `stack` is working storage. Neither is shrunk.
 void ParseFormula(FormulaTokenList& list, std::vector<FormulaToken>& stack);
 
 }  // namespace velm

@@ -21,7 +21,7 @@ double TruthValue(bool truth) {
     return truth ? -1.0 : 0.0;
 }
 
-/// The square is multiplied out: it is the correctly rounded power, and many times faster.
+/// The square is a multiplication: correctly rounded like the power, and many times faster.
 double Power(double base, double exponent) {
     return exponent == 2.0 ? base * base : std::pow(base, exponent);
 }
@@ -62,9 +62,8 @@ double ExecuteOther(const FormulaProgram& program, FormulaContext& context, cons
     }
 }
 
-/// Runs from instruction `at` on. Without calls it is a leaf that keeps everything in registers, which most formulas
-/// never leave; at the first instruction that it does not know the other takes over. Joined by the compiler they
-/// would be no leaf any more.
+/// Runs from instruction `at`. Without calls it is a leaf function that keeps everything in registers; at the first
+/// instruction it does not handle the other variant takes over. Kept out of line so that it stays a leaf.
 template <bool WITH_CALLS>
 [[gnu::noinline]] bool Execute(const FormulaProgram& program, FormulaContext& context, const FormulaInstruction* at,
                                double accumulator, double& result) {
@@ -213,7 +212,7 @@ template <bool WITH_CALLS>
     return true;
 }
 
-/// Every step's range counts here too. Division by zero is no linear step.
+/// The range is checked at every step here too. Division by zero is not linear.
 bool ExecuteLinear(const LinearFormula& linear, double x, double& result) {
     const double sum = x + linear.offset;
     const double product = sum * linear.factor;
@@ -226,14 +225,14 @@ bool ExecuteLinear(const LinearFormula& linear, double x, double& result) {
     return true;
 }
 
-/// Puts the steps of a program that is linear into their places.
+/// Collects the steps of a linear program.
 class LinearBuilder {
 public:
     explicit LinearBuilder(const std::vector<double>& frame) : frame_(frame) {}
 
     const LinearFormula& Result() const { return linear_; }
 
-    /// False when the instruction is none of "value so far" and a constant, or comes too late.
+    /// False unless the instruction combines the running value with a constant and comes in order.
     bool Take(const FormulaInstruction& instruction) {
         return place_ == Place::Start ? TakeFirst(instruction) : TakeNext(instruction);
     }

@@ -10,7 +10,7 @@
 namespace velm {
 
 /// What an instruction does with the accumulator and the slots of the frame: an operator code, or one of these.
-/// Unless said otherwise an instruction first saves the accumulator in slot `saved`, then leaves its result there.
+/// Unless noted otherwise an instruction first saves the accumulator in slot `saved`, then leaves its result there.
 enum InstructionCode : std::uint32_t {
     OPCODE_CALL = OP_COUNT,  ///< the built-in function of slots a and b
     OPCODE_LOAD,             ///< slot a
@@ -18,10 +18,10 @@ enum InstructionCode : std::uint32_t {
     OPCODE_CHECK_X,          ///< fails when x has no usable value
     OPCODE_JUMP,             ///< to instruction b
     OPCODE_BRANCH,           ///< on slot a: to instruction b when it is not zero, else to instruction `otherwise`
-    OPCODE_CHOOSE,           ///< loads slot a and goes on at instruction b
+    OPCODE_CHOOSE,           ///< loads slot a and continues at instruction b
     OPCODE_FAIL,
 
-    // Short forms of the most frequent steps, whose one operand is the accumulator. They save nothing.
+    // Short forms of the most frequent steps, which operate on the accumulator and do not save it.
     OPCODE_ADD_TO,         ///< accumulator + slot b
     OPCODE_SUBTRACT_FROM,  ///< accumulator - slot b
     OPCODE_MULTIPLY_BY,    ///< accumulator * slot b
@@ -42,14 +42,14 @@ struct FormulaInstruction {
 
 /// ((x + offset) * factor) / divisor + sum: most conversion formulas are no more than this.
 struct LinearFormula {
-    double offset = -0.0;  // what a formula lacks changes no value, not even the sign of a zero
+    double offset = -0.0;  // the defaults change no value, not even the sign of a zero
     double factor = 1.0;
     double divisor = 1.0;
     double sum = -0.0;
 };
 
-/// A formula made ready for evaluation: a straight run of instructions over a frame of values, jumps only for
-/// conditionals and only over parts that need no evaluation. Evaluating takes no call stack in proportion to it.
+/// A compiled formula: straight-line instructions over a frame of values, with forward jumps for conditionals only.
+/// Evaluation does not recurse.
 struct FormulaProgram {
     static constexpr std::uint32_t X_SLOT = 0;
     static constexpr std::uint32_t UNUSED_SLOT = 1;
@@ -63,14 +63,14 @@ struct FormulaProgram {
     bool isLinear = false;    ///< `linear` does the same as the instructions
     LinearFormula linear;
 
-    /// x, constants and intermediate results. Every result is written before it is read, so a run leaves nothing
-    /// behind that the next could see; it is kept because filling it costs as much as evaluating.
+    /// x, constants and intermediate results. Every result is written before it is read, so runs do not affect one
+    /// another; kept because refilling it costs as much as evaluating.
     mutable std::vector<double> frame;
 
     /// Finds out whether the program is linear.
     void FindLinear();
 
-    /// The bound names that it may read, x among them, each once for every use.
+    /// The variables it may read, x included, one entry per use.
     std::vector<CVelmStringView> VariablesRead() const;
 
     /// The name that an OPCODE_VARIABLE reads.

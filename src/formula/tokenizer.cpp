@@ -82,7 +82,7 @@ bool ScanRadixNumber(CVelmStringView digits, int radix, double& value) {
         if (digit < 0) {
             return false;
         }
-        if (digit > 0) {  // a leading zero adds nothing, even where its place value has overflowed
+        if (digit > 0) {  // a leading zero is fine even where its place value has overflowed
             sum += digit * place;
         }
         place *= radix;
@@ -101,7 +101,7 @@ double PowerOfTen(int exponent) {
         return exponent < 0 ? 1.0 / EXACT[size] : EXACT[size];
     }
     const std::string text = "1e" + std::to_string(exponent);
-    double power = 0.0;  // stays so for a power too small for a double
+    double power = 0.0;  // underflow
     std::from_chars(text.data(), text.data() + text.size(), power);
     return power;
 }

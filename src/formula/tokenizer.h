@@ -10,16 +10,16 @@ namespace velm {
 /// A longer token is a syntax error.
 inline constexpr std::size_t TOKEN_MAX_LENGTH = 270;
 
-/// Takes the next word or character of `text` from `position` on, which it moves behind it. Blanks are skipped.
-/// False at the end of the text. `token` is a part of `text`.
+/// Extracts the next word or character of `text` at `position` and advances past it, skipping blanks. False at the end
+/// of the text. `token` is a part of `text`.
 bool NextToken(CVelmStringView text, std::size_t& position, CVelmStringView& token);
 
 /// Reads a whole word as a number: decimal, or binary, octal, hexadecimal by a last character b, o, h; lower
 /// case but for the exponent. False, with `value` untouched, when it is none.
 bool ScanNumber(CVelmStringView word, double& value);
 
-/// True for a single operator character, "-" giving the infix code. Only the low 8 bits of the character
-/// count, deliberately: any character that shares them with an operator is taken as that operator.
+/// True for a single operator character; "-" yields the infix code. Deliberate: only the low 8 bits of the character
+/// count, so any character that shares them with an operator is that operator.
 bool IsOperatorToken(CVelmStringView token, std::int32_t& code);
 
 /// A to Z, a to z and "_"; nothing else is a letter.

@@ -23,7 +23,7 @@ CVelmStringView TextOf(const char16_t (&field)[SIZE]) {
     return {field, static_cast<std::size_t>(end - field)};
 }
 
-/// Ends the list with a NUL by dropping a name that runs to the end of the field.
+/// Terminates the list with a NUL by dropping a name that runs to the end of the field.
 void EndOpenFiles(CVelmSettingsList& list) {
     for (std::size_t at = std::size(list); at > 0 && list[at - 1] != 0; --at) {
         list[at - 1] = 0;
@@ -71,7 +71,7 @@ void SaveOpenFileList(CVelmSettings& settings, const CVelmCatalog& catalog) {
     std::size_t used = 0;
     for (std::size_t at = 0; at < count; ++at) {
         const CVelmDocument& document = *catalog.documents[at];
-        // A document without a name leaves an empty name in the list, which ends it for whoever reads it.
+        // A document without a name adds an empty name, which ends the list for readers.
         const CVelmString name = document.fileName.empty() ? CVelmString() : document.FileNameWithExtension();
         // Room for the name's own NUL and for the one that ends the list.
         if (used + name.size() + 2 > std::size(settings.openFiles)) {

@@ -25,12 +25,12 @@ static_assert(sizeof(CVelmSettings) == 900);
 /// The address of the update list until the user names another. Its host never resolves.
 constexpr CVelmStringView DEFAULT_UPDATE_URL = u"http://updates.corvane.example/velm/convupd.txt";
 
-/// Takes over the stored record when it is 900 bytes of the right type, then gives every empty field but
-/// `twoLineRows` its default. `programFolder` ends with a folder separator; a default data folder that is too long
-/// for its field is left out (DataFolder finds it still). Every text is ended by a NUL afterwards.
+/// Loads the stored record when it is 900 bytes of the right type, then sets every empty field but `twoLineRows` to its
+/// default. `programFolder` ends with a folder separator; a default data folder too long for its field is left out
+/// (DataFolder still finds it). Every text is NUL-terminated afterwards.
 void LoadSettings(CVelmSettings& settings, CVelmOptionsStore& store, const CVelmString& programFolder);
 
-/// The same without the defaults: what is stored, or the record as it was.
+/// The same without the defaults: the stored record, or no change.
 void ReadStoredSettings(CVelmSettings& settings, CVelmOptionsStore& store);
 
 /// Stores the record. Returns the system's status, 0 on success.
@@ -48,7 +48,7 @@ CVelmStringView FirstOpenFile(const CVelmSettings& settings);
 CVelmString DataFolder(const CVelmSettings& settings, const CVelmString& programFolder);
 CVelmString UpdateUrl(const CVelmSettings& settings);
 
-/// Puts a text into a field, cut to what it holds beside its NUL, the rest of the field zero.
+/// Copies a text into a field, truncated to fit with its NUL; the rest of the field is zeroed.
 void SetField(CVelmSettingsText& field, CVelmStringView text);
 
 }  // namespace velm

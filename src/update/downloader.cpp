@@ -49,7 +49,7 @@ bool CVelmDownloader::TakePage(const CVelmString& cacheFile) {
     if (!stream.OpenRead(cacheFile)) {
         return Fail(u"Error opening HTTP cache file: " + cacheFile);
     }
-    // One address more than may be fetched is enough to tell that there are too many.
+    // One address above the limit is enough to detect that there are too many.
     const CVelmUpdatePage page = ReadUpdatePage(stream, MAX_DOWNLOADS + 1 - std::min(urls_.size(), MAX_DOWNLOADS));
     stream.Close();
     urls_.insert(urls_.end(), page.urls.begin(), page.urls.end());
@@ -68,8 +68,7 @@ bool CVelmDownloader::StoreUpdate(const CVelmString& cacheFile, const CVelmStrin
     return true;
 }
 
-/// Spelled like the update file that is already there, otherwise like its document, so that letter case never
-/// parts the two.
+/// Spelled like the existing update file, otherwise like its document, so that the two differ in no letter case.
 CVelmString CVelmDownloader::UpdateFileName(const CVelmString& fileName) const {
     const CVelmString name = fileName + CVelmString(UPDATE_EXTENSION);
     if (auto existing = FindInFolder(catalog_.Services().files, catalog_.Folder(), name)) {

@@ -11,7 +11,7 @@
 
 namespace velm {
 
-/// Files that one run fetches at most, lists included.
+/// Maximum number of files that one run fetches, lists included.
 constexpr std::size_t MAX_DOWNLOADS = 1000;
 
 /// How far a run has come.
@@ -21,7 +21,7 @@ struct CVelmDownloadProgress {
     std::uint64_t bytes = 0;    ///< of this file
 };
 
-/// Told when a file begins, when bytes have come, and several times a second while waiting. False stops the run.
+/// Called when a file begins, when bytes arrive, and several times a second while waiting. False stops the run.
 using CVelmDownloadObserver = std::function<bool(const CVelmDownloadProgress&)>;
 
 /// One download run: fetches an update list and what it names, and keeps the update files in the catalog's folder.
@@ -31,8 +31,8 @@ public:
     CVelmDownloader(const CVelmCatalog& catalog, CVelmFetcher& fetcher, const CVelmString& listUrl)
         : urls_{listUrl}, catalog_(catalog), fetcher_(fetcher) {}
 
-    /// Downloads everything. False at the first failure, with the error text set ("stopped" when the observer said
-    /// so). Update files stored before it stay and are counted.
+    /// Downloads everything. False at the first failure, with the error text set ("stopped" when the observer returned
+    /// false). Update files stored before it stay and are counted.
     bool Run(const CVelmDownloadObserver& observer = {});
 
     std::int32_t DownloadedCount() const { return downloadedCount_; }

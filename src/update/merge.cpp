@@ -23,13 +23,13 @@ struct Rate {
     double factor;
 };
 
-/// Everything that an update file says about one document.
+/// The content of an update file.
 struct Update {
     std::vector<Rate> rates;
     CVelmString timeStamp;
 };
 
-/// Finds the units of a rate by their identifiers in one step, however many units and rates there are.
+/// Index of the units by identifier.
 class CVelmUnitFinder {
 public:
     explicit CVelmUnitFinder(const CVelmDocument& document) {
@@ -40,8 +40,7 @@ public:
         }
     }
 
-    /// Nothing when either unit is missing. One item is never both: a rate between equal identifiers means the first
-    /// two items that carry it.
+    /// Nothing when either unit is missing. A rate between equal identifiers refers to the first two items with it.
     std::optional<std::pair<CVelmItem*, CVelmItem*>> Find(CVelmStringView a, CVelmStringView b) const {
         const CVelmString foldedA = FoldCase(a);
         const CVelmString foldedB = FoldCase(b);
@@ -61,7 +60,7 @@ private:
     std::unordered_map<CVelmString, std::vector<CVelmItem*>> units_;  ///< by identifier, in the document's order
 };
 
-/// The first conversion between two units in either direction, in one step.
+/// Index of the first conversion between two units in either direction.
 class CVelmConversionFinder {
 public:
     explicit CVelmConversionFinder(CVelmConversionDoc& document) : document_(document) {
@@ -94,7 +93,7 @@ bool HasUpdateMagic(CVelmFileStream& stream) {
            FromUtf8(std::string_view(magic.data(), magic.size())) == UPDATE_MAGIC;
 }
 
-/// Nothing when the file is no update file or cannot be read to its end.
+/// Nothing when the file is not an update file or cannot be read to its end.
 std::optional<Update> ReadUpdate(CVelmFileStream& stream, const CVelmDocument& document, FormulaContext& context) {
     if (!HasUpdateMagic(stream)) {
         return std::nullopt;
@@ -125,7 +124,7 @@ void Apply(const Update& update, CVelmConversionDoc& document) {
     for (const Rate& rate : update.rates) {
         CVelmConversion& conversion = conversions.FindOrAdd(rate.unit1, rate.unit2);
         conversion.formulaFlag = 0;
-        // A conversion stored in the opposite direction is reversed to that of the rate, deliberately.
+        // Deliberate: a conversion stored in the opposite direction is reversed to that of the rate.
         conversion.unit1 = rate.unit1;
         conversion.unit2 = rate.unit2;
         conversion.factor = rate.factor;
@@ -133,7 +132,7 @@ void Apply(const Update& update, CVelmConversionDoc& document) {
         conversion.forwardFormula.clear();
         conversion.reverseFormula.clear();
     }
-    // No more than a file can hold.
+    // The file format's maximum.
     document.Touch(update.timeStamp.substr(0, CVelmFileStream::MAX_STRING));
 }
 
@@ -145,7 +144,7 @@ bool Merge(CVelmConversionDoc& document, const CVelmCatalog& catalog, FormulaCon
     const auto name = document.fileName.empty()
                           ? std::nullopt
                           : FindInFolder(services.files, folder, document.fileName + CVelmString(UPDATE_EXTENSION));
-    // A document that did not load whole must not be written over its file.
+    // A partially loaded document must not overwrite its file.
     if (!name || !document.EnsureLoaded(folder)) {
         return false;
     }

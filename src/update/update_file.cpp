@@ -9,7 +9,7 @@
 namespace velm {
 namespace {
 
-/// With four more for the extension and two bytes for a character, the longest file name of any system.
+/// With the extension's four characters and two bytes per character, the longest file name on any system.
 constexpr std::size_t MAX_NAME_LENGTH = 120;
 
 CVelmString NameBehind(CVelmStringView line) {
@@ -24,7 +24,7 @@ bool ReadFilledLine(CVelmFileStream& stream, CVelmString& line) {
     for (;;) {
         const std::int32_t count = stream.ReadLine(line);
         const bool hasEnd = static_cast<std::size_t>(std::max(count, 0)) > line.size();
-        // A line without an end that is not the last one was broken off by a failing read.
+        // A line without an end before the end of the file was cut off by a read error.
         if (count <= 0 || (!hasEnd && stream.Remaining() > 0)) {
             return false;
         }
