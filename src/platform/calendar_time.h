@@ -2,8 +2,7 @@
 
 namespace velm {
 
-/// A calendar date and time of day as the platform gives it: month 1 to 12, day 1 to 31, hour 0 to 23.
-/// A negative year is a year before the common era.
+/// A calendar date and time of day: month 1 to 12, day 1 to 31, hour 0 to 23; negative years are BCE.
 struct CVelmCalendarTime {
     int year = 0;
     int month = 0;

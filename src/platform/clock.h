@@ -6,7 +6,7 @@
 
 namespace velm {
 
-/// The system's clock. A test hands the engine a fixed one.
+/// The system's clock. Tests substitute a fixed one.
 class CVelmClock {
 public:
     virtual ~CVelmClock() = default;
@@ -17,7 +17,7 @@ public:
     /// The local date and time as a file time: ticks of 100 ns since 1601-01-01 00:00.
     virtual std::uint64_t LocalFileTime() const = 0;
 
-    /// Turns a UTC file time (ticks of 100 ns since 1601-01-01 00:00 UTC) into local calendar time.
+    /// Converts a UTC file time (ticks of 100 ns since 1601-01-01 00:00 UTC) to local calendar time.
     virtual CVelmCalendarTime ToLocalCalendar(std::uint64_t fileTime) const = 0;
 };
 

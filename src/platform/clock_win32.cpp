@@ -36,7 +36,7 @@ public:
         const FILETIME ticks{static_cast<DWORD>(fileTime), static_cast<DWORD>(fileTime >> 32)};
         SYSTEMTIME utc{};
         SYSTEMTIME local{};
-        // The daylight saving rules of the file's own date hold, not those of today.
+        // Applies the daylight saving rules of the file's date, not today's.
         if (!FileTimeToSystemTime(&ticks, &utc) || !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local)) {
             return {};
         }

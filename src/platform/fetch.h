@@ -9,7 +9,7 @@
 
 namespace velm {
 
-/// How every address that may be fetched begins, in any letter case.
+/// The only scheme that is fetched, in any letter case.
 constexpr CVelmStringView HTTP_SCHEME = u"http://";
 
 /// When a fetch gives up.
@@ -22,26 +22,26 @@ struct CVelmFetchLimits {
 
 enum class FetchStatus { Ok, Failed, Stopped };
 
-/// Told how many bytes of the file have come, when some have and several times a second while waiting.
-/// False stops the fetch.
+/// Called with the number of bytes received so far, on arrival and several times a second while waiting. False stops
+/// the fetch.
 using CVelmFetchProgress = std::function<bool(std::uint64_t bytes)>;
 
 struct CVelmFetched {
     FetchStatus status = FetchStatus::Failed;
-    CVelmString cacheFile;  ///< path of the local copy when the status is Ok; whoever asked for it removes it
+    CVelmString cacheFile;  ///< path of the local copy when the status is Ok; the caller removes it
 };
 
-/// Brings a file from an HTTP server. Tests and other transports put their own in its place.
+/// Fetches files over HTTP. Tests substitute their own.
 class CVelmFetcher {
 public:
     virtual ~CVelmFetcher() = default;
 
-    /// Fetches afresh: never answered from what an earlier fetch left behind. Anything but a whole file from an
-    /// "http://" address, redirections included, is Failed, and then nothing stays on the disk.
+    /// Bypasses every cache. Anything but a whole file from an "http://" address, redirections included, is Failed and
+    /// leaves nothing on the disk.
     virtual CVelmFetched Fetch(const CVelmString& url, const CVelmFetchProgress& progress) = 0;
 };
 
-/// The system's own facility.
+/// The system's own fetcher.
 std::unique_ptr<CVelmFetcher> CreateHttpFetcher(const CVelmFetchLimits& limits = {});
 
 }  // namespace velm

@@ -17,7 +17,7 @@
 namespace velm {
 namespace {
 
-/// The local copy while it is written; removed unless it is kept.
+/// The local copy while it is written; removed unless kept.
 class CVelmCacheFile {
 public:
     CVelmCacheFile() {
@@ -41,7 +41,7 @@ public:
 
     bool Append(std::string_view bytes) { return WriteAll(descriptor_, bytes); }
 
-    /// Leaves the file on the disk and gives its path.
+    /// Keeps the file and returns its path.
     CVelmString Keep() {
         kept_ = true;
         return FromUtf8(path_);
@@ -53,7 +53,7 @@ private:
     bool kept_ = false;
 };
 
-/// What the library's callbacks work on.
+/// State of the library's callbacks.
 struct Transfer {
     CVelmCacheFile file;
     CVelmTransferWatch watch;
@@ -71,17 +71,17 @@ std::size_t OnData(char* data, std::size_t size, std::size_t count, void* contex
     auto& transfer = *static_cast<Transfer*>(context);
     const std::size_t bytes = size * count;
     transfer.bytes += bytes;
-    // Anything but the number of bytes given ends the transfer.
-    return transfer.watch.GoesOn(true, transfer.bytes) && transfer.file.Append({data, bytes}) ? bytes : 0;
+    // Returning anything but the number of bytes given aborts the transfer.
+    return transfer.watch.Continues(true, transfer.bytes) && transfer.file.Append({data, bytes}) ? bytes : 0;
 }
 
 int OnProgress(void* context, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
     auto& transfer = *static_cast<Transfer*>(context);
-    return transfer.watch.GoesOn(transfer.connected, transfer.bytes) ? 0 : 1;
+    return transfer.watch.Continues(transfer.connected, transfer.bytes) ? 0 : 1;
 }
 
-/// The library with its calls, loaded when the first file is fetched: it brings some thirty others with it, which a
-/// command that fetches nothing must not wait for. It stays loaded.
+/// The library, loaded on the first fetch and kept: it depends on some thirty others, which would slow down the start
+/// of commands that fetch nothing.
 struct CurlLibrary {
     CurlLibrary() {
         void* library = dlopen("libcurl.so.4", RTLD_NOW | RTLD_LOCAL);
@@ -130,14 +130,14 @@ public:
             return {};
         }
         if (!Prepare(handle.get(), ToUtf8(url), transfer) || Curl().perform(handle.get()) != CURLE_OK ||
-            !BringsThePage(Status(handle.get()))) {
+            !IsSuccess(Status(handle.get()))) {
             return {transfer.watch.Status(), {}};
         }
         return {FetchStatus::Ok, transfer.file.Keep()};
     }
 
 private:
-    /// What the server has answered, redirections apart; 0 when it has not.
+    /// The server's status code, redirections aside; 0 before it has answered.
     static long Status(CURL* handle) {
         long status = 0;
         Curl().ask(handle, CURLINFO_RESPONSE_CODE, &status);

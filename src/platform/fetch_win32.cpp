@@ -1,5 +1,5 @@
 #include <windows.h>
-// The calls of the internet service need the lines above.
+// after windows.h, which these need
 #include <urlmon.h>
 #include <wininet.h>
 
@@ -19,8 +19,8 @@ namespace {
 constexpr DWORD CACHE_NAME_LENGTH = 259;
 constexpr DWORD POLL_MILLISECONDS = 20;
 
-/// One download: the system's call on a thread of its own, which it may hold for minutes, and the notices it sends.
-/// Shared by that thread and by whoever waits, and counted like every COM object.
+/// One download: a system call that may block for minutes, on a thread of its own, and its notifications. Shared by
+/// that thread and the waiting one; reference-counted as a COM object.
 class CVelmDownload final : public IBindStatusCallback, public IHttpNegotiate {
 public:
     CVelmDownload(const CVelmString& url, std::uint64_t maxBytes)
@@ -28,10 +28,10 @@ public:
     CVelmDownload(const CVelmDownload&) = delete;
     CVelmDownload& operator=(const CVelmDownload&) = delete;
 
-    /// The thread's work.
+    /// Runs on the thread.
     void Perform() {
         const HRESULT started = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-        // An entry that an earlier run left behind must not pass for a fresh download.
+        // A cache entry of an earlier run must not pass for a fresh download.
         DeleteUrlCacheEntryW(Wide(url_));
         const HRESULT result = URLDownloadToCacheFileW(nullptr, Wide(url_), cacheName_, CACHE_NAME_LENGTH + 1, 0, this);
         whole_ = result == S_OK && !refused_ && IsWhole();
@@ -44,9 +44,9 @@ public:
         SetEvent(done_);
     }
 
-    bool WaitAMoment() const { return WaitForSingleObject(done_, POLL_MILLISECONDS) == WAIT_TIMEOUT; }
+    bool IsPendingAfterWait() const { return WaitForSingleObject(done_, POLL_MILLISECONDS) == WAIT_TIMEOUT; }
 
-    /// Leaves the thread to itself: the system's call ends when the system gives up, or at its next notice.
+    /// Detaches the thread: its system call ends at its next notification or when the system gives up.
     void Abandon() {
         refused_ = true;
         if (finished_.exchange(true)) {
@@ -92,7 +92,7 @@ public:
         }
         if (status == BINDSTATUS_SENDINGREQUEST) {
             connected_ = true;
-            // Not every system tells of redirections, but each of them is one more request.
+            // Not every system reports redirections, but each of them is one more request.
             refused_ = refused_ || ++requests_ > 1 + MAX_REDIRECTIONS;
         }
         if (status == BINDSTATUS_BEGINDOWNLOADDATA || status == BINDSTATUS_DOWNLOADINGDATA ||
@@ -108,7 +108,7 @@ public:
     }
     STDMETHODIMP OnResponse(DWORD code, LPCWSTR, LPCWSTR, LPWSTR*) override {
         connected_ = true;
-        if (!BringsThePage(static_cast<long>(code)) || IsSecured()) {
+        if (!IsSuccess(static_cast<long>(code)) || IsSecured()) {
             refused_ = true;
         }
         return refused_ ? E_ABORT : S_OK;
@@ -142,7 +142,7 @@ private:
         return url != nullptr && StartsWithNoCase(reinterpret_cast<const char16_t*>(url), HTTP_SCHEME);
     }
 
-    /// Whether a redirection has led to another kind of server.
+    /// Whether a redirection has led to another scheme.
     bool IsSecured() const {
         IWinInetInfo* info = nullptr;
         if (binding_ == nullptr ||
@@ -156,7 +156,7 @@ private:
         return result == S_OK && (flags & SECURITY_FLAG_SECURE) != 0;
     }
 
-    /// The system takes a connection that broke off for the end of the file.
+    /// The system takes a broken connection for the end of the file.
     bool IsWhole() const {
         WIN32_FILE_ATTRIBUTE_DATA data{};
         if (!GetFileAttributesExW(cacheName_, GetFileExInfoStandard, &data)) {
@@ -210,13 +210,13 @@ public:
             return {};
         }
         CVelmTransferWatch watch(limits_, progress);
-        while (download->WaitAMoment()) {
-            if (!watch.GoesOn(download->IsConnected(), download->Bytes())) {
+        while (download->IsPendingAfterWait()) {
+            if (!watch.Continues(download->IsConnected(), download->Bytes())) {
                 download->Abandon();
                 return {watch.Status(), {}};
             }
         }
-        if (!download->IsWholeCopy() || !watch.GoesOn(true, download->Bytes())) {
+        if (!download->IsWholeCopy() || !watch.Continues(true, download->Bytes())) {
             download->RemoveCopy();
             return {watch.Status(), {}};
         }

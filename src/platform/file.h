@@ -26,13 +26,13 @@ public:
     virtual std::int64_t Read(void* buffer, std::size_t count) = 0;
     virtual std::int64_t Write(const void* buffer, std::size_t count) = 0;
 
-    /// Moves to an absolute position from the start of the file.
+    /// Seeks to a position from the start of the file.
     virtual bool Seek(std::uint64_t position) = 0;
     virtual bool SeekToEnd() = 0;
     virtual std::optional<std::uint64_t> Size() = 0;
     virtual std::optional<CVelmFileTimes> Times() = 0;
 
-    /// Hands everything written to the disk itself, so that it survives a power cut.
+    /// Flushes everything written to the disk, so that it survives a power failure.
     virtual bool Flush() = 0;
 };
 
@@ -48,34 +48,35 @@ struct CVelmFolderEntry {
     bool isFolder = false;
 };
 
-/// The file system. Paths use FolderSeparator. Tests put one that fails at a chosen call in its place.
+/// The file system. Paths use FolderSeparator. Tests substitute one that fails at a chosen call.
 class CVelmFileSystem {
 public:
     virtual ~CVelmFileSystem() = default;
 
-    /// Null when the file cannot be opened that way.
+    /// Null when the file cannot be opened in this mode.
     virtual std::unique_ptr<CVelmFile> Open(const CVelmString& path, FileMode mode) = 0;
 
-    /// Puts `from` in the place of `to` in one step: whoever opens `to` finds the old file or the new one, whole.
+    /// Atomically replaces `to` by `from`: opening `to` yields either the whole old file or the whole new one.
     virtual bool Replace(const CVelmString& from, const CVelmString& to) = 0;
     virtual bool Remove(const CVelmString& path) = 0;
 
-    /// The file that a path leads to through symbolic links; the path itself when it is no link or leads nowhere.
+    /// Resolves symbolic links; the path itself when it is no link or a dangling one.
     virtual CVelmString ResolveLinks(const CVelmString& path) { return path; }
     virtual bool Exists(const CVelmString& path) = 0;
 
-    /// The entries of a folder by name, letter case set aside, "." and ".." left out; nothing when it cannot be read.
+    /// The entries of a folder sorted by name regardless of letter case, without "." and ".."; nothing when it cannot
+    /// be read.
     virtual std::optional<std::vector<CVelmFolderEntry>> List(const CVelmString& folder) = 0;
 };
 
-/// Reads to the end of the file, or `limit` bytes and no more. False when a read failed; `bytes` then has what came
-/// before it.
+/// Reads to the end of the file, at most `limit` bytes. False when a read failed; `bytes` then holds what was read
+/// before.
 bool ReadToEnd(CVelmFile& file, std::size_t limit, std::string& bytes);
 
 /// "\" on Windows, "/" elsewhere.
 extern const char16_t FolderSeparator;
 
-/// The folder with FolderSeparator behind it unless it ends with one. An empty folder becomes the separator alone.
+/// Appends FolderSeparator unless the folder ends with one. An empty folder becomes the separator alone.
 CVelmString WithSeparator(CVelmString folder);
 
 /// The file system of this machine; lives as long as the process.

@@ -26,7 +26,7 @@ auto KeepError() {
     return CVelmScopeExit([error = errno] { errno = error; });
 }
 
-/// The path in the system's bytes; nothing for one with a NUL inside, which the system would cut short.
+/// The path in UTF-8; nothing for one with an embedded NUL, which the system would truncate.
 std::optional<std::string> SystemPath(const CVelmString& path) {
     if (path.empty() || path.find(u'\0') != CVelmString::npos) {
         return std::nullopt;
@@ -112,18 +112,18 @@ private:
 int OpenFlags(FileMode mode) {
     switch (mode) {
         case FileMode::Read:
-            return O_RDONLY | O_NONBLOCK;  // so that a pipe without a writer does not hold the program
+            return O_RDONLY | O_NONBLOCK;  // do not block on a pipe without a writer
         case FileMode::Write:
             return O_WRONLY | O_CREAT | O_TRUNC;
         case FileMode::Append:
-            return O_WRONLY | O_NONBLOCK;  // nor one without a reader
+            return O_WRONLY | O_NONBLOCK;  // or without a reader
         case FileMode::CreateNew:
             return O_WRONLY | O_CREAT | O_EXCL;
     }
     return O_RDONLY;
 }
 
-/// Hands a folder's entries to the disk. A file system that cannot do that for folders does not count as a failure.
+/// Flushes a folder's entries to the disk. A file system that cannot flush folders is not a failure.
 bool FlushFolderOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
@@ -143,7 +143,7 @@ bool IsFolder(DIR* folder, const dirent& entry) {
     return fstatat(dirfd(folder), entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
 }
 
-/// Other systems list a folder by name; here the order would be that of no rule at all.
+/// readdir() order is unspecified.
 void SortByName(std::vector<CVelmFolderEntry>& entries) {
     std::vector<std::pair<CVelmString, std::size_t>> keys;
     keys.reserve(entries.size());
@@ -186,10 +186,10 @@ public:
         struct stat status {};
         if (stat(target->c_str(), &status) == 0) {
             if (!S_ISREG(status.st_mode)) {
-                errno = EOPNOTSUPP;  // a device or a pipe would be lost to a file of its name
+                errno = EOPNOTSUPP;  // renaming over a device or a pipe would remove it
                 return false;
             }
-            // The rights of the old file go on to the new one, where the file system knows rights.
+            // The new file keeps the old one's permissions, where the file system has any.
             [[maybe_unused]] const int ignored = chmod(source->c_str(), status.st_mode & 07777);
         }
         return rename(source->c_str(), target->c_str()) == 0 && FlushFolderOf(*target);

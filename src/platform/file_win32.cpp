@@ -12,7 +12,7 @@ const char16_t FolderSeparator = u'\\';
 
 namespace {
 
-/// The path for the system; nothing for one with a NUL inside, which the system would cut short.
+/// The path for the system; nothing for one with an embedded NUL, which the system would truncate.
 std::optional<std::wstring> SystemPath(const CVelmString& path) {
     if (path.empty() || path.find(u'\0') != CVelmString::npos) {
         return std::nullopt;

@@ -35,7 +35,7 @@ std::tm ToFields(const CVelmCalendarTime& time) {
     return fields;
 }
 
-/// What one conversion of the C library's date pattern is called in a pattern like "M/d/yyyy"; empty for others.
+/// Translates one conversion specifier of the C library to the notation of "M/d/yyyy"; empty for unsupported ones.
 std::string_view PatternOf(char conversion, bool unpadded) {
     switch (conversion) {
         case 'd':

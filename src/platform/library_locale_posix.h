@@ -12,13 +12,13 @@ namespace velm {
 /// A locale of the C library.
 class CVelmLibraryLocale : public CVelmLocale {
 public:
-    /// Takes over the locale and frees it.
+    /// Takes ownership of the locale.
     explicit CVelmLibraryLocale(locale_t locale) : locale_(locale) {}
     ~CVelmLibraryLocale() override { freelocale(locale_); }
     CVelmLibraryLocale(const CVelmLibraryLocale&) = delete;
     CVelmLibraryLocale& operator=(const CVelmLibraryLocale&) = delete;
 
-    /// True for "C" and its variants, which stand for no language at all.
+    /// True for "C" and its variants, which have no language.
     bool IsUnnamed() const;
 
     std::optional<CVelmString> DayName(int weekday) const override;
@@ -32,8 +32,8 @@ private:
     locale_t locale_;
 };
 
-/// Turns a date pattern of the C library ("%d.%m.%Y") into the form of ShortDatePattern ("dd.MM.yyyy").
-/// Nothing when that is longer than a pattern may be.
+/// Converts a date pattern of the C library ("%d.%m.%Y") to the form of ShortDatePattern ("dd.MM.yyyy"). Nothing when
+/// the result is too long.
 std::optional<CVelmString> TranslateDatePattern(std::string_view pattern);
 
 }  // namespace velm

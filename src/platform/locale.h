@@ -7,8 +7,8 @@
 
 namespace velm {
 
-/// The regional settings of the user, as far as dates and times need them.
-/// Every call gives nothing when the platform cannot answer (a year outside its range, say).
+/// The user's regional settings for dates and times. Every call returns nothing when the platform has no answer (a year
+/// outside its range, say).
 class CVelmLocale {
 public:
     virtual ~CVelmLocale() = default;
@@ -21,7 +21,7 @@ public:
     /// The short-date pattern in the form "M/d/yyyy". Nothing for one of more than 19 characters.
     virtual std::optional<CVelmString> ShortDatePattern() const = 0;
 
-    /// The pattern as it was when first asked for: a change of settings during the run is not seen.
+    /// The pattern, cached on first use: later changes of the settings are not seen.
     const std::optional<CVelmString>& FirstShortDatePattern() const {
         if (!patternAsked_) {
             firstPattern_ = ShortDatePattern();

@@ -4,10 +4,10 @@
 
 namespace velm {
 
-/// Whether the date is one that the locale writes on every system: years 1601 to 30827, and a day of its month.
+/// Whether every system's locale can format the date: years 1601 to 30827, and a valid day of its month.
 bool IsLocaleDate(const CVelmCalendarTime& time);
 
-/// Whether the time of day is one that the locale writes on every system; hour 24 is not.
+/// Whether every system's locale can format the time of day; hour 24 is out of range.
 bool IsLocaleTime(const CVelmCalendarTime& time);
 
 }  // namespace velm

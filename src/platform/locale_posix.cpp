@@ -17,7 +17,7 @@ CVelmString Digits(int number, std::size_t width = 1) {
     return CVelmString(width > digits.size() ? width - digits.size() : 0, u'0') + digits;
 }
 
-/// What a system set to United States English writes; stands in where the user has chosen no language.
+/// United States English, the fallback where the user has chosen no language.
 class DefaultLocale : public CVelmLocale {
 public:
     std::optional<CVelmString> DayName(int weekday) const override {

@@ -17,7 +17,7 @@ public:
         if (!file) {
             return std::nullopt;
         }
-        // One byte more than asked for tells a longer file apart.
+        // Read one byte more than the limit to detect a longer file.
         std::vector<std::byte> bytes(limit + 1);
         const std::int64_t count = file->Read(bytes.data(), bytes.size());
         if (count < 0 || static_cast<std::size_t>(count) > limit) {
@@ -59,7 +59,7 @@ private:
 
 CVelmString DefaultOptionsLocation() {
     const char* config = std::getenv("XDG_CONFIG_HOME");
-    // A relative path there is to be ignored, as the desktop's rules for that variable say.
+    // The XDG base directory rules say to ignore a relative path.
     if (config != nullptr && *config == '/') {
         return FromUtf8(config) + u"/velmora/options";
     }

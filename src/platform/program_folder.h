@@ -4,8 +4,7 @@
 
 namespace velm {
 
-/// Full path of the running program cut after its last folder separator, the separator kept. Asked for once.
-/// The separator alone when the system does not tell.
+/// The folder of the running program, with a separator at the end; cached. The separator alone when unknown.
 const CVelmString& ProgramFolder();
 
 }  // namespace velm

@@ -4,7 +4,7 @@
 
 namespace velm {
 
-/// Full path of the running program's file; empty when the system does not tell.
+/// Full path of the running program's file; empty when unknown.
 CVelmString ProgramPath();
 
 }  // namespace velm

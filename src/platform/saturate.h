@@ -5,7 +5,7 @@
 
 namespace velm {
 
-/// Truncates toward zero. A value beyond the 32-bit range gives its nearest end, a NaN gives 0.
+/// Truncates toward zero and saturates at the ends of the 32-bit range; a NaN becomes 0.
 constexpr std::int32_t ToInt32(double value) {
     using Limits = std::numeric_limits<std::int32_t>;
     if (value != value) {
@@ -20,7 +20,7 @@ constexpr std::int32_t ToInt32(double value) {
     return static_cast<std::int32_t>(value);
 }
 
-/// A value beyond the 16-bit range gives its nearest end.
+/// Saturates at the ends of the 16-bit range.
 constexpr std::int16_t ToInt16(std::int64_t value) {
     using Limits = std::numeric_limits<std::int16_t>;
     if (value > Limits::max()) {

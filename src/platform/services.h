@@ -6,7 +6,7 @@
 
 namespace velm {
 
-/// What the engine asks of the system. The services are not owned and outlive whatever was given them.
+/// The system services that the engine uses. Not owned; they outlive their users.
 struct CVelmServices {
     CVelmFileSystem& files;
     const CVelmClock& clock;

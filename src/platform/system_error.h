@@ -6,10 +6,10 @@
 
 namespace velm {
 
-/// What the system says of one of its statuses, in one line; empty when it says nothing.
+/// The system's message for a status, in one line; empty when there is none.
 CVelmString SystemErrorText(std::int32_t status);
 
-/// The same of the call of the system that failed last. Asking for a file and removing one leave that as it is.
+/// The same for the last failed system call. Looking up or removing a file does not change it.
 CVelmString LastErrorText();
 
 }  // namespace velm

@@ -9,7 +9,7 @@ namespace velm {
 
 CVelmString SystemErrorText(std::int32_t status) {
     std::array<wchar_t, 512> text{};
-    // In one line, without the line end that the system puts behind it.
+    // In one line, without the system's trailing line end.
     constexpr DWORD FLAGS = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
     FormatMessageW(FLAGS, nullptr, static_cast<DWORD>(status), 0, text.data(), static_cast<DWORD>(text.size()),
                    nullptr);

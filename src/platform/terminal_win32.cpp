@@ -12,7 +12,7 @@ namespace velm {
 
 namespace {
 
-/// A console shows the bytes by its own code page, so it is given the text as UTF-16 instead.
+/// A console would interpret the bytes in its own code page, so it gets UTF-16 instead.
 bool WriteConsoleText(HANDLE console, std::string_view bytes) {
     const std::wstring text = ToWide(FromUtf8(bytes));
     for (std::size_t done = 0; done < text.size();) {

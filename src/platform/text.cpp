@@ -23,8 +23,8 @@ bool IsContinuation(unsigned char byte) {
     return (byte & 0xC0) == 0x80;
 }
 
-/// Decodes one code point at `position` and steps over it. An ill-formed sequence gives U+FFFD and is stepped over up
-/// to its first byte that cannot belong to it.
+/// Decodes one code point at `position` and advances past it. An ill-formed sequence becomes U+FFFD and is skipped up
+/// to the first byte that cannot belong to it.
 char32_t DecodeUtf8(std::string_view text, std::size_t& position) {
     const auto lead = static_cast<unsigned char>(text[position++]);
     if (lead < 0x80) {
@@ -32,7 +32,7 @@ char32_t DecodeUtf8(std::string_view text, std::size_t& position) {
     }
     int more = 0;
     char32_t code = 0;
-    unsigned char lowest = 0x80;  // what the second byte may be: no overlong forms, no surrogates, at most U+10FFFF
+    unsigned char lowest = 0x80;  // range of the second byte: no overlong forms, no surrogates, at most U+10FFFF
     unsigned char highest = 0xBF;
     if (lead >= 0xC2 && lead <= 0xDF) {
         more = 1;

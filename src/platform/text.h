@@ -8,11 +8,11 @@
 
 namespace velm {
 
-/// All text of the program is UTF-16. A text with no content is the empty string.
+/// All text of the program is UTF-16.
 using CVelmString = std::u16string;
 using CVelmStringView = std::u16string_view;
 
-/// Lower-cases A to Z only; every other unit stays. This is the letter case of the formula language.
+/// Lower-cases A to Z only, as the formula language does.
 CVelmString ToLowerAscii(CVelmStringView text);
 constexpr char16_t ToLowerAscii(char16_t unit) {
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit - u'A' + u'a') : unit;
@@ -28,13 +28,13 @@ constexpr bool IsLetter(char16_t unit) {
     return ToLowerAscii(unit) >= u'a' && ToLowerAscii(unit) <= u'z';
 }
 
-/// The value of a hexadecimal digit in either letter case; -1 for a unit that is none.
+/// The value of a hexadecimal digit in either letter case; -1 for anything else.
 constexpr int HexDigitValue(char16_t unit) {
     const char16_t lower = ToLowerAscii(unit);
     return IsDigit(unit) ? unit - u'0' : lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : -1;
 }
 
-/// The text without the units of `around` at its ends.
+/// Removes the units of `around` from both ends.
 template <typename Unit>
 constexpr std::basic_string_view<Unit> Trim(std::basic_string_view<Unit> text,
                                             std::type_identity_t<std::basic_string_view<Unit>> around) {
@@ -42,13 +42,13 @@ constexpr std::basic_string_view<Unit> Trim(std::basic_string_view<Unit> text,
     return text.substr(std::min(text.find_first_not_of(around), text.size()));
 }
 
-/// The decimal digits of a whole number, "-" before a negative one.
+/// A whole number in decimal.
 CVelmString IntegerText(std::int64_t number);
 
-/// Folds the letter case of one UTF-16 unit, as file names are compared. Surrogates stay as they are.
+/// Folds the letter case of one UTF-16 unit, as file names are compared. Surrogates do not change.
 char16_t FoldCase(char16_t unit);
 
-/// The same of every unit: two texts that differ only in letter case become equal.
+/// Folds every unit: texts that differ only in letter case become equal.
 CVelmString FoldCase(CVelmStringView text);
 
 /// Equal without regard to letter case, unit by unit through FoldCase.
@@ -56,14 +56,14 @@ bool EqualsNoCase(CVelmStringView a, CVelmStringView b);
 bool StartsWithNoCase(CVelmStringView text, CVelmStringView prefix);
 bool EndsWithNoCase(CVelmStringView text, CVelmStringView suffix);
 
-/// Appends a code point, at most U+10FFFF, as one unit or a pair of surrogates.
+/// Appends a code point, at most U+10FFFF, as one unit or a surrogate pair.
 void AppendCodePoint(CVelmString& text, char32_t code);
 
-/// What some programs put before a text to say that it is UTF-8.
+/// The byte order mark that some programs write before UTF-8 text.
 constexpr std::string_view UTF8_MARK = "\xEF\xBB\xBF";
 
-/// UTF-8 exists only outside the engine: at the terminal, in text sources and in POSIX paths.
-/// Bytes that are not UTF-8 become U+FFFD, and so does a lone surrogate on the way out.
+/// UTF-8 exists only outside the engine: at the terminal, in text sources and in POSIX paths. Invalid UTF-8 becomes
+/// U+FFFD, and so does a lone surrogate on output.
 CVelmString FromUtf8(std::string_view text);
 std::string ToUtf8(CVelmStringView text);
 

@@ -7,7 +7,7 @@ namespace velm {
 
 namespace {
 
-/// A locale that knows the whole of Unicode whatever the user's own is, so that file names compare the same for all.
+/// A Unicode locale regardless of the user's own, so that file names compare the same for everyone.
 locale_t UnicodeLocale() {
     static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     return locale;

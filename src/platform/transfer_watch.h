@@ -7,7 +7,7 @@
 
 namespace velm {
 
-/// Decides, from what a transfer reports now and then, whether it goes on.
+/// Enforces the limits of a transfer from its periodic reports.
 class CVelmTransferWatch {
 public:
     using Clock = std::chrono::steady_clock;
@@ -15,8 +15,8 @@ public:
     CVelmTransferWatch(const CVelmFetchLimits& limits, const CVelmFetchProgress& progress)
         : limits_(limits), progress_(progress), spanStart_(Clock::now()) {}
 
-    /// False when the transfer is to end; Status tells why. `connected` is whether the server has been reached.
-    bool GoesOn(bool connected, std::uint64_t bytes) {
+    /// False when the transfer must end; Status has the reason. `connected` is whether the server has been reached.
+    bool Continues(bool connected, std::uint64_t bytes) {
         if (bytes > limits_.maxBytes || TimedOut(connected, bytes, Clock::now())) {
             status_ = FetchStatus::Failed;
             return false;
@@ -28,7 +28,7 @@ public:
         return true;
     }
 
-    /// What a transfer that did not arrive whole is.
+    /// The status of an incomplete transfer.
     FetchStatus Status() const { return status_; }
 
 private:

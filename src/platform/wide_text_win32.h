@@ -8,7 +8,7 @@ namespace velm {
 
 static_assert(sizeof(wchar_t) == sizeof(char16_t));
 
-/// The program's text as the system's calls take it. Valid as long as the text is.
+/// The text as a wide string of the system. Valid as long as the text is.
 inline const wchar_t* Wide(const CVelmString& text) {
     return reinterpret_cast<const wchar_t*>(text.c_str());
 }
@@ -16,7 +16,7 @@ inline const wchar_t* Wide(const char16_t* text) {
     return reinterpret_cast<const wchar_t*>(text);
 }
 
-/// Copies between the program's text and that of the system's calls: the same UTF-16 units.
+/// Copies between the program's text and the system's wide strings: the same UTF-16 units.
 inline std::wstring ToWide(CVelmStringView text) {
     return {text.begin(), text.end()};
 }

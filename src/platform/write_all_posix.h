@@ -7,7 +7,7 @@
 
 namespace velm {
 
-/// Writes everything to a descriptor; false when the system does not take it.
+/// Writes everything to a descriptor; false on failure.
 inline bool WriteAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = write(descriptor, bytes.data(), bytes.size());

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const wchar_t* BAR_CLASS = L"VlCommandBar";
 
-// Pixels of an ordinary screen.
+// Pixels at scale 1.
 constexpr int BAR_HEIGHT = 26;
 constexpr int TEXT_HEIGHT = 15;
 constexpr int IMAGE_SIZE = 16;
@@ -21,10 +21,10 @@ constexpr int TOOL_WIDTH = 23;
 constexpr int SEPARATOR_WIDTH = 6;
 constexpr COLORREF TRANSPARENT_COLOR = RGB(255, 0, 255);
 
-/// Commands of menu titles whose menu gives them none.
+/// Command identifiers for menu titles that have none.
 constexpr UINT FIRST_TITLE = 0xF800;
 
-/// The bar's own message: opens the menu of the title whose command is the first parameter.
+/// Private message: opens the menu of the title whose command is wParam.
 constexpr UINT DROP_MENU = WM_APP;
 
 struct Deleter {
@@ -35,8 +35,8 @@ struct Deleter {
 template <class Handle>
 using Owned = std::unique_ptr<std::remove_pointer_t<Handle>, Deleter>;
 
-/// What one bar owns. Titles and tools are two toolbar controls side by side, since the first ones have no room for
-/// images. Both are its children and end before it.
+/// State of one bar. Titles and tools are two toolbar controls side by side, since titles have no images. Both are
+/// children and are destroyed first.
 struct Bar {
     HWND window = nullptr;
     HWND titles = nullptr;
@@ -66,7 +66,7 @@ void Place(HWND window) {
     SetWindowPos(window, nullptr, 0, area.bottom - height, area.right, height, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-/// On the bar's parent: the bar stays along the bottom.
+/// Subclass of the parent: keeps the bar along the bottom.
 LRESULT CALLBACK FollowParent(HWND parent, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
     if (message == WM_SIZE) {
         Place(reinterpret_cast<HWND>(id));
@@ -108,7 +108,7 @@ void AddTitles(const Bar& bar) {
     }
 }
 
-/// Opens a menu above its title. Its commands go to the bar's parent.
+/// Opens a menu above its title. Commands go to the bar's parent.
 void DropMenu(const Bar& bar, int command) {
     const auto position =
         static_cast<int>(SendMessageW(bar.titles, TB_COMMANDTOINDEX, static_cast<WPARAM>(command), 0));
@@ -123,11 +123,11 @@ void DropMenu(const Bar& bar, int command) {
     SendMessageW(titles, TB_PRESSBUTTON, static_cast<WPARAM>(command), MAKELPARAM(TRUE, 0));
     TrackPopupMenuEx(menu, TPM_LEFTALIGN | TPM_BOTTOMALIGN | TPM_VERTICAL, keepFree.rcExclude.left,
                      keepFree.rcExclude.top, GetParent(bar.window), &keepFree);
-    // The bar is gone here when the window was closed under the open menu.
+    // The bar is destroyed already if the window was closed while the menu was open.
     SendMessageW(titles, TB_PRESSBUTTON, static_cast<WPARAM>(command), MAKELPARAM(FALSE, 0));
 }
 
-/// The commands of all buttons from the left, separators left out.
+/// The commands of all buttons from left to right, without separators.
 std::vector<int> ButtonCommands(const Bar& bar) {
     std::vector<int> commands;
     for (const HWND toolbar : {bar.titles, bar.tools}) {
@@ -143,29 +143,29 @@ std::vector<int> ButtonCommands(const Bar& bar) {
     return commands;
 }
 
-void GiveToolTip(const Bar& bar, NMTTDISPINFOW& asked) {
+void FillToolTip(const Bar& bar, NMTTDISPINFOW& request) {
     const std::vector<int> commands = ButtonCommands(bar);
-    const auto found = std::find(commands.begin(), commands.end(), static_cast<int>(asked.hdr.idFrom));
+    const auto found = std::find(commands.begin(), commands.end(), static_cast<int>(request.hdr.idFrom));
     const auto number = static_cast<std::size_t>(found - commands.begin());
     if (found != commands.end() && number < bar.toolTips.size()) {
-        asked.lpszText = const_cast<wchar_t*>(bar.toolTips[number]);
+        request.lpszText = const_cast<wchar_t*>(bar.toolTips[number]);
     }
 }
 
 LRESULT HandleNotify(const Bar& bar, LPARAM lParam) {
     const auto* header = reinterpret_cast<const NMHDR*>(lParam);
     if (header->code == TBN_DROPDOWN) {
-        // Later, since the toolbar goes on after this and would not survive that its window is closed under the menu.
+        // Posted: the toolbar would not survive its window being closed while the menu is open.
         PostMessageW(bar.window, DROP_MENU, static_cast<WPARAM>(reinterpret_cast<const NMTOOLBARW*>(lParam)->iItem), 0);
         return TBDDRET_DEFAULT;
     }
     if (header->code == TTN_GETDISPINFOW) {
-        GiveToolTip(bar, *reinterpret_cast<NMTTDISPINFOW*>(lParam));
+        FillToolTip(bar, *reinterpret_cast<NMTTDISPINFOW*>(lParam));
     }
     return 0;
 }
 
-/// Titles at the left, tools behind them.
+/// Titles at the left, tools next to them.
 void PlaceToolbars(const Bar& bar) {
     RECT area{};
     GetClientRect(bar.window, &area);
@@ -273,7 +273,7 @@ bool CommandBar_AddBitmap(HWND window, HINSTANCE instance, UINT bitmap, int size
     Bar* const bar = BarOf(window);
     const Owned<HBITMAP> strip(
         static_cast<HBITMAP>(LoadImageW(instance, MAKEINTRESOURCEW(bitmap), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION)));
-    // A list of the strip's own few colors would bend the rest to them.
+    // A palettized list would quantize the colors.
     bar->images.reset(ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 0, 1));
     if (!strip || !bar->images || ImageList_AddMasked(bar->images.get(), strip.get(), TRANSPARENT_COLOR) < 0) {
         return false;

@@ -16,8 +16,8 @@ void CoverOwner(HWND dialog, HWND owner) {
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-/// On the owner: its dialog goes where it goes.
-LRESULT CALLBACK TakeDialogAlong(HWND owner, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
+/// Subclass of the owner: moves its dialog along.
+LRESULT CALLBACK FollowOwner(HWND owner, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
     const LRESULT result = DefSubclassProc(owner, message, wParam, lParam);
     if (message == WM_WINDOWPOSCHANGED && !IsIconic(owner)) {
         CoverOwner(reinterpret_cast<HWND>(id), owner);
@@ -25,11 +25,12 @@ LRESULT CALLBACK TakeDialogAlong(HWND owner, UINT message, WPARAM wParam, LPARAM
     return result;
 }
 
-/// On the dialog: the owner forgets it when it ends.
-LRESULT CALLBACK LeaveOwner(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR owner) {
+/// Subclass of the dialog: detaches it from the owner when it is destroyed.
+LRESULT CALLBACK DetachFromOwner(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                 DWORD_PTR owner) {
     if (message == WM_NCDESTROY) {
-        RemoveWindowSubclass(reinterpret_cast<HWND>(owner), TakeDialogAlong, reinterpret_cast<UINT_PTR>(dialog));
-        RemoveWindowSubclass(dialog, LeaveOwner, id);
+        RemoveWindowSubclass(reinterpret_cast<HWND>(owner), FollowOwner, reinterpret_cast<UINT_PTR>(dialog));
+        RemoveWindowSubclass(dialog, DetachFromOwner, id);
     }
     return DefSubclassProc(dialog, message, wParam, lParam);
 }
@@ -45,6 +46,6 @@ BOOL SHInitDialog(SHINITDLGINFO* info) {
         return FALSE;
     }
     CoverOwner(info->hDlg, owner);
-    return SetWindowSubclass(owner, TakeDialogAlong, reinterpret_cast<UINT_PTR>(info->hDlg), 0) &&
-           SetWindowSubclass(info->hDlg, LeaveOwner, COVER_SUBCLASS, reinterpret_cast<DWORD_PTR>(owner));
+    return SetWindowSubclass(owner, FollowOwner, reinterpret_cast<UINT_PTR>(info->hDlg), 0) &&
+           SetWindowSubclass(info->hDlg, DetachFromOwner, COVER_SUBCLASS, reinterpret_cast<DWORD_PTR>(owner));
 }

@@ -8,16 +8,16 @@
 
 namespace {
 
-/// How long the pen is held for a context menu, and how far it may tremble.
+/// How long the pen is held for a context menu, and how far it may jitter.
 constexpr DWORD HOLD_MS = 600;
-constexpr int TREMBLE = 4;
+constexpr int JITTER = 4;
 
 bool IsMoved(const MSG& message, POINT from) {
-    return std::abs(GET_X_LPARAM(message.lParam) - static_cast<int>(from.x)) > TREMBLE ||
-           std::abs(GET_Y_LPARAM(message.lParam) - static_cast<int>(from.y)) > TREMBLE;
+    return std::abs(GET_X_LPARAM(message.lParam) - static_cast<int>(from.x)) > JITTER ||
+           std::abs(GET_Y_LPARAM(message.lParam) - static_cast<int>(from.y)) > JITTER;
 }
 
-/// Whether the next pointer or key message ends the gesture. Trembling is taken from the queue, the rest stays.
+/// Whether the next pointer or key message ends the gesture. Removes jitter from the queue, nothing else.
 bool IsEnded(POINT from) {
     MSG message{};
     while (PeekMessageW(&message, nullptr, WM_MOUSEFIRST, WM_MOUSELAST, PM_NOREMOVE)) {
@@ -29,8 +29,8 @@ bool IsEnded(POINT from) {
     return PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_NOREMOVE) != FALSE;
 }
 
-/// Painting and timers go on while the pen is held.
-void DispatchTheRest() {
+/// Keeps painting and timers running while the pen is held.
+void DispatchPaintAndTimers() {
     MSG message{};
     while (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE) ||
            PeekMessageW(&message, nullptr, WM_TIMER, WM_TIMER, PM_REMOVE)) {
@@ -52,7 +52,7 @@ DWORD SHRecognizeGesture(const SHRGINFO* info) {
             result = 0;
             break;
         }
-        DispatchTheRest();
+        DispatchPaintAndTimers();
         MsgWaitForMultipleObjects(0, nullptr, FALSE, HOLD_MS - held, QS_ALLINPUT);
     }
     if (before != info->hwndClient && GetCapture() == info->hwndClient) {

@@ -2,15 +2,15 @@
 
 #include <windows.h>
 
-// What the handheld's shell library gives, under the calls' own names. On the handheld this folder falls away.
+// The handheld's shell library under its own names. On the handheld this folder is not needed.
 
-/// Where the soft input panel is wanted. A desktop has a keyboard: the state is kept, and nothing is shown.
+/// Requested state of the soft input panel. On a desktop the state is stored and nothing is shown.
 enum SIPSTATE { SIP_UP = 0, SIP_DOWN, SIP_FORCEDOWN, SIP_UNCHANGED };
 
-/// Keeps the state for the top-level window that `window` belongs to. SIP_UNCHANGED leaves it.
+/// Stores the state for the top-level window of `window`. SIP_UNCHANGED has no effect.
 BOOL SHSipPreference(HWND window, SIPSTATE state);
 
-/// The state last asked for; SIP_DOWN before the first.
+/// The last requested state; initially SIP_DOWN.
 SIPSTATE SHGetSipPreference(HWND window);
 
 /// Registers the shell's controls: the command bar, and "SIPPREF", which a dialog carries hidden and which raises
@@ -26,7 +26,7 @@ struct SHINITDLGINFO {
     DWORD dwFlags;
 };
 
-/// Lets a dialog cover its owner's client area, and follow it, for as long as both live.
+/// Makes a dialog cover its owner's client area and follow it while both exist.
 BOOL SHInitDialog(SHINITDLGINFO* info);
 
 struct SHMENUBARINFO {
@@ -34,11 +34,11 @@ struct SHMENUBARINFO {
     HWND hwndParent;
     UINT nToolBarId;  ///< a menu resource: the bar gets a button for each entry of its first level
     HINSTANCE hInstRes;
-    int nScale;   ///< pixels of this screen to one of an ordinary screen; a handheld's shell asks its own screen
+    int nScale;   ///< display scale; a handheld's shell asks the screen
     HWND hwndMB;  ///< out: the command bar, a child of hwndParent along its bottom
 };
 
-/// Makes a command bar. False when the menu is missing or a window cannot be made.
+/// Creates a command bar. False when the menu is missing or a window cannot be created.
 BOOL SHCreateMenuBar(SHMENUBARINFO* info);
 
 /// Results of a gesture.
@@ -52,6 +52,6 @@ struct SHRGINFO {
     DWORD dwFlags;
 };
 
-/// To be called when the pen went down: waits until it was held in place for the shell's time (GN_CONTEXTMENU), or
-/// was moved or lifted (0). What ends the wait is left in the queue.
+/// Call on pen down: waits until the pen has been held in place for the shell's time (GN_CONTEXTMENU), or is moved or
+/// lifted (0). The message that ends the wait stays in the queue.
 DWORD SHRecognizeGesture(const SHRGINFO* info);

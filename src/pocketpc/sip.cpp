@@ -12,7 +12,7 @@ namespace {
 constexpr const wchar_t* STATE_PROPERTY = L"SipPreference";
 constexpr UINT_PTR SUBCLASS = 1;
 
-/// What the notifications of the focus are called by the controls in which one types.
+/// Focus notifications of the controls that accept text.
 struct FocusCodes {
     const wchar_t* windowClass;
     WORD gained;
@@ -22,29 +22,29 @@ struct FocusCodes {
 constexpr std::array<FocusCodes, 2> FOCUS_CODES = {
     {{L"Edit", EN_SETFOCUS, EN_KILLFOCUS}, {L"ComboBox", CBN_SETFOCUS, CBN_KILLFOCUS}}};
 
-/// A list that only drops down takes no text.
-bool TakesText(HWND control, const FocusCodes& codes) {
+/// A drop-down list does not accept text.
+bool AcceptsText(HWND control, const FocusCodes& codes) {
     const bool isChoice = codes.gained == CBN_SETFOCUS && (GetWindowLongW(control, GWL_STYLE) & 3) == CBS_DROPDOWNLIST;
     std::array<wchar_t, 32> name{};
     GetClassNameW(control, name.data(), static_cast<int>(name.size()));
     return lstrcmpiW(name.data(), codes.windowClass) == 0 && !isChoice;
 }
 
-/// The panel's state that a control's notification asks for.
-SIPSTATE WantedBy(HWND control, WORD notification) {
+/// The panel's state that a control's notification requests.
+SIPSTATE RequestedState(HWND control, WORD notification) {
     for (const FocusCodes& codes : FOCUS_CODES) {
-        if ((notification == codes.gained || notification == codes.lost) && TakesText(control, codes)) {
+        if ((notification == codes.gained || notification == codes.lost) && AcceptsText(control, codes)) {
             return notification == codes.gained ? SIP_UP : SIP_DOWN;
         }
     }
     return SIP_UNCHANGED;
 }
 
-/// The dialog's own procedure with one thing added: the panel follows the focus of the controls that take text.
+/// Subclass of the dialog: the panel follows the focus of controls that accept text.
 LRESULT CALLBACK FollowFocus(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
     const HWND control = reinterpret_cast<HWND>(lParam);
     if (message == WM_COMMAND && control != nullptr) {
-        SHSipPreference(dialog, WantedBy(control, HIWORD(wParam)));
+        SHSipPreference(dialog, RequestedState(control, HIWORD(wParam)));
     } else if (message == WM_NCDESTROY) {
         RemoveWindowSubclass(dialog, FollowFocus, id);
     }
@@ -58,7 +58,7 @@ LRESULT CALLBACK SipPrefProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
     return DefWindowProcW(window, message, wParam, lParam);
 }
 
-/// Keeps the state until the window ends.
+/// Stores the state until the window is destroyed.
 LRESULT CALLBACK DropState(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
     if (message == WM_NCDESTROY) {
         RemovePropW(window, STATE_PROPERTY);
@@ -77,7 +77,7 @@ BOOL SHSipPreference(HWND window, SIPSTATE state) {
     if (state == SIP_UNCHANGED) {
         return TRUE;
     }
-    // A property of 0 is that of a window that was never asked for, so the state is kept one higher.
+    // Stored plus one: a property of 0 means unset.
     SetWindowSubclass(top, DropState, SUBCLASS, 0);
     return SetPropW(top, STATE_PROPERTY, reinterpret_cast<HANDLE>(static_cast<INT_PTR>(state) + 1));
 }

@@ -14,14 +14,13 @@ namespace {
 constexpr WORD PALETTE_VERSION = 0x300;
 constexpr int MAX_TABLE_BITS = 8;
 
-/// How much edges are lightened.
 constexpr int MIX_EDGE = 110;
 
-int Darkened(int channel, int darkness) {
+int Blended(int channel, int darkness) {
     return 255 - ((255 - channel) * darkness) / 256;
 }
 
-/// Rounds down for negative values too: a window may lie left of or above the first screen.
+/// Rounds down for negative values too: a window may be left of or above the first screen.
 int FloorDivide(LONG value, int divisor) {
     const LONG quotient = value / divisor;
     return static_cast<int>(value % divisor < 0 ? quotient - 1 : quotient);
@@ -96,7 +95,7 @@ CVelmPaletteHandle MakePalette(const std::vector<RGBQUAD>& table) {
     return CVelmPaletteHandle(CreatePalette(palette));
 }
 
-/// The pixels in a section of their own, with the tinted colors in the place of the resource's.
+/// The pixels in a DIB section with tinted colors.
 CVelmBitmapHandle MakeSection(const BitmapResource& resource, const std::vector<RGBQUAD>& table) {
     std::vector<BYTE> buffer(resource.PixelOffset());
     std::memcpy(buffer.data(), resource.info, resource.Header().biSize);
@@ -120,7 +119,7 @@ struct TintedBitmap {
     CVelmBitmapHandle bitmap;
 };
 
-/// Both empty for a resource that is missing or not whole.
+/// Both empty for a missing or truncated resource.
 TintedBitmap LoadTinted(UINT id, COLORREF tint) {
     const BitmapResource found = FindBitmap(id);
     if (!found.IsWhole()) {
@@ -134,7 +133,7 @@ TintedBitmap LoadTinted(UINT id, COLORREF tint) {
 
 COLORREF MixColor(int amount, COLORREF color) {
     const int share = 255 - amount;
-    return RGB(Darkened(GetRValue(color), share), Darkened(GetGValue(color), share), Darkened(GetBValue(color), share));
+    return RGB(Blended(GetRValue(color), share), Blended(GetGValue(color), share), Blended(GetBValue(color), share));
 }
 
 COLORREF EdgeColor() {
@@ -150,8 +149,8 @@ COLORREF TintColor(COLORREF color, COLORREF tint) {
     }
     const int brightness = static_cast<int>(std::sqrt((blue * blue + green * green + red * red) / 3.0));
     const int darkness = 255 - brightness;
-    return RGB(Darkened(GetRValue(tint), darkness), Darkened(GetGValue(tint), darkness),
-               Darkened(GetBValue(tint), darkness));
+    return RGB(Blended(GetRValue(tint), darkness), Blended(GetGValue(tint), darkness),
+               Blended(GetBValue(tint), darkness));
 }
 
 CVelmBitmap::CVelmBitmap(UINT resource, bool followScale)

@@ -10,28 +10,27 @@ namespace velm {
 /// Deliberate: the division by 256 lifts black to (1, 1, 1) even for amount 0.
 COLORREF MixColor(int amount, COLORREF color);
 
-/// How much the rows of the item list are lightened.
+/// Lightening of the item list's rows.
 constexpr int MIX_ROW = 140;
 
 /// The color of the edges of buttons and panels, and of the faces of pressed buttons.
 COLORREF EdgeColor();
 
-/// One channel-wise recoloring of a color table entry: grays stay, every other color takes the tint's hue at its
-/// own brightness.
+/// Tints a color table entry: grays do not change, every other color takes the tint's hue at its own brightness.
 COLORREF TintColor(COLORREF color, COLORREF tint);
 
 /// A bitmap of the program's resources, tinted when it has a color table.
 class CVelmBitmap {
 public:
-    /// With `followScale` the bitmap is drawn at twice its size on a screen whose scale is 2.
+    /// With `followScale` the bitmap is drawn at twice its size at display scale 2.
     CVelmBitmap(UINT resource, bool followScale);
     CVelmBitmap(UINT resource, COLORREF tint, bool followScale);
     virtual ~CVelmBitmap() = default;
     CVelmBitmap(const CVelmBitmap&) = delete;
     CVelmBitmap& operator=(const CVelmBitmap&) = delete;
 
-    /// Loads again with another tint. False, with the old bitmap kept, unless both a bitmap and a palette were made:
-    /// so always for a bitmap without a color table.
+    /// Reloads with another tint. False, with the old bitmap kept, unless both bitmap and palette could be created, so
+    /// always for a bitmap without a color table.
     bool Reload(UINT resource, COLORREF tint);
 
     /// Stretched to the drawn size.
@@ -49,13 +48,13 @@ public:
     /// A bare bitmap at a point, unscaled.
     static void DrawHandle(HDC dc, HBITMAP bitmap, int x, int y);
 
-    /// Fills a rectangle of a window with rows of `background`, in place on the screen rather than in the window;
-    /// with white where `background` is null or has no bitmap. The bitmap is as wide as the screen.
+    /// Fills a rectangle of a window with rows of `background`, aligned to the screen rather than the window; with
+    /// white where `background` is null or has no bitmap. The bitmap is as wide as the screen.
     static void PaintBackground(const CVelmBitmap* background, HWND window, HDC dc, RECT area);
 
     HBITMAP Handle() const { return bitmap_.get(); }
 
-    /// Pixels of the bitmap itself; 0 when nothing was loaded.
+    /// Unscaled size; 0 when nothing was loaded.
     int PixelWidth() const { return width_; }
     int PixelHeight() const { return height_; }
     bool IsDoubled() const { return doubled_; }

@@ -4,7 +4,7 @@
 
 namespace velm {
 
-// How the converter hands the calculator a value: it finds its window by the title and sends it WM_COPYDATA.
+// The converter sends the calculator a value as WM_COPYDATA to the window with this title.
 
 inline constexpr const wchar_t* CALCULATOR_TITLE = L"Tallyra";
 

@@ -14,7 +14,7 @@ struct BlockDeleter {
 };
 using Block = std::unique_ptr<std::remove_pointer_t<HGLOBAL>, BlockDeleter>;
 
-/// A movable block with the text and its NUL; null when memory is short.
+/// A movable block with the text and its NUL; null when out of memory.
 Block CopyToBlock(CVelmStringView text) {
     const std::size_t bytes = text.size() * sizeof(char16_t);
     Block block(GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes + sizeof(char16_t)));
@@ -38,7 +38,7 @@ bool SetClipboardText(HWND owner, CVelmStringView text) {
     if (!block || SetClipboardData(CF_UNICODETEXT, block.get()) == nullptr) {
         return false;
     }
-    static_cast<void>(block.release());  // the clipboard's now
+    static_cast<void>(block.release());  // owned by the clipboard now
     return true;
 }
 

@@ -8,10 +8,10 @@
 
 namespace velm {
 
-/// Puts a text on the clipboard as Unicode text. False leaves it unsaid what the clipboard holds.
+/// Puts a text on the clipboard as Unicode text. On failure the clipboard's contents are unspecified.
 bool SetClipboardText(HWND owner, CVelmStringView text);
 
-/// The clipboard's Unicode text, up to its NUL; nothing when it holds none or another program keeps it.
+/// The clipboard's Unicode text, up to its NUL; nothing when there is none or another program holds the clipboard.
 std::optional<CVelmString> GetClipboardText(HWND owner);
 
 }  // namespace velm

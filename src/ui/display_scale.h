@@ -6,24 +6,24 @@
 
 namespace velm {
 
-/// The display scale s: 2 when the screen reports 192 logical pixels per inch, otherwise 1. The screen is asked once.
+/// The display scale: 2 when the screen reports 192 logical pixels per inch, otherwise 1. Cached.
 int DisplayScale();
 
-/// A length given in pixels of an ordinary screen, in pixels of this one.
+/// Converts a length from pixels at scale 1 to pixels of this screen.
 inline int Scaled(int length) {
     return length * DisplayScale();
 }
 
-/// Icons of buttons and tools are so many pixels of an ordinary screen square.
+/// Edge of the icons of buttons and tools, in pixels at scale 1.
 constexpr int ICON_SIZE = 16;
 
-/// "Tahoma", `height` pixels of an ordinary screen from the top of the cell to its bottom, normal or bold.
+/// "Tahoma" with a cell height of `height` pixels at scale 1, normal or bold.
 CVelmFont CreateProgramFont(int height, bool bold);
 
-/// An icon of the program's resources, `size` pixels of an ordinary screen square; null when there is none.
+/// An icon resource, `size` pixels square at scale 1; null when there is none.
 CVelmIcon LoadProgramIcon(UINT id, int size = ICON_SIZE);
 
-/// The color that rows and bitmaps take their tint from: the system's active caption.
+/// The color that rows and bitmaps are tinted with: the system's active caption.
 COLORREF BaseColor();
 
 }  // namespace velm

@@ -12,7 +12,7 @@ namespace {
 constexpr int SIGN_HALF_WIDTH = 4;
 constexpr int SIGN_ROOM = 14;
 
-/// How much the face of a chosen button is lightened.
+/// Lightening of a selected button's face.
 constexpr int SELECTED_TINT = 170;
 
 constexpr COLORREF TEXT_COLOR = RGB(0, 0, 0);

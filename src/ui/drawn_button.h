@@ -7,8 +7,8 @@
 
 namespace velm {
 
-/// A press button that draws itself: an icon at its left (in its middle when it has no text), a text beside it.
-/// The font and icon are not owned and outlive the button.
+/// A press button that draws itself: an icon at the left (centered when there is no text) and a text beside it. The
+/// font and icon are not owned and outlive the button.
 class CVelmDrawnButton : public CVelmPressButton {
 public:
     void SetText(CVelmString text);
@@ -17,17 +17,17 @@ public:
     /// ICON_SIZE square; null for none.
     void SetIcon(HICON icon);
 
-    /// Draws a small triangle at the right, the sign of a menu.
+    /// Draws a small triangle at the right that indicates a menu.
     void SetMenuSign(bool on) { menuSign_ = on; }
 
-    /// Looks chosen, as the current one of several tabs does.
+    /// Draws the button as selected, like the current tab.
     void SetSelected(bool on);
 
     const CVelmString& Text() const { return text_; }
     HICON Icon() const { return icon_; }
     bool IsSelected() const { return selected_; }
 
-    /// Draws the whole rectangle; `dc` has the owner's client coordinates.
+    /// Draws the whole rectangle; `dc` uses the owner's client coordinates.
     void Draw(HDC dc) const;
 
 private:

@@ -27,7 +27,7 @@ struct MenuMessage {
     LPARAM lParam;
 };
 
-/// What the entries of the context menu send to the edit box.
+/// Messages of the context menu's entries.
 constexpr MenuMessage MENU_MESSAGES[] = {
     {ID_CUT, WM_CUT, 0, 0},
     {ID_COPY, WM_COPY, 0, 0},
@@ -134,7 +134,7 @@ bool CVelmEditBox::OnPenDown(POINT place) {
     return false;
 }
 
-/// A desktop's own ways to a context menu: the right button, and the key for it, which has no position.
+/// The right button and the context menu key, which has no position.
 void CVelmEditBox::OnContextMenu(LPARAM position) {
     POINT place{GET_X_LPARAM(position), GET_Y_LPARAM(position)};
     if (position == -1) {

@@ -6,14 +6,14 @@
 
 namespace velm {
 
-/// The part of an edit box's text that is selected; the caret's place when none is.
+/// The selected part of an edit box's text; empty at the caret when there is none.
 struct CVelmSelection {
     DWORD from = 0;
     DWORD to = 0;
 };
 
-/// A single-line edit box for the pen: held in place it opens a context menu, touched it raises the soft input panel.
-/// Its parent gets the edit control's own notifications.
+/// A single-line edit box for the pen: tap-and-hold opens a context menu, a tap raises the soft input panel. The parent
+/// gets the edit control's notifications.
 class CVelmEditBox {
 public:
     CVelmEditBox() = default;
@@ -21,7 +21,7 @@ public:
     CVelmEditBox(const CVelmEditBox&) = delete;
     CVelmEditBox& operator=(const CVelmEditBox&) = delete;
 
-    /// Makes the control, hidden; false when the system refuses. The font is not owned and outlives the control.
+    /// Creates the control, hidden; false on failure. The font is not owned and outlives the control.
     bool Create(HWND parent, UINT id, HFONT font);
 
     HWND Handle() const { return handle_; }
@@ -32,13 +32,12 @@ public:
     bool HasFocus() const { return handle_ != nullptr && GetFocus() == handle_; }
 
 protected:
-    /// What a key, a character or text from the clipboard does instead of what the control does with it.
-    /// True when it was used up.
+    /// Override the handling of a key, a character or pasted text. True when handled.
     virtual bool OnKeyDown(WPARAM key);
     virtual bool OnChar(wchar_t unit);
     virtual bool OnPaste(const CVelmString& text);
 
-    /// Puts a text in the place of the selection, as typing does.
+    /// Replaces the selection, like typing.
     void ReplaceSelection(const CVelmString& text);
 
 private:

@@ -6,14 +6,14 @@
 namespace velm {
 namespace {
 
-// Pixels of the screen itself.
+// Physical pixels.
 constexpr int HANDHELD_WIDTH = 480;
 constexpr int HANDHELD_HEIGHT = 640;
 
-// Pixels of an ordinary screen.
+// Pixels at scale 1.
 constexpr int MIN_SIZE = 160;
 
-/// The window's size for a client area of that size.
+/// The window size for a client area size.
 SIZE WindowSize(int clientWidth, int clientHeight, DWORD style) {
     RECT area{0, 0, clientWidth, clientHeight};
     AdjustWindowRectEx(&area, style, FALSE, 0);

@@ -6,18 +6,17 @@ namespace velm {
 
 class CVelmWindow;
 
-// What the top-level windows of the program and of its companions have in common.
+// Shared by the top-level windows of the program and its companions.
 
-/// The client area that a window opens with where the screen is larger than a handheld's. In pixels of an ordinary
-/// screen.
+/// Initial client area on screens larger than a handheld's, in pixels at scale 1.
 constexpr int FRAME_FIRST_WIDTH = 240;
 constexpr int FRAME_FIRST_HEIGHT = 320;
 
-/// Makes the object's window: it fills a handheld's screen; on a larger one it has a border and the first size. Null
-/// when the system refuses or the object refuses WM_CREATE.
+/// Creates the object's window: it fills a handheld's screen; on a larger one it has a border and the initial size.
+/// Null on failure.
 HWND CreateFrameWindow(CVelmWindow& object, const wchar_t* className, const wchar_t* title);
 
-/// Answers WM_GETMINMAXINFO: the window does not become smaller than what its parts have room in.
+/// Handles WM_GETMINMAXINFO: limits the window to its minimum usable size.
 void LimitFrameSize(HWND window, MINMAXINFO& limits);
 
 }  // namespace velm

@@ -26,7 +26,7 @@ CVelmPainter::CVelmPainter(HWND window) : window_(window) {
     bitmap_.reset(CreateCompatibleBitmap(dc, Width(area), Height(area)));
     memory_.reset(bitmap_ ? CreateCompatibleDC(dc) : nullptr);
     if (!memory_) {
-        return;  // painting straight to the window is better than none
+        return;  // paint directly to the window instead
     }
     oldBitmap_ = SelectObject(memory_.get(), bitmap_.get());
     SetWindowOrgEx(memory_.get(), area.left, area.top, nullptr);

@@ -9,7 +9,7 @@
 
 namespace velm {
 
-/// Gives a handle of the system back, with the object that owns it.
+/// Deleters for system handles.
 struct CVelmHandleDeleter {
     void operator()(HGDIOBJ object) const { DeleteObject(object); }
     void operator()(HDC dc) const { DeleteDC(dc); }
@@ -31,7 +31,7 @@ using CVelmMenu = CVelmOwned<HMENU>;
 using CVelmAccelerators = CVelmOwned<HACCEL>;
 using CVelmModule = CVelmOwned<HMODULE>;
 
-/// Selects an object into a device context and puts the old one back at the end of the scope.
+/// Selects an object into a device context and restores the old one at the end of the scope.
 class CVelmSelect {
 public:
     CVelmSelect(HDC dc, HGDIOBJ object) : dc_(dc), old_(SelectObject(dc, object)) {}
@@ -44,7 +44,7 @@ private:
     HGDIOBJ old_;
 };
 
-/// A window's device context outside of painting; the screen's for null.
+/// A window's device context outside WM_PAINT; the screen's for null.
 class CVelmWindowDc {
 public:
     explicit CVelmWindowDc(HWND window) : window_(window), dc_(GetDC(window)) {}
@@ -74,10 +74,10 @@ private:
 /// Width of one line of text in the font selected.
 int TextWidth(HDC dc, const CVelmString& text);
 
-/// Draws one line of text, transparent and centered from top to bottom; `format` is DT_LEFT and the like besides.
+/// Draws one line of text, transparent and vertically centered; `format` has further flags such as DT_LEFT.
 void DrawLine(HDC dc, HFONT font, COLORREF color, const CVelmString& text, RECT area, UINT format);
 
-/// Fills a rectangle with one color, without a brush to look after.
+/// Fills a rectangle with one color.
 inline void FillColor(HDC dc, const RECT& area, COLORREF color) {
     const COLORREF old = SetBkColor(dc, color);
     ExtTextOutW(dc, 0, 0, ETO_OPAQUE, &area, nullptr, 0, nullptr);
@@ -97,8 +97,8 @@ inline RECT ClientArea(HWND window) {
     return area;
 }
 
-/// A window's painting through an off-screen bitmap of the update area, copied to the window at the end of the
-/// scope, so that nothing flickers. Coordinates are the window's.
+/// Flicker-free painting through an off-screen bitmap of the update area, copied to the window at the end of the scope.
+/// Uses the window's coordinates.
 class CVelmPainter {
 public:
     explicit CVelmPainter(HWND window);

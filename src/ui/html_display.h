@@ -7,13 +7,13 @@
 
 namespace velm {
 
-/// The library of the HTML display control. It is loaded on first use and kept for the program's run.
+/// The library of the HTML display control, loaded on first use and kept.
 class CVelmHtmlLibrary {
 public:
-    /// The library's file is looked for in this folder, which ends with a backslash.
+    /// The library is loaded from this folder, which ends with a backslash.
     explicit CVelmHtmlLibrary(const CVelmString& folder) : folder_(folder) {}
 
-    /// Loads and initializes the library, unless that is done. False when it is missing or refuses.
+    /// Loads and initializes the library unless done already. False when it is missing or fails.
     bool Load();
 
 private:

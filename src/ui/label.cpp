@@ -10,14 +10,14 @@ namespace velm {
 namespace {
 
 constexpr int LABEL_MARGIN = 2;
-constexpr int LABEL_SLACK = 3;  // so much wider than its room a text may be
+constexpr int LABEL_SLACK = 3;  // px of overflow tolerated before shortening
 constexpr COLORREF TEXT_COLOR = RGB(0, 0, 0);
 
 }  // namespace
 
 CVelmString ShortenText(HDC dc, const CVelmString& text, int room) {
     const int allowed = std::max(0, room) + Scaled(LABEL_SLACK);
-    // What lies far beyond the room is cut in one go, so that a very long text is not measured again and again.
+    // Cut far overflow in one step, so that a very long text is not measured over and over.
     int fits = 0;
     SIZE size{};
     GetTextExtentExPointW(dc, Wide(text), static_cast<int>(text.size()), allowed, &fits, nullptr, &size);

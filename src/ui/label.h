@@ -12,12 +12,12 @@ struct CVelmLabel {
     HFONT font = nullptr;
     RECT area{};
 
-    /// Black, transparent, vertically centred; `format` is DT_LEFT or DT_RIGHT. A text that does not fit is shortened
-    /// from its end, with "~" for its last character.
+    /// Black, transparent, vertically centered; `format` is DT_LEFT or DT_RIGHT. A text that does not fit is shortened
+    /// and ends in "~".
     void Draw(HDC dc, UINT format) const;
 };
 
-/// The text, shortened until its width in the context's font is within `room` pixels.
+/// The text, shortened to `room` pixels in the context's font.
 CVelmString ShortenText(HDC dc, const CVelmString& text, int room);
 
 }  // namespace velm

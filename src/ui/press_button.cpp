@@ -106,7 +106,7 @@ void CVelmPressButton::StopTimer() {
 }
 
 void CVelmPressButton::EndPress() {
-    // Cleared first: releasing the capture tells the owner at once that it is gone.
+    // Cleared first: releasing the capture notifies the owner immediately.
     tracking_ = false;
     state_ = BUTTON_NORMAL;
     StopTimer();
@@ -122,7 +122,7 @@ bool CVelmButtonRouter::Route(std::span<CVelmPressButton* const> buttons, UINT m
     if (message == WM_LBUTTONDOWN) {
         return PenDown(buttons, x, y);
     }
-    // Ending a press releases the capture, which comes back here as a message of its own and forgets the button.
+    // Ending a press releases the capture, which reenters here and clears the button.
     CVelmPressButton* const pressed = pressed_;
     if (pressed == nullptr) {
         return false;

@@ -6,18 +6,18 @@
 
 namespace velm {
 
-/// How a press button looks. A disabled one never reacts to the pen.
+/// Visual states. A disabled button ignores the pen.
 constexpr int BUTTON_NORMAL = 0;
 constexpr int BUTTON_PRESSED = 1;
 constexpr int BUTTON_DISABLED = 3;
 
-/// The timer of the owner window that measures a long press, and the high half of the command that reports one.
+/// The owner's timer for long presses, and the high word of the command that reports one.
 constexpr UINT_PTR BUTTON_TIMER = 100;
 constexpr UINT BUTTON_LONG_PRESS_MS = 600;
 constexpr WORD BUTTON_LONG_PRESS = 1;
 
-/// A button without a window: a rectangle of its owner window that tracks the pen and posts a command to the owner
-/// when the pen is released over it, or, when asked to, after the pen was held on it.
+/// A windowless button: a rectangle of its owner window that tracks the pen and posts a command to the owner when the
+/// pen is released over it or, optionally, after a long press.
 class CVelmPressButton {
 public:
     virtual ~CVelmPressButton() = default;
@@ -25,15 +25,15 @@ public:
     /// The rectangle is in the owner's client coordinates; the command's second parameter is `parameter`.
     void Init(const RECT& rectangle, HWND owner, WORD id, bool longPress = false, LPARAM parameter = 0);
 
-    /// Each is true when the button handled the event.
+    /// True when the button handled the event.
     bool PenDown(int x, int y);
     bool PenMove(int x, int y);
     bool PenUp(int x, int y);
 
-    /// To be called for the owner's BUTTON_TIMER. True when it measures this button's press.
+    /// Call for the owner's BUTTON_TIMER. True when it belongs to this button's press.
     bool Timer();
 
-    /// Ends a press without a command, as when another window took the pen.
+    /// Ends a press without a command, as when another window captured the pen.
     void CancelPress();
 
     /// False when disabled.
@@ -63,11 +63,11 @@ private:
     LPARAM parameter_ = 0;
 };
 
-/// Takes an owner window's pen events to its buttons: a pen that goes down on one belongs to it until it is lifted.
+/// Routes an owner window's pen events to its buttons: a press belongs to its button until the pen is lifted.
 class CVelmButtonRouter {
 public:
-    /// True when a button took the message. The buttons are asked in their order and are not owned; a pressed one
-    /// must not be destroyed before Forget.
+    /// True when a button handled the message. The buttons are tried in order and not owned; a pressed one must not be
+    /// destroyed before Forget.
     bool Route(std::span<CVelmPressButton* const> buttons, UINT message, WPARAM wParam, LPARAM lParam);
 
     CVelmPressButton* Pressed() const { return pressed_; }

@@ -15,7 +15,7 @@ void SetScrollBar(HWND window, int bar, const CVelmScrollState& state, bool stay
 }
 
 int ScrollTarget(HWND window, int bar, int request, int line) {
-    // Asked for here, since the message carries 16 bits of the thumb's position only.
+    // The message carries only 16 bits of the thumb's position.
     SCROLLINFO info{};
     info.cbSize = sizeof(info);
     info.fMask = SIF_ALL;

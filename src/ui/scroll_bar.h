@@ -4,19 +4,18 @@
 
 namespace velm {
 
-/// How much there is to scroll through, how much of it shows and where that begins.
+/// Size of the content, size of its visible part, and that part's start.
 struct CVelmScrollState {
     int count;
     int page;
     int position;
 };
 
-/// Brings a window's scroll bar up to date (`bar` as in SetScrollInfo). One that cannot scroll goes, or stays without
-/// its thumb.
+/// Updates a window's scroll bar (`bar` as in SetScrollInfo). When there is nothing to scroll it is hidden or has no
+/// thumb.
 void SetScrollBar(HWND window, int bar, const CVelmScrollState& state, bool stays = false);
 
-/// The position that a request of the bar (SB_LINEDOWN and the like) asks for, `line` being one step. It may lie beyond
-/// either end.
+/// The position after a scroll request (SB_LINEDOWN and the like) with steps of `line`; may be out of range.
 int ScrollTarget(HWND window, int bar, int request, int line);
 
 }  // namespace velm

@@ -24,7 +24,7 @@ bool IsOnlyInstance(const wchar_t* name, const wchar_t* frameClass) {
         if (IsIconic(window)) {
             ShowWindow(window, SW_RESTORE);
         }
-        // A dialog of the first copy, not the frame behind it, is what the user was at.
+        // Activate the first instance's dialog, if any, rather than the frame behind it.
         SetForegroundWindow(GetLastActivePopup(window));
     }
     return false;

@@ -2,9 +2,8 @@
 
 namespace velm {
 
-/// True for the first copy of a program in a session, until it ends. For a later one the window of the first, of class
-/// `frameClass`, is brought to the front, after a little wait for one that is just starting. `name` is the program's
-/// own.
+/// True for the first instance of a program in a session. For later ones, brings the first one's window, of class
+/// `frameClass`, to the front, after a short wait in case it is just starting. `name` identifies the program.
 bool IsOnlyInstance(const wchar_t* name, const wchar_t* frameClass);
 
 }  // namespace velm

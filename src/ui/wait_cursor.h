@@ -6,7 +6,7 @@
 
 namespace velm {
 
-/// Shows the wait cursor for the lifetime of what it returns, then the arrow.
+/// Shows the wait cursor for the lifetime of the returned guard, then the arrow.
 [[nodiscard]] inline auto ShowWaitCursor() {
     SetCursor(LoadCursorW(nullptr, IDC_WAIT));
     return CVelmScopeExit([] { SetCursor(LoadCursorW(nullptr, IDC_ARROW)); });

@@ -32,7 +32,7 @@ HWND CreateControl(const wchar_t* windowClass, DWORD style, HWND parent, UINT id
 
 CVelmWindow::~CVelmWindow() {
     if (handle_ != nullptr) {
-        // The derived part is gone already, so the window's last messages must not come here.
+        // The derived part is destroyed already, so the window's last messages must not arrive here.
         SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
         DestroyWindow(handle_);
     }

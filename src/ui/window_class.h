@@ -7,17 +7,17 @@ namespace velm {
 /// The class of the program's own child windows. Registered once, at start-up.
 inline constexpr const wchar_t* WINDOW_CLASS = L"VlWndClass";
 
-/// Registers a class of windows that belong to CVelmWindow objects. True also when it is registered already.
+/// Registers a class of windows that belong to CVelmWindow objects. True also when it exists already.
 bool RegisterWindowClass(const wchar_t* name, HICON icon, HCURSOR cursor = nullptr, HBRUSH background = nullptr);
 
-/// Whether a window is of that class, whose name has no letter case.
+/// Whether a window is of this class; letter case does not matter.
 bool IsOfClass(HWND window, const wchar_t* name);
 
-/// Makes one of the system's controls as a child without a place yet; null when the system refuses. The font is not
-/// owned and outlives the control.
+/// Creates a system control as a child with an empty rectangle; null on failure. The font is not owned and outlives the
+/// control.
 HWND CreateControl(const wchar_t* windowClass, DWORD style, HWND parent, UINT id, HFONT font);
 
-/// An object that owns a window of the program. It may outlive its window; ending the object ends the window.
+/// Owns a window. The object may outlive its window; destroying the object destroys the window.
 class CVelmWindow {
 public:
     CVelmWindow() = default;
@@ -25,16 +25,15 @@ public:
     CVelmWindow(const CVelmWindow&) = delete;
     CVelmWindow& operator=(const CVelmWindow&) = delete;
 
-    /// Every message of the window comes here. The base passes all of them to the system.
+    /// Handles every message of the window. The base passes all of them to the system.
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
 
-    /// Makes the window, of class "VlWndClass"; null when the system refuses or the object refuses WM_CREATE.
+    /// Creates the window, of class "VlWndClass"; null on failure.
     HWND Create(DWORD style, int x, int y, int width, int height, HWND parent, UINT id, const wchar_t* name);
 
     /// Shows and enables the window, or hides and disables it.
     void Show(bool on);
 
-    /// Whether the window is enabled.
     bool IsShown() const { return IsWindowEnabled(handle_) != FALSE; }
 
     HWND Handle() const { return handle_; }

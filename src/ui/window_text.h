@@ -9,7 +9,7 @@ namespace velm {
 /// The text of a window or control; empty when it has none.
 CVelmString WindowText(HWND window);
 
-/// A text of the string table, at most 254 characters; empty when there is none of that identifier.
+/// A string resource, at most 254 characters; empty when there is none.
 CVelmString LoadText(UINT id);
 
 }  // namespace velm

@@ -12,7 +12,7 @@ namespace {
 /// With the extension's four characters and two bytes per character, the longest file name on any system.
 constexpr std::size_t MAX_NAME_LENGTH = 120;
 
-CVelmString NameBehind(CVelmStringView line) {
+CVelmString NameAfterPrefix(CVelmStringView line) {
     line.remove_prefix(FILE_NAME_LINE.size());
     line.remove_prefix(std::min(line.find_first_not_of(u" \t"), line.size()));
     return CVelmString(line);
@@ -44,7 +44,7 @@ CVelmUpdatePage ReadUpdatePage(CVelmFileStream& stream, std::size_t maxUrls) {
         page.kind = UpdatePageKind::Update;
         while (ReadFilledLine(stream, line)) {
             if (StartsWithNoCase(line, FILE_NAME_LINE)) {
-                page.fileName = NameBehind(line);
+                page.fileName = NameAfterPrefix(line);
                 break;
             }
         }
