@@ -98,7 +98,7 @@ private:
         if (LooksLikeOption(name)) {
             FailUsage(name == "--data"
                           ? fmt::format("{}: --data goes before the command", command_)
-                          : fmt::format("{}: there is no option {}; {}", command_, name, DidYouMean(name, known)));
+                          : fmt::format("{}: unknown option {}; {}", command_, name, DidYouMean(name, known)));
         }
         return nullptr;
     }

@@ -18,14 +18,14 @@ constexpr std::array COMMANDS{
     Command{"eval", "FORMULA [NAME=VALUE]...", "Evaluate a formula", RunEval},
     Command{"convert", "FILE UNIT VALUE [--to UNIT]...", "Convert a value to other units", RunConvert},
     Command{"calc", "FILE [ID=VALUE]...", "Compute the outputs of a calculation file", RunCalc},
-    Command{"show", "FILE", "Print what a data file holds", RunShow},
+    Command{"show", "FILE", "Print the contents of a data file", RunShow},
     Command{"files", "[--json]", "List the files of the data folder", RunFiles},
     Command{"check", "PATH...", "Check data files; never changes one", RunCheck},
-    Command{"import", "SOURCE.toml OUT.cnv|OUT.cal", "Make a data file of its text form", RunImport},
+    Command{"import", "SOURCE.toml OUT.cnv|OUT.cal", "Create a data file from its text form", RunImport},
     Command{"export", "FILE [-o SOURCE.toml]", "Write the text form of a data file", RunExport},
-    Command{"update", "[--url URL] [FILE]...", "Bring new rates into the data files", RunUpdate},
-    Command{"feed", "--rates RATES --base-url URL ...", "Make update files of a table of rates", RunFeed},
-    Command{"options", "[NAME [VALUE]]", "Show or change what the program remembers", RunOptions},
+    Command{"update", "[--url URL] [FILE]...", "Merge new rates into the data files", RunUpdate},
+    Command{"feed", "--rates RATES --base-url URL ...", "Create update files from a table of rates", RunFeed},
+    Command{"options", "[NAME [VALUE]]", "Show or change the program's options", RunOptions},
 };
 
 std::string HelpText() {
@@ -52,7 +52,7 @@ const Command& FindCommand(const std::string& name) {
         }
         names.emplace_back(command.name);
     }
-    FailUsage(fmt::format("there is no command {}; {}", Quoted(name), DidYouMean(name, names)));
+    FailUsage(fmt::format("unknown command {}; {}", Quoted(name), DidYouMean(name, names)));
 }
 
 CVelmString DefaultDataFolder() {

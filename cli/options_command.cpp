@@ -91,7 +91,7 @@ const OptionRow& FindOption(const std::string& name) {
             return option;
         }
     }
-    Fail(fmt::format("there is no option {}; {}", Quoted(name), DidYouMean(name, OptionNames())));
+    Fail(fmt::format("unknown option {}; {}", Quoted(name), DidYouMean(name, OptionNames())));
 }
 
 void PrintAll(CVelmOutput& out) {

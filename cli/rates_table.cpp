@@ -89,7 +89,7 @@ void AddRate(RatesTable& table, std::string_view code, std::string_view rate) {
     double value = 0.0;
     const auto [end, error] = std::from_chars(rate.data(), rate.data() + rate.size(), value);
     if (error != std::errc() || end != rate.data() + rate.size() || !std::isfinite(value) || value <= 0.0) {
-        Fail(fmt::format("the rate of {} is no positive number: {}", Quoted(std::string(code)),
+        Fail(fmt::format("the rate of {} is not a positive number: {}", Quoted(std::string(code)),
                          Quoted(std::string(rate))));
     }
     const bool known = std::any_of(table.lines.begin(), table.lines.end(),

@@ -26,7 +26,7 @@ RatesTable ReadRates(std::string_view bytes);
 /// first, which is the latest, is taken.
 RatesTable ReadXmlRates(std::string_view bytes);
 
-/// Adds a line. Ends the command when the code is empty or stands there already, or the rate is no positive number.
+/// Adds a line. Ends the command when the code is empty or stands there already, or the rate is not a positive number.
 void AddRate(RatesTable& table, std::string_view code, std::string_view rate);
 
 }  // namespace velm

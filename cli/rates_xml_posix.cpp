@@ -9,7 +9,7 @@ RatesTable ReadXmlRates(std::string_view bytes) {
     pugi::xml_document document;
     const pugi::xml_parse_result result = document.load_buffer(bytes.data(), bytes.size());
     if (!result) {
-        Fail(std::string("the rates table is no XML: ") + result.description());
+        Fail(std::string("the rates table is not XML: ") + result.description());
     }
     RatesTable table;
     const pugi::xml_node day =
