@@ -21,13 +21,13 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int ROUNDS = 200;
 
-/// Paints what is to be painted.
+/// Paints all pending updates.
 void Paint(CVelmFrame& frame) {
     RedrawWindow(frame.Handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     GdiFlush();
 }
 
-/// Does something again and again on the program's thread and says how long it takes.
+/// Runs an action repeatedly on the program's thread and measures the time.
 void Measure(RunningProgram& program, const char* name, const std::function<void(CVelmFrame&, int)>& work) {
     std::vector<double> times;
     for (int round = 0; round < ROUNDS; ++round) {

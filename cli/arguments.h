@@ -19,9 +19,9 @@ struct Argument {
     std::string_view excludes = {};  ///< an option that cannot be used together with this one
 };
 
-/// Reads the arguments of the subcommand that runs. Options may stand anywhere; a word that begins with "-" and is no
-/// option is a value, and so is every word behind "--". Wrong usage ends the command. False when --help was among the
-/// words: the help is then in the output.
+/// Parses the arguments of the running subcommand. Options may appear anywhere; a word that begins with "-" but is not
+/// an option is a value, and so is every word after "--". Exits on invalid usage. False when --help was given; the help
+/// is then in the output.
 bool ReadArguments(CommandContext& context, const std::vector<std::string>& words, std::vector<Argument> arguments);
 
 }  // namespace velm

@@ -10,7 +10,7 @@ namespace velm {
 
 namespace {
 
-std::string CountsText(const CVelmDocument& document) {
+std::string CountSummary(const CVelmDocument& document) {
     const auto* conversions = ConversionsOf(document);
     return fmt::format("ok, {} items, {} conversions", document.items.size(),
                        conversions == nullptr ? 0 : conversions->size());
@@ -33,7 +33,7 @@ Verdict CheckFile(const CVelmServices& services, const CVelmString& path) {
     if (document->droppedRecords != 0) {
         return {false, "error: " + DroppedRecordsText(*document)};
     }
-    return {true, CountsText(*document)};
+    return {true, CountSummary(*document)};
 }
 
 /// A folder stands for its data files.
@@ -56,7 +56,7 @@ int RunCheck(CommandContext& context, const std::vector<std::string>& arguments)
     if (!ReadArguments(context, arguments, {{"PATH...", &paths, "Data files, and folders of them"}})) {
         return STATUS_OK;
     }
-    // Loading a file of the older format would rewrite it.
+    // Otherwise loading a file in the older format would rewrite it.
     CVelmReadOnlyFiles files(context.services.files);
     const CVelmServices services{files, context.services.clock, context.services.locale};
     int status = STATUS_OK;

@@ -9,8 +9,8 @@ namespace velm {
 
 /// Exit statuses of the command.
 constexpr int STATUS_OK = 0;
-constexpr int STATUS_FAILED = 1;  ///< what was asked for could not be done
-constexpr int STATUS_USAGE = 2;   ///< it was not asked for in the right way
+constexpr int STATUS_FAILED = 1;  ///< the request failed
+constexpr int STATUS_USAGE = 2;   ///< invalid usage
 
 /// Ends a subcommand: main prints the text (UTF-8) as one line and exits with the status.
 class CVelmCliError : public std::runtime_error {

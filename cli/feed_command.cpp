@@ -16,12 +16,12 @@ namespace velm {
 namespace {
 
 constexpr const char* LIST_NAME = "convupd.txt";
-constexpr std::size_t MAX_TABLE = 16 << 20;
+constexpr std::size_t MAX_TABLE_SIZE = 16 << 20;
 constexpr char16_t MAX_BYTE = 0xFF;
 
 std::string ReadTable(CVelmFileSystem& files, const std::string& path) {
-    std::string bytes = ReadWholeFile(files, path, MAX_TABLE + 1);
-    if (bytes.size() > MAX_TABLE) {
+    std::string bytes = ReadWholeFile(files, path, MAX_TABLE_SIZE + 1);
+    if (bytes.size() > MAX_TABLE_SIZE) {
         Fail(Quoted(path) + " is too large for a table of rates");
     }
     return bytes;
@@ -105,7 +105,7 @@ int RunFeed(CommandContext& context, const std::vector<std::string>& arguments) 
     const CVelmString out = WithSeparator(FromUtf8(folder));
     std::filesystem::create_directories(std::filesystem::path(out), error);
 
-    // The list comes last, so that it never names what is not there yet.
+    // Written last, so that the list never names a missing file.
     const std::string page = file + ".upd.txt";
     WriteFile(context, out + FromUtf8(page), UpdateText(table, fileName));
     WriteFile(context, out + FromUtf8(LIST_NAME),

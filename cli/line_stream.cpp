@@ -12,7 +12,7 @@ namespace velm {
 
 namespace {
 
-constexpr std::size_t MAX_LINE = 1 << 20;
+constexpr std::size_t MAX_LINE_LENGTH = 1 << 20;
 constexpr std::size_t CHUNK = 1 << 16;
 
 class LineStream {
@@ -58,7 +58,7 @@ private:
             return;
         }
         begun_ += bytes;
-        if (begun_.size() > MAX_LINE) {
+        if (begun_.size() > MAX_LINE_LENGTH) {
             tooLong_ = true;
             begun_.resize(64);
         }

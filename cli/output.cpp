@@ -28,7 +28,7 @@ void CVelmOutput::Flush() {
 }
 
 void PrintError(std::string_view text) {
-    // Nowhere is left to report that this fails.
+    // A failure here cannot be reported anywhere.
     WriteStandardError("velmora: " + OneLine(std::string(text)) + "\n");
 }
 

@@ -5,14 +5,13 @@
 
 namespace velm {
 
-/// Standard output, collected until there is enough of it to be worth a call of the system. What is not flushed is
-/// never written, so that a command that fails prints nothing.
+/// Buffered standard output. Unflushed text is never written, so that a failing command prints nothing.
 class CVelmOutput {
 public:
     void Write(std::string_view bytes);
     void WriteLine(std::string_view bytes);
 
-    /// Hands everything to the system; ends the command when it does not take it.
+    /// Writes everything; ends the command on failure.
     void Flush();
 
 private:

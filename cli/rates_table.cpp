@@ -118,7 +118,7 @@ RatesTable ReadRates(std::string_view bytes) {
     } else {
         table = ReadPlainRates(lines);
     }
-    // What the base is worth in itself says nothing.
+    // The base's rate to itself is redundant.
     std::erase_if(table.lines, [&table](const RatesTable::Line& line) { return line.code == table.base; });
     if (table.lines.empty()) {
         Fail("the rates table has no rates");

@@ -24,7 +24,7 @@ std::uint32_t ReadFormatName(const SourceFile& file, const toml::node& node) {
     const FormatKind* const format = FindFormat(name->get());
     if (format == nullptr) {
         FailAt(file, node,
-               fmt::format("there is no format {}; {}", Quoted(name->get()), DidYouMean(name->get(), FormatWords())));
+               fmt::format("unknown format {}; {}", Quoted(name->get()), DidYouMean(name->get(), FormatWords())));
     }
     return format->code;
 }

@@ -7,10 +7,10 @@
 
 namespace velm {
 
-/// The options of the current user, the very ones that the program with the window keeps.
+/// The options of the current user, shared with the window program.
 std::unique_ptr<CVelmOptionsStore> UserOptions();
 
-/// What it holds, the defaults in place of what was never set.
+/// The options, with defaults for those never set.
 CVelmSettings LoadUserSettings();
 
 /// The data folder that the options name, or the default one.

@@ -17,7 +17,7 @@ namespace velm {
 
 namespace {
 
-/// One line on a terminal that is written over as the download goes on; nothing elsewhere.
+/// A progress line that is overwritten on a terminal; nothing elsewhere.
 class CVelmProgressLine {
 public:
     CVelmProgressLine() : visible_(StandardErrorIsTerminal()) {}
@@ -91,7 +91,7 @@ std::vector<CVelmConversionDoc*> DocumentsToUpdate(const CommandContext& context
     return documents;
 }
 
-/// Merges and says so. False when the new rates could not be written.
+/// Merges and reports the result. False when the new rates could not be written.
 bool MergeAndPrint(CommandContext& context, const CVelmCatalog& catalog, CVelmConversionDoc& document) {
     const std::string name = ToUtf8(document.FileNameWithExtension());
     if (!document.EnsureLoaded(catalog.Folder())) {

@@ -1,5 +1,5 @@
-# Sourced by run.sh and test.sh in the clone's folder: makes what they run. What is said goes to standard error; when
-# there is nothing to do, nothing is said.
+# Sourced by run.sh and test.sh in the clone's folder: builds what they run. Messages go to standard error; there are
+# none when everything is up to date.
 . tools/packages.sh
 
 # Runs a function while no other run.sh or test.sh of this clone installs or builds.

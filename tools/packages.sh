@@ -6,7 +6,7 @@ WINDOWS_PACKAGES="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine
 TEST_PACKAGES="libgtest-dev googletest clang clang-format clang-tidy libclang-rt-14-dev python3 git xvfb imagemagick
     lintian man-db unzip dpkg-dev"
 
-# Installs the packages that are missing. Says nothing and asks no network when none is.
+# Installs missing packages. Silent and offline when there are none.
 need_packages() {
     missing=
     for package in "$@"; do

@@ -45,7 +45,7 @@ struct HtmlBlock {
     int table = 0;                     ///< of a TableRow: rows of one table share the number
 };
 
-/// What a page says, flat and in reading order.
+/// The content of a page, flat and in reading order.
 struct HtmlDocument {
     std::vector<HtmlBlock> blocks;
     std::vector<std::u16string> links;    ///< targets, in order of appearance; "#name" leads within the page
@@ -58,7 +58,7 @@ constexpr char16_t LINK_START = 0xE000;
 constexpr char16_t LINK_END = 0xE001;
 constexpr char16_t ANCHOR = 0xE002;
 
-/// Reads HTML. Unknown tags are skipped and broken nesting is made the best of; nothing fails.
+/// Parses HTML. Skips unknown tags and tolerates broken nesting; never fails.
 HtmlDocument ReadHtml(std::u16string_view html);
 
 }  // namespace velm

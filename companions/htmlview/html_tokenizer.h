@@ -20,8 +20,8 @@ struct HtmlToken {
     std::u16string_view Attribute(std::u16string_view attributeName) const;
 };
 
-/// Takes HTML apart in time linear in its length. Broken HTML never fails: what is no tag is text. Comments,
-/// declarations, scripts and style sheets are skipped.
+/// Tokenizes HTML in linear time. Never fails: what is not a tag is text. Skips comments, declarations, scripts and
+/// style sheets.
 class HtmlTokenizer {
 public:
     /// The text is not owned and outlives the tokenizer.

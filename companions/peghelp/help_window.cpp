@@ -10,7 +10,7 @@
 namespace velm {
 namespace {
 
-void TellUser(HWND owner, const CVelmString& text) {
+void ShowMessageBox(HWND owner, const CVelmString& text) {
     MessageBoxW(owner, Wide(text), L"Help", MB_OK | MB_ICONSTOP);
 }
 
@@ -23,11 +23,11 @@ CVelmHelpWindow::CVelmHelpWindow(const CVelmServices& services, const CVelmStrin
 
 bool CVelmHelpWindow::Open(const HelpTarget& target, int showCommand) {
     if (!library_.Load()) {
-        TellUser(nullptr, u"The help viewer could not be started: htmlview.dll is missing or does not work.");
+        ShowMessageBox(nullptr, u"The help viewer could not be started: htmlview.dll is missing or does not work.");
         return false;
     }
     if (!CreateFrame()) {
-        TellUser(nullptr, u"The help viewer could not be started: its window could not be made.");
+        ShowMessageBox(nullptr, u"The help viewer could not be started: its window could not be made.");
         return false;
     }
     // Shown first: a page is laid out and scrolled in the size that it has on the screen.
@@ -37,7 +37,7 @@ bool CVelmHelpWindow::Open(const HelpTarget& target, int showCommand) {
     ShowWindow(Handle(), fits ? showCommand : SW_SHOWMAXIMIZED);
     SetFocus(display_);
     if (!ShowPage(target)) {
-        TellUser(Handle(), u"There is no help page \"" + target.page + u".htm\".");
+        ShowMessageBox(Handle(), u"There is no help page \"" + target.page + u".htm\".");
         DestroyWindow(Handle());
         return false;
     }

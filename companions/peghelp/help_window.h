@@ -17,7 +17,7 @@ public:
     /// The services outlive the window; pages and the display control's library are in `folder`.
     CVelmHelpWindow(const CVelmServices& services, const CVelmString& folder);
 
-    /// Shows a page. False, with the user told, when the library or the page is missing.
+    /// Shows a page. False, after a message box, when the library or the page is missing.
     bool Open(const HelpTarget& target, int showCommand);
 
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;

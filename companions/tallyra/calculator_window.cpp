@@ -69,7 +69,7 @@ bool CVelmCalculatorWindow::OnCreate() {
     if (tapeList_ == nullptr || expression_ == nullptr || message_ == nullptr) {
         return false;
     }
-    SendMessageW(expression_, EM_LIMITTEXT, CVelmTape::MAX_TEXT, 0);
+    SendMessageW(expression_, EM_LIMITTEXT, CVelmTape::MAX_TEXT_LENGTH, 0);
 
     const auto init = [this](CVelmDrawnButton& button, WORD id, CVelmStringView caption) {
         button.Init(RECT{}, Handle(), id);

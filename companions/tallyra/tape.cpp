@@ -10,11 +10,11 @@ namespace velm {
 namespace {
 
 // A full tape of the longest lines is smaller than this, whatever its characters.
-constexpr std::size_t MAX_FILE = CVelmTape::MAX_LINES * CVelmTape::MAX_TEXT * 2 * 3;
+constexpr std::size_t MAX_FILE_SIZE = CVelmTape::MAX_LINES * CVelmTape::MAX_TEXT_LENGTH * 2 * 3;
 
 /// Tabs and line ends keep the parts of the file apart, so the texts have none.
 CVelmString CleanText(CVelmStringView text) {
-    CVelmString clean(text.substr(0, CVelmTape::MAX_TEXT));
+    CVelmString clean(text.substr(0, CVelmTape::MAX_TEXT_LENGTH));
     std::replace_if(
         clean.begin(), clean.end(), [](char16_t unit) { return unit < u' '; }, u' ');
     return clean;
@@ -34,7 +34,7 @@ void CVelmTape::Load(const CVelmServices& services, const CVelmString& path) {
     if (!stream.OpenRead(path)) {
         return;
     }
-    std::string bytes(std::min<std::size_t>(stream.GetSize(), MAX_FILE), '\0');
+    std::string bytes(std::min<std::size_t>(stream.GetSize(), MAX_FILE_SIZE), '\0');
     const std::int32_t read = stream.Read(bytes.size(), bytes.data());
     bytes.resize(static_cast<std::size_t>(std::max(read, 0)));
     const CVelmString text = FromUtf8(bytes);

@@ -19,9 +19,9 @@ struct TapeLine {
 class CVelmTape {
 public:
     static constexpr std::size_t MAX_LINES = 500;
-    static constexpr std::size_t MAX_TEXT = 1000;
+    static constexpr std::size_t MAX_TEXT_LENGTH = 1000;
 
-    /// Puts a line at the end; the oldest goes when there are too many. Texts are cut to MAX_TEXT units.
+    /// Puts a line at the end; the oldest goes when there are too many. Texts are cut to MAX_TEXT_LENGTH units.
     void Add(CVelmStringView expression, CVelmStringView result);
     void Clear() { lines_.clear(); }
 

@@ -43,7 +43,7 @@ void EditOptions(CVelmFrame& frame, WORD id);
 void ChooseShownUnits(CVelmFrame& frame, WORD id);
 
 /// Downloads updates with a line of progress in the title button until Escape is pressed, merges what came for the
-/// current file, and tells the user how it went.
+/// current file, and reports the result.
 void DownloadUpdates(CVelmFrame& frame, WORD id);
 
 /// Brings the calculator to the front, starting it when it does not run, and hands it the current item's value.

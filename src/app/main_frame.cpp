@@ -272,7 +272,7 @@ LRESULT CVelmFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
             OnActivate(LOWORD(wParam) != WA_INACTIVE);
             return 0;
         case WM_SETCURSOR:
-            // The classes of the program's windows carry no cursor, so nobody else would take the border's back.
+            // The program's window classes have no cursor, so nothing else resets the resize cursor.
             if (LOWORD(lParam) == HTCLIENT && GetClassLongPtrW(reinterpret_cast<HWND>(wParam), GCLP_HCURSOR) == 0) {
                 SetCursor(LoadCursorW(nullptr, busy_ ? IDC_WAIT : IDC_ARROW));
                 return TRUE;
@@ -387,7 +387,7 @@ bool CVelmFrame::MayClose() {
 }
 
 void CVelmFrame::OnEndSession() {
-    WriteBack();  // nobody is there any more to be told of a failure
+    WriteBack();  // a failure can no longer be reported
     SaveOpenFileList(program_.settings, catalog_);
     SaveSettings(program_.settings, program_.options);
 }

@@ -33,7 +33,7 @@ public:
     /// To be called for every message before it is dispatched. True when it was used up.
     bool PreTranslate(MSG& message);
 
-    /// Makes a document of the catalogue, or none, the current one and shows it.
+    /// Makes a document of the catalog, or none, the current one and shows it.
     void SelectFile(CVelmDocument* document);
 
     /// Shows the current document's title again.
@@ -48,7 +48,7 @@ public:
     /// Brings the toolbar's buttons up to date; for when nothing else is to do.
     void UpdateCommands();
 
-    /// Writes the current document to its file when it has edits. When that fails the user is told and it is false.
+    /// Writes the current document to its file when it has edits. False, after a message box, on failure.
     bool SaveDocument();
 
     /// The current document, which there is, was edited: it is stamped, and its file written.
@@ -100,7 +100,7 @@ private:
     CVelmCatalog catalog_;
     CVelmReferenceList references_;
     CVelmHtmlLibrary htmlLibrary_;
-    CVelmDocument* document_ = nullptr;  ///< one of the catalogue's, or null
+    CVelmDocument* document_ = nullptr;  ///< one of the catalog's, or null
     CVelmFont titleFont_;
     CVelmIcon conversionIcon_;
     CVelmIcon calculationIcon_;

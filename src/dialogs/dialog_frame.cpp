@@ -151,7 +151,7 @@ RECT CVelmDialog::Room() const {
 
 void CVelmDialog::Layout() {
     if (bar_ == nullptr) {
-        return;  // not initialised yet
+        return;  // not initialized yet
     }
     RECT room = Room();
     const int needed = Scaled(minHeight_);
@@ -225,7 +225,7 @@ INT_PTR CVelmDialog::HandleCommand(WPARAM wParam, LPARAM lParam) {
 
 INT_PTR CVelmDialog::ControlColor(HDC dc, HWND control) const {
     if (control != handle_ && IsOfClass(control, L"Edit")) {
-        return FALSE;  // a box that is only read keeps the colour that says so
+        return FALSE;  // a box that is only read keeps its read-only color
     }
     SetBkColor(dc, GetSysColor(COLOR_WINDOW));
     return reinterpret_cast<INT_PTR>(GetSysColorBrush(COLOR_WINDOW));

@@ -71,7 +71,7 @@ struct CVelmFaultText {
 /// A control's rectangle in its parent's client area.
 RECT PlaceInParent(HWND control);
 
-/// The common caption painter: the text in the system's caption colour at the top, a black line under it.
+/// The common caption painter: the text in the system's caption color at the top, a black line under it.
 void PaintDialogCaption(HDC dc, int width, const CVelmString& text);
 
 /// A modal dialog that covers the program's window: caption, controls, and a menu bar. Where there is no room for all

@@ -22,7 +22,7 @@ struct CVelmSettings;
 
 // The dialogs of the program, each in a source of its own. A dialog runs until the user ends it.
 
-/// Lets the user choose a data file of the catalogue, which is scanned first, or read text references. These are
+/// Lets the user choose a data file of the catalog, which is scanned first, or read text references. These are
 /// listed on first use, from `referenceFolder`. Returns the chosen file's index, -1 when the dialog was cancelled.
 int ShowOpenFileDialog(HWND parent, CVelmCatalog& catalog, CVelmReferenceList& references,
                        const CVelmString& referenceFolder, CVelmHtmlLibrary& html);
@@ -53,7 +53,7 @@ int ShowUnitsDialog(HWND parent, CVelmDocument& document);
 /// Edits the data folder and the update address. Returns IDOK, or IDCANCEL with the settings as they were.
 int ShowSettingsDialog(HWND parent, CVelmSettings& settings);
 
-/// Shows the program's title, version and licence, and the address that updates are looked for at.
+/// Shows the program's title, version and license, and the address that updates are looked for at.
 void ShowAboutDialog(HWND parent, const CVelmString& updateAddress);
 
 /// Shows a page of HTML under a caption until the user closes it. Without the library the page stays empty.

@@ -16,7 +16,7 @@
 namespace velm {
 namespace {
 
-/// What the dialog ends with for the catalogue's first file; the following ones follow.
+/// What the dialog ends with for the catalog's first file; the following ones follow.
 constexpr int FIRST_FILE_CODE = ID_QUICK_FILE_FIRST;
 
 // What the entries of the category box carry.

@@ -207,11 +207,11 @@ void CVelmCompoundEditor::Layout() {
     const RECT area = ClientArea(Handle());
     std::array<int, COMPOUND_PARTS> labelWidths{};
     int boxesWidth = Width(area) - Scaled(SIGN_WIDTH);
-    const int maxForLabel = count_ == 0 ? 0 : boxesWidth / count_ - Scaled(MIN_BOX_WIDTH);
+    const int maxLabelWidth = count_ == 0 ? 0 : boxesWidth / count_ - Scaled(MIN_BOX_WIDTH);
     const CVelmTextMeasure measure(Handle(), font_.get());
     for (std::size_t i = 0; i < static_cast<std::size_t>(count_); ++i) {
         const int width = TextWidth(measure.Dc(), labels_[i]) + Scaled(2 * LABEL_MARGIN);
-        labelWidths[i] = std::max(Scaled(LABEL_MARGIN), std::min(width, maxForLabel));
+        labelWidths[i] = std::max(Scaled(LABEL_MARGIN), std::min(width, maxLabelWidth));
         boxesWidth -= labelWidths[i];
     }
     int left = Scaled(SIGN_WIDTH);

@@ -55,7 +55,7 @@ public:
     /// Flips between one-line and two-line rows.
     void ToggleRowSize();
 
-    /// Puts the selected row's value on the clipboard, and tells the user when that fails.
+    /// Puts the selected row's value on the clipboard, with a message box on failure.
     void CopySelectedValue();
 
     /// Selects a row; -1 for none.

@@ -51,7 +51,7 @@ std::optional<SYSTEMTIME> ReadPicker(HWND picker) {
 std::optional<SYSTEMTIME> ToPickerTime(double value) {
     DateTime date = DateTime::FromValue(value);
     if (date.hour > LAST_HOUR) {
-        date = DateTime::FromValue(std::floor(value) + 1.0);  // a breath before midnight
+        date = DateTime::FromValue(std::floor(value) + 1.0);  // rounding can give 24:00
     }
     if (date.year < FIRST_PICKER_YEAR || date.year > LAST_PICKER_YEAR) {
         return std::nullopt;

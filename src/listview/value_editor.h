@@ -39,7 +39,7 @@ public:
     /// The editor's place in the panel; lays the controls out.
     void Move(const RECT& area);
 
-    /// Takes an item, not owned, that is typed in the format, and shows it empty. The panel is not told.
+    /// Takes an item, not owned, that is typed in the format, and shows it empty. The panel is not notified.
     void AttachItem(CVelmItem* item, std::uint32_t code);
 
     /// Forgets the item. What it showed stays on the screen.

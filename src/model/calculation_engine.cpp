@@ -12,9 +12,9 @@ namespace velm {
 
 namespace {
 
-/// The outputs of one recalculation. They are swept in their order until a sweep computes none; each that gets a value
-/// is bound at once. A formula that failed does so again until a name that it reads is bound anew, so until then the
-/// sweeps pass it over. One that asks the clock or the random generator is never passed over.
+/// The outputs of one recalculation, swept in order until a sweep computes none; each new value is bound immediately. A
+/// failed formula fails again until a name that it reads is bound, so sweeps skip it until then, unless it reads the
+/// clock or the random generator.
 class OutputSweeps {
 public:
     explicit OutputSweeps(FormulaContext& context) : context_(context) {}
@@ -24,7 +24,7 @@ public:
         outputs_.push_back({&item, ReadFormula(item)});
     }
 
-    /// Those that never get a value end in an error.
+    /// Outputs that never get a value end in an error.
     void Run() {
         bool computed = false;
         for (std::size_t position = 0; position < outputs_.size(); ++position) {
@@ -54,8 +54,8 @@ private:
         return item.format.ToFormula(formula, context_.Clock()) ? CVelmFormula(formula) : CVelmFormula();
     }
 
-    /// Evaluates what is due, in order. What becomes due on the way is evaluated still when it lies ahead, otherwise
-    /// in the next sweep. False when none got a value.
+    /// Evaluates the due outputs in order. One that becomes due meanwhile is evaluated in this sweep if it lies ahead,
+    /// otherwise in the next. False when none got a value.
     bool Sweep() {
         bool computed = false;
         for (auto next = due_.begin(); next != due_.end();) {

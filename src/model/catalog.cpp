@@ -17,7 +17,7 @@ int CVelmCatalog::AddFile(const CVelmString& name) {
 int CVelmCatalog::AddNewFile(const CVelmString& name) {
     const std::int32_t kind = KindOfFileName(name);
     const std::size_t extension = ExtensionOfKind(kind).size();
-    // A file named like a bare extension is no data file.
+    // A bare extension is not a data file.
     if (kind == 0 || name.size() == extension) {
         return -1;
     }

@@ -22,7 +22,7 @@ public:
     /// The services outlive the catalog.
     explicit CVelmCatalog(const CVelmServices& services) : services_(services) {}
 
-    /// What Activate does with downloaded updates; without it they stay pending.
+    /// The merge that Activate runs; without it downloaded updates stay pending.
     void SetPendingMerge(CVelmPendingMerge merge) { mergePending_ = std::move(merge); }
 
     /// Stores the folder, with a separator behind it.

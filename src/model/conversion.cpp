@@ -83,7 +83,7 @@ std::int32_t CVelmConversion::Read(CVelmFileStream& stream) {
         const auto position = static_cast<std::size_t>(index);
         return index >= 0 && position < document_->ItemCount() ? document_->GetItem(position) : nullptr;
     };
-    // Looked up last, so that a record with a wrong index is read to its end and the next one starts right.
+    // Resolved last, so that a record with a bad index is consumed completely.
     unit1 = itemAt(index1);
     unit2 = itemAt(index2);
     return unit1 != nullptr && unit2 != nullptr ? stream.BytesSince(start) : 0;

@@ -19,10 +19,10 @@ public:
     /// The document is not owned; reading turns item indices into pointers through it.
     explicit CVelmConversion(CVelmConversionDoc& document) : document_(&document) {}
 
-    /// Stored whole, but only the low 16 bits decide: zero is linear.
+    /// Only the low 16 bits matter: zero is linear.
     bool IsFormula() const { return (formulaFlag & 0xFFFF) != 0; }
 
-    /// Whether unit 2 can be computed from unit 1, and unit 1 from unit 2, whatever comes of it.
+    /// Whether the conversion applies from unit 1 to unit 2, and from unit 2 to unit 1, even if it then fails.
     bool WorksForward() const { return !IsFormula() || !forwardFormula.empty(); }
     bool WorksInReverse() const { return !IsFormula() || !reverseFormula.empty(); }
 

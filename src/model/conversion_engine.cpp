@@ -68,7 +68,7 @@ public:
     }
 
 private:
-    /// What the search knows of a unit.
+    /// State of a unit during the search.
     enum class Mark : std::uint8_t {
         Unreachable,  ///< not solved, and entering it is futile
         Open,         ///< not solved
@@ -107,7 +107,7 @@ private:
         }
         std::partial_sum(firstStep_.begin(), firstStep_.end(), firstStep_.begin());
         steps_.resize(firstStep_.back());
-        // Filled from the back, so that each group keeps the conversions' order and its entry ends up at its beginning.
+        // Filled backward, so that each group keeps the conversions' order and its entry ends at its start.
         for (auto conversion = conversions.rbegin(); conversion != conversions.rend(); ++conversion) {
             if (IsEdge(**conversion)) {
                 AddSteps(**conversion);
@@ -164,7 +164,7 @@ private:
         return nullptr;
     }
 
-    /// Takes the mark of the route off a unit.
+    /// Removes a unit from the route.
     void Backtrack(std::size_t unit) {
         marks_[unit] = Mark::Unreachable;
         for (const Step& step : StepsTo(unit)) {
@@ -176,7 +176,7 @@ private:
         }
     }
 
-    /// Reopens the units that one newly known leads to.
+    /// Reopens the units that a newly known unit leads to.
     void AnnounceKnown(std::size_t unit) {
         for (const Step& step : StepsTo(unit)) {
             if (step.worksBack) {

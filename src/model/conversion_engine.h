@@ -36,8 +36,8 @@ std::vector<CVelmStepTaken> SolveConversions(const CVelmItems& items, const CVel
                                              const CVelmItem* current, std::span<const CVelmItem* const> asked,
                                              FormulaContext& context);
 
-/// Takes the steps again, for another value of the current item in a document that is otherwise as it was; this costs a
-/// fraction of a search. False when a step gives another state than before: then the routes have to be found anew.
+/// Repeats the steps for another value of the current item in an otherwise unchanged document, at a fraction of the
+/// cost of a search. False when a step yields another state than before: search again then.
 bool RepeatSteps(std::span<const CVelmStepTaken> steps, FormulaContext& context);
 
 }  // namespace velm

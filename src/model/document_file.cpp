@@ -30,8 +30,8 @@ void TakeHeader(CVelmFileHeader& header, CVelmDocument& document) {
     }
 }
 
-/// Whether a file holds these very bytes.
-bool Holds(CVelmFileSystem& files, const CVelmString& path, const std::string& bytes) {
+/// Whether a file contains exactly these bytes.
+bool HasContent(CVelmFileSystem& files, const CVelmString& path, const std::string& bytes) {
     const auto file = files.Open(path, FileMode::Read);
     std::string held;
     return file != nullptr && ReadToEnd(*file, bytes.size() + 1, held) && held == bytes;
@@ -59,7 +59,7 @@ bool CVelmDocumentFile::Load(const CVelmString& folder, bool full) {
     }
     document_.modified = false;
     if (ok && header.isOlder) {
-        Save(folder);  // where the folder cannot be written the file stays as it is, and is still readable
+        Save(folder);  // on failure the file stays as it is, still readable
         if (!full) {
             Unload({});
         }
@@ -94,7 +94,7 @@ bool CVelmDocumentFile::Open(CVelmFileStream& stream, const CVelmString& folder)
     if (stream.OpenRead(PathIn(folder))) {
         return true;
     }
-    // Letter case does not matter in the names of data files, also where it does to the file system.
+    // Names of data files ignore letter case even on case-sensitive file systems.
     nameOnDisk_ = document_.fileName + CVelmString(UpperExtensionOfKind(document_.GetKind()));
     if (stream.OpenRead(PathIn(folder))) {
         return true;
@@ -119,12 +119,12 @@ bool CVelmDocumentFile::Unload(const CVelmString& folder) {
 }
 
 bool CVelmDocumentFile::WriteBack(const CVelmString& folder) {
-    // Looking costs a fraction of writing, and spares the memory card of a handheld.
+    // Comparing is much cheaper than writing, and spares a handheld's memory card.
     const auto bytes = DocumentBytes(document_);
-    if (bytes && Holds(services_.files, PathIn(folder), *bytes)) {
+    if (bytes && HasContent(services_.files, PathIn(folder), *bytes)) {
         return true;
     }
-    // How rows show their values is no reason to write old rates over those that another program has fetched meanwhile.
+    // Changed display formats alone must not overwrite rates that another program has fetched meanwhile.
     return (!document_.modified && IsReplaced(folder)) || (bytes && Write(folder, *bytes));
 }
 

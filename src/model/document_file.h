@@ -20,18 +20,17 @@ public:
     CVelmDocumentFile(CVelmDocument& document, const CVelmServices& services)
         : document_(document), services_(services) {}
 
-    /// Reads the header alone, or everything when `full`. On failure the document has no items; its lastLoad tells why.
-    /// A file in the older format is rewritten at once.
+    /// Reads the header alone, or everything when `full`. On failure the document has no items and lastLoad has the
+    /// reason. A file in the older format is rewritten immediately.
     bool Load(const CVelmString& folder, bool full);
 
-    /// Saves into `folder` (unless it is empty, or the file holds the very same) and drops the items. False, with the
-    /// items kept, when edits could not be saved; what was not edited is dropped also when the folder cannot be
-    /// written.
+    /// Saves into `folder` (unless it is empty or the file is identical) and drops the items. False, with the items
+    /// kept, when edits could not be saved; without edits the items are dropped even when saving fails.
     bool Unload(const CVelmString& folder);
 
-    /// Writes the whole document beside its file and puts it in the file's place in one step. False leaves the
-    /// old file whole; so it is when the items are not loaded. The first save over a file that was in the older
-    /// format, or of which records could not be read, keeps that file under its full name followed by ".bak".
+    /// Atomically replaces the file by the whole document. On failure, or when the items are not loaded, returns false
+    /// and leaves the old file intact. The first save over a file in the older format, or with unreadable records,
+    /// keeps that file under its full name followed by ".bak".
     bool Save(const CVelmString& folder);
 
     /// File name with the folder before it, in the letter case of the disk when the file was loaded.
@@ -41,13 +40,13 @@ private:
     LoadStatus Read(const CVelmString& folder, bool full, CVelmFileHeader& header);
     bool Open(CVelmFileStream& stream, const CVelmString& folder);
 
-    /// Writes what the file does not hold already, unless nothing was edited and the file has been replaced.
+    /// Writes the file if it differs, unless nothing was edited and the file has been replaced.
     bool WriteBack(const CVelmString& folder);
 
-    /// Puts the bytes of the document into its file.
+    /// Writes the serialized document to its file.
     bool Write(const CVelmString& folder, const std::string& bytes);
 
-    /// Whether another program has put other data into the file since it was read or saved here.
+    /// Whether another program has changed the file since it was read or saved here.
     bool IsReplaced(const CVelmString& folder) const;
 
     CVelmDocument& document_;

@@ -21,7 +21,7 @@ struct Kind {
 constexpr Kind KINDS[] = {{KIND_CONVERSION, u".cnv", u".CNV", Create<CVelmConversionDoc>},
                           {KIND_CALCULATION, u".cal", u".CAL", Create<CVelmCalculationDoc>}};
 
-/// An empty row for a code that is no kind's.
+/// An empty row for an unknown code.
 Kind FindKind(std::int32_t code) {
     for (const Kind& kind : KINDS) {
         if (kind.code == code) {

@@ -18,7 +18,7 @@ constexpr std::int32_t KIND_CALCULATION = 2;
 CVelmStringView ExtensionOfKind(std::int32_t kind);
 CVelmStringView UpperExtensionOfKind(std::int32_t kind);
 
-/// A name with the extension of a kind behind it.
+/// A name with the extension of a kind appended.
 CVelmString WithExtension(const CVelmString& name, std::int32_t kind);
 
 /// The kind whose extension the file name ends with, in any letter case; 0 for any other name.

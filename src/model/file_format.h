@@ -15,14 +15,14 @@ namespace velm {
 constexpr std::uint32_t FILE_MAGIC = 0xC040A010;
 constexpr std::uint32_t FILE_MAGIC_OLDER = 0xC0215192;
 
-/// What stands before the items.
+/// The header, everything before the items.
 struct CVelmFileHeader {
     bool isOlder = false;
     CVelmString updatedText;  ///< with title and category; the older format has the title only
     CVelmString title;
     CVelmString category;
     std::int32_t itemCount = 0;
-    std::optional<CVelmCalendarTime> time;  ///< the file's own, local; nothing when the system does not tell
+    std::optional<CVelmCalendarTime> time;  ///< the file's own, local; nothing when unknown
 };
 
 /// Reads how many records follow.

@@ -16,7 +16,7 @@ constexpr std::size_t FILE_NAME_MAX_LENGTH = 63;
 /// wildcards, quotes, angle brackets, bars and control characters, the names of devices, and a dot or blank at the end.
 bool IsFileNameAllowed(CVelmStringView name);
 
-/// Whether the catalogue, or its folder, has a file of that name and kind already, in any letter case.
+/// Whether the catalog, or its folder, has a file of that name and kind already, in any letter case.
 bool IsFileNameTaken(const CVelmCatalog& catalog, std::int32_t kind, const CVelmString& name);
 
 /// The name for a new file: "_new" behind it until no other file has it, then cut to its greatest length. Deliberate:

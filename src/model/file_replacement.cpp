@@ -9,7 +9,7 @@ namespace {
 
 constexpr int MAX_TEMPORARY_NAMES = 100;
 
-/// Makes a file of a name that is not in use; null on failure. What a broken run left behind is in use.
+/// Creates a file under an unused name; null on failure. Leftovers of a crashed run count as used.
 std::unique_ptr<CVelmFile> CreateTemporary(CVelmFileSystem& files, const CVelmString& path, CVelmString& temporary) {
     for (int number = 1; number <= MAX_TEMPORARY_NAMES; ++number) {
         temporary = path + u".tmp" + (number > 1 ? IntegerText(number) : CVelmString());
@@ -25,7 +25,7 @@ std::unique_ptr<CVelmFile> CreateTemporary(CVelmFileSystem& files, const CVelmSt
 
 bool ReplaceFile(CVelmFileSystem& files, const CVelmString& path, std::string_view bytes) {
     const CVelmString target = files.ResolveLinks(path);
-    // A write-protected file could be replaced all the same where only the folder's rights count.
+    // Where only the folder's permissions count, a write-protected file could be replaced as well.
     if (files.Exists(target) && files.Open(target, FileMode::Append) == nullptr) {
         return false;
     }

@@ -7,9 +7,8 @@
 
 namespace velm {
 
-/// Gives a file new content in one step: a temporary file beside it is flushed to the disk and put in its place.
-/// False, with the old file whole and no temporary file left, when anything fails; a file that the user may not write
-/// to counts as a failure.
+/// Replaces a file's content atomically through a flushed temporary file. On any failure, write protection included,
+/// returns false, keeps the old file intact and removes the temporary file.
 bool ReplaceFile(CVelmFileSystem& files, const CVelmString& path, std::string_view bytes);
 
 /// The same with the bytes of another file.

@@ -62,7 +62,7 @@ bool CVelmFileStream::Reopen() {
 }
 
 std::int64_t CVelmFileStream::FillBuffer() {
-    // No more than the file still holds: asking for more costs another call, which finds that there is none.
+    // At most the rest of the file: asking for more costs an extra call that finds the end.
     const std::uint64_t left = size_ > filePosition_ ? size_ - filePosition_ : BUFFER_SIZE;
     buffer_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(left, BUFFER_SIZE)));
     bufferPosition_ = 0;

@@ -29,7 +29,7 @@ public:
     CVelmFileStream(const CVelmFileStream&) = delete;
     CVelmFileStream& operator=(const CVelmFileStream&) = delete;
 
-    /// Any failure to open sets the error flag. An empty path fails without touching the file system.
+    /// Failure to open sets the error flag. An empty path fails without touching the file system.
     bool OpenRead(const CVelmString& path);
     bool OpenWrite(const CVelmString& path);
     bool OpenAppend(const CVelmString& path);
@@ -56,13 +56,13 @@ public:
     std::int32_t ReadString(CVelmString& text);
     std::int32_t WriteString(CVelmStringView text);
 
-    /// Length of the file in bytes, 0 when the system does not tell; a length beyond 32 bits is cut to the largest.
+    /// Length of the file in bytes, saturated to 32 bits; 0 when unknown.
     std::uint32_t GetSize();
 
     /// Bytes between the current position and the end of a file open for reading.
     std::uint64_t Remaining();
 
-    /// How far reading or writing has come, and the bytes read or written since it had come to `start`.
+    /// The current position, and the bytes read or written since position `start`.
     std::uint64_t Position() const;
     std::int32_t BytesSince(std::uint64_t start) const { return static_cast<std::int32_t>(Position() - start); }
 

@@ -7,7 +7,7 @@ namespace velm {
 
 namespace {
 
-/// The bit of the older format word that says that compound parts follow.
+/// Set in the older format word when compound parts follow.
 constexpr std::int32_t OLD_FORMAT_HAS_PARTS = 1;
 
 void RemoveTrailingSpaces(CVelmString& text) {

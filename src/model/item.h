@@ -52,10 +52,10 @@ public:
         return format.ParseTyped(CVelmString(text), format.TypedFormat(), context, typed);
     }
 
-    /// What narrow columns show: the identifier when there is one, otherwise the name.
+    /// The text for narrow columns: the identifier when there is one, otherwise the name.
     const CVelmString& ShortName() const;
 
-    /// What the list shows of the value: nothing without one, "Error" for one that cannot be computed.
+    /// The list's text for the value: empty without one, "Error" when it cannot be computed.
     CVelmString ValueInList(const CVelmLocale& locale) const;
 
     std::int32_t index = 0;  ///< position in the document; right only just after a save, a load or a recalculation

@@ -50,7 +50,7 @@ bool CVelmReferenceList::ReadReference(std::size_t index, CVelmString& text) con
     const auto file = name ? services_.files.Open(folder_ + *name, FileMode::Read) : nullptr;
     std::string bytes;
     if (file) {
-        ReadToEnd(*file, MAX_PAGE_SIZE, bytes);  // of a page that breaks off, what there is
+        ReadToEnd(*file, MAX_PAGE_SIZE, bytes);  // keep what could be read
     }
     if (bytes.empty()) {
         return false;

@@ -11,7 +11,7 @@ namespace velm {
 void EnterValue(CVelmDocument& document, CVelmItem& item, double value, FormulaContext& context,
                 std::span<const CVelmItem* const> asked = {});
 
-/// The same with a value as it is typed. False, with nothing changed, when the text has no value.
+/// The same with typed text. False, with nothing changed, when the text has no value.
 bool EnterText(CVelmDocument& document, CVelmItem& item, CVelmStringView text, FormulaContext& context,
                std::span<const CVelmItem* const> asked = {});
 

@@ -86,7 +86,7 @@ protected:
     std::string Expression() const { return ToUtf8(WindowText(Control(L"Edit"))); }
 
     std::string TapeLine(WPARAM line) const {
-        std::array<wchar_t, 2 * CVelmTape::MAX_TEXT + 10> text{};
+        std::array<wchar_t, 2 * CVelmTape::MAX_TEXT_LENGTH + 10> text{};
         SendMessageW(Control(L"ListBox"), LB_GETTEXT, line, reinterpret_cast<LPARAM>(text.data()));
         return ToUtf8(FromWide(text.data()));
     }
