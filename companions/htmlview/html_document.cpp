@@ -12,7 +12,7 @@ namespace velm {
 
 namespace {
 
-constexpr int DEEPEST_INDENT = 8;
+constexpr int MAX_INDENT = 8;
 constexpr std::size_t MAX_NESTING = 64;
 constexpr std::size_t MAX_CELLS = 32;
 
@@ -130,8 +130,8 @@ HtmlParagraph& DocumentBuilder::Current() {
 std::u16string& DocumentBuilder::RunText() {
     HtmlParagraph& paragraph = Current();
     if (paragraph.runs.empty()) {
-        const int lists = static_cast<int>(std::min<std::size_t>(lists_.size(), DEEPEST_INDENT));
-        paragraph.indent = std::min(std::max(paragraph.indent, lists + quoted_), DEEPEST_INDENT);
+        const int lists = static_cast<int>(std::min<std::size_t>(lists_.size(), MAX_INDENT));
+        paragraph.indent = std::min(std::max(paragraph.indent, lists + quoted_), MAX_INDENT);
         paragraph.heading = heading_;
         paragraph.centered = centered_ > 0;
         paragraph.spaceBefore = std::exchange(spaceBefore_, false);

@@ -65,7 +65,7 @@ protected:
     }
     void TearDown() override { fs::current_path(fs::temp_directory_path()); }
 
-    /// The session as it would read now.
+    /// The session with the current output.
     std::string Replay(const std::string& session) {
         std::string replayed;
         std::string command;
@@ -125,7 +125,7 @@ TEST_P(Command, DoesWhatItsTranscriptTells) {
 }
 
 #ifdef _WIN32
-// Each start takes its time, so only what differs there.
+// Starting programs is slow there, so only the transcripts that differ.
 INSTANTIATE_TEST_SUITE_P(Cli, Command, testing::Values("both_systems"));
 #else
 INSTANTIATE_TEST_SUITE_P(Cli, Command,

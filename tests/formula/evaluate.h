@@ -8,7 +8,7 @@
 
 namespace velm::test {
 
-/// A context on a clock that stands still.
+/// A context with a fixed clock.
 struct Evaluator {
     FixedClock clock;
     FormulaContext context{clock};

@@ -7,7 +7,7 @@
 namespace velm::test {
 namespace {
 
-// The first byte of an input says how the rest is taken.
+// The first byte of an input selects how the rest is used.
 constexpr std::uint8_t AS_CALCULATION = 1;
 constexpr std::uint8_t CORRECT_SIZE = 2;  ///< writes the true length into the size word
 

@@ -1,5 +1,5 @@
-// Formula texts: the text evaluated at once, the formula made ready beforehand and the text inside others that mean the
-// same must agree, to the last bit.
+// Formula texts: direct evaluation, the compiled formula and equivalent formulas around the text must agree to the last
+// bit.
 
 #include <bit>
 #include <cmath>
@@ -29,7 +29,7 @@ Value ValueOf(double x, std::uint8_t angle, const Evaluate& evaluate) {
     return evaluate(context, result) ? Value(result) : Value();
 }
 
-/// The first byte says how the others are text: UTF-8, or any 16-bit units.
+/// The first byte selects the encoding of the others: UTF-8 or raw 16-bit units.
 CVelmString ReadText(Input input) {
     if (input[0] % 2 == 0) {
         return FromUtf8(Characters(input.subspan(1)));

@@ -11,10 +11,10 @@ namespace velm::test {
 
 using Input = std::span<const std::uint8_t>;
 
-/// What a target does with one input; each target has its own.
+/// Runs one input; each target defines its own.
 void Try(Input input);
 
-/// Ends the run, and so reports the input, unless the condition holds.
+/// Aborts, and so reports the input, unless the condition holds.
 inline void Require(bool condition, const char* what) {
     if (!condition) {
         std::fprintf(stderr, "not so: %s\n", what);

@@ -7,7 +7,7 @@
 
 namespace velm::test {
 
-/// Any bytes are a page: reading it and writing it as RTF neither fails nor leaves a mark without its partner.
+/// Any bytes are a page: reading it and writing it as RTF must not fail or leave an unpaired mark.
 void Try(Input input) {
     const HtmlDocument document = ReadHtml(std::u16string(input.begin(), input.end()));
     std::u16string text;

@@ -39,7 +39,7 @@ void Download(const Bytes& input) {
     }
 }
 
-/// A merged document is saved and comes back the same, with rates that are numbers.
+/// A merged document survives saving and loading, and its rates are numbers.
 void MergeInto(const Bytes& input) {
     MemoryFiles files;
     TestServices services(files);

@@ -49,7 +49,7 @@ TEST_F(CalculationEngine, ComputesInputsAndOutputsInWhateverOrderTheyCome) {
         // A later binding of the same name holds for what follows.
         {u"a: 1; b = a; a = a + 1; c = a", "1 1 2 2"},
         {u"mine = in; in: 1; lost = err", "1 1 error"},
-        // A formula that failed gets another chance when any name that it reads is bound, again or for the first time.
+        // A failed formula is retried whenever a name that it reads is bound.
         {u"c = 1 / a; d = x * 2; f = iif(1, x, 0); a: 0; a = 2; x = 3", "0.5 6 3 0 2 3"},
         // One that has a value keeps it.
         {u"c = a + 1; a = 1; a = c + 1", "2 1 3"},

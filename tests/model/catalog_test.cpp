@@ -35,7 +35,7 @@ protected:
         catalog.documents[0]->Touch();
     }
 
-    /// The catalog's file names in order, an asterisk behind those that are loaded.
+    /// The catalog's file names in order, loaded ones marked with an asterisk.
     std::string Names() const {
         std::string names;
         for (const auto& document : catalog.documents) {

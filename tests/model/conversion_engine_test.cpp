@@ -65,7 +65,7 @@ TEST(ConversionEngine, CarriesTheEnteredValueAlongTheConversions) {
     EXPECT_FALSE(EvaluateFormula(context, u"x", x)) << "x is not bound afterwards";
 }
 
-/// The search as one would first write it down: recursive, and exponential at its worst.
+/// The naive search: recursive, exponential in the worst case.
 class PlainSearch {
 public:
     PlainSearch(CVelmConversionDoc& document, FormulaContext& context) : document_(document), context_(context) {

@@ -22,21 +22,21 @@ protected:
 };
 
 TEST_F(Document, RemovingItemsRemovesTheConversionsThatReferToThem) {
-    CVelmItem* const metre = document.GetItem(0);
+    CVelmItem* const meter = document.GetItem(0);
     CVelmItem* const foot = document.GetItem(1);
     Join(document, 0, 1);
     Join(document, 1, 2);
     Join(document, 0, 3);
-    EXPECT_EQ(document.FindConversion(document.GetItem(2), metre), nullptr);
+    EXPECT_EQ(document.FindConversion(document.GetItem(2), meter), nullptr);
     document.currentItem = foot;
     document.RemoveItem(foot);
     EXPECT_EQ(Conversions(document), "m*1=mi ");
     EXPECT_EQ(document.currentItem, nullptr);
-    document.currentItem = metre;
+    document.currentItem = meter;
     document.RemoveItems(1, 100);
     document.RemoveItems(7, 1);
     EXPECT_EQ(document.ItemCount(), 1U) << "a count beyond the end stops there";
-    EXPECT_EQ(document.currentItem, metre);
+    EXPECT_EQ(document.currentItem, meter);
     EXPECT_EQ(CreateDocument(3, services.Services()), nullptr);
     EXPECT_EQ(CreateItem(3), nullptr);
 }

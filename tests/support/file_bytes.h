@@ -34,7 +34,7 @@ public:
     /// The bytes as they are.
     const Bytes& Get() const { return bytes_; }
 
-    /// The bytes with their own number as the size word.
+    /// The bytes with their length as the size word.
     Bytes Sized() const {
         Bytes sized = bytes_;
         const auto size = static_cast<std::uint32_t>(sized.size());

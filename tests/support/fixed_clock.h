@@ -5,10 +5,10 @@
 
 namespace velm::test {
 
-/// A clock that stands still. Local time is ahead of UTC by `offsetHours`, which must not carry into another day.
+/// A fixed clock. Local time is ahead of UTC by `offsetHours`, which must not carry into another day.
 class FixedClock : public CVelmClock {
 public:
-    /// Friday 2024-07-05 09:05:03, the local time unless a test says otherwise.
+    /// Friday 2024-07-05 09:05:03, the default local time.
     explicit FixedClock(CVelmCalendarTime local = {2024, 7, 5, 9, 5, 3, 6}, int offsetHours = 0)
         : now(local), offset(offsetHours) {}
 
@@ -22,7 +22,7 @@ public:
 
     std::uint64_t LocalFileTime() const override { return fileTime; }
 
-    /// Days are counted from 1601-01-01 as days of January: enough to tell one file time from another.
+    /// Days count from 1601-01-01 as days of January: enough to distinguish file times.
     CVelmCalendarTime ToLocalCalendar(std::uint64_t ticks) const override {
         const auto seconds = static_cast<int>(ticks / TICKS_PER_SECOND) + offset * 3600;
         return {1601, 1, seconds / 86400 + 1, seconds / 3600 % 24, seconds / 60 % 60, seconds % 60, 1};

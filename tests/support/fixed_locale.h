@@ -8,7 +8,7 @@
 
 namespace velm::test {
 
-/// A locale of its own, the same on every machine: "Monday", "7/5/2024", "9:05:03".
+/// The same locale on every machine: "Monday", "7/5/2024", "9:05:03".
 class FixedLocale : public CVelmLocale {
 public:
     std::optional<CVelmString> DayName(int weekday) const override {

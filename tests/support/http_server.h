@@ -14,8 +14,8 @@
 
 namespace velm::test {
 
-/// An HTTP server on a port of 127.0.0.1, on a thread of its own; it stops at the end. A path that nothing was said
-/// about is answered with 404.
+/// An HTTP server on a free port of 127.0.0.1, on a thread of its own, for the object's lifetime. Unknown paths get
+/// 404.
 class HttpServer {
 public:
     HttpServer();
@@ -30,20 +30,20 @@ public:
     /// Answers with a page.
     void Serve(const std::string& path, std::string_view body);
 
-    /// Answers with the folder's files where nothing else was said. The folder outlives the server.
+    /// Serves the folder's files at all other paths. The folder outlives the server.
     void ServeFolder(const TemporaryFolder& folder) { folder_ = &folder; }
 
-    /// Answers with these very bytes and cuts the connection.
+    /// Answers with exactly these bytes and closes the connection.
     void ServeRaw(const std::string& path, std::string answer);
 
     void Redirect(const std::string& path, const std::string& address) {
         ServeRaw(path, "HTTP/1.1 302 Found\r\nLocation: " + address + "\r\nContent-Length: 0\r\n\r\n");
     }
 
-    /// Takes the request and never answers.
-    void KeepSilent(const std::string& path) { ServeRaw(path, {}); }
+    /// Accepts the request and never answers.
+    void NeverAnswer(const std::string& path) { ServeRaw(path, {}); }
 
-    /// How often a path was asked for.
+    /// Number of requests for a path.
     int Requests(const std::string& path) const;
 
 private:

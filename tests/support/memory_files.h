@@ -16,8 +16,8 @@ struct MemoryFile {
     CVelmFileTimes times;
 };
 
-/// A file system that keeps its files in memory and fails where a test asks for it. Names are exact, letter case
-/// included. Calls are counted from 1 over all files; 0 means that no call fails.
+/// An in-memory file system that can fail at chosen calls. Names are case-sensitive. Calls are counted from 1 over all
+/// files; 0 means that no call fails.
 class MemoryFiles : public CVelmFileSystem {
 public:
     std::unique_ptr<CVelmFile> Open(const CVelmString& path, FileMode mode) override;
@@ -34,7 +34,7 @@ public:
     /// Empty for a missing file.
     Bytes Content(const CVelmString& path) const { return files.count(path) > 0 ? files.at(path)->bytes : Bytes(); }
 
-    /// The names of all files without their folders, each with a blank behind it.
+    /// The names of all files without their folders, each followed by a space.
     std::string Names() const;
 
     std::map<CVelmString, std::shared_ptr<MemoryFile>> files;

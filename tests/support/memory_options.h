@@ -9,7 +9,7 @@
 
 namespace velm::test {
 
-/// Keeps the bytes in memory.
+/// Stores the bytes in memory.
 class MemoryOptions : public CVelmOptionsStore {
 public:
     std::optional<std::vector<std::byte>> Read(std::size_t limit) override {

@@ -10,7 +10,7 @@ namespace velm::test {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// A folder of its own for one test, removed with everything in it at the end.
+/// A temporary folder for one test, removed at the end with its contents.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -18,7 +18,7 @@ public:
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-    /// The folder, with a separator behind it.
+    /// The folder, with a trailing separator.
     const CVelmString& Path() const { return path_; }
     CVelmString PathOf(CVelmStringView name) const { return path_ + CVelmString(name); }
 

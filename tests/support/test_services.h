@@ -6,7 +6,7 @@
 
 namespace velm::test {
 
-/// The services of a test: the file system it names, a clock that stands still and a locale of its own.
+/// The services of a test: the given file system, a fixed clock and a fixed locale.
 class TestServices {
 public:
     explicit TestServices(CVelmFileSystem& files = SystemFiles()) : files_(files) {}

@@ -8,7 +8,7 @@
 
 namespace velm::test {
 
-/// Hands out pages as if they had come over the network; any other address fails.
+/// Serves pages as if from the network; any other address fails.
 class PageFetcher : public CVelmFetcher {
 public:
     /// `store` puts a page on the disk and gives the path of this copy.

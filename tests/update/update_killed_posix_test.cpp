@@ -12,8 +12,7 @@
 namespace velm::test {
 namespace {
 
-/// The system's files in a process that ends just before its n-th change of the disk, by the signal that nobody
-/// catches.
+/// The system's files in a process that kills itself (SIGKILL) just before its n-th change of the disk.
 class KillingFiles : public CVelmFileSystem {
 public:
     explicit KillingFiles(int step) : left_(step) {}
@@ -91,7 +90,7 @@ protected:
         return downloader.Run() && Merge(*document, catalog, context);
     }
 
-    /// False when the process came to its own end.
+    /// False when the process ended normally.
     bool IsKilledAtStep(int step) {
         const pid_t child = fork();
         if (child == 0) {
@@ -104,8 +103,8 @@ protected:
         return status != 0;
     }
 
-    /// The rates as a user finds them who opens the folder again.
-    std::string RatesFoundAfterwards() {
+    /// The rates found when the folder is opened again.
+    std::string RatesAfterRestart() {
         FormulaContext context(services.clock);
         CVelmCatalog catalog(services.Services());
         catalog.SetFolder(folder.Path());
@@ -130,9 +129,9 @@ TEST_F(KilledUpdate, LosesNeitherARateNorADocument) {
         ASSERT_LT(++step, 1000) << "the run never comes to its end";
         StoreDocuments();
         killed = IsKilledAtStep(step);
-        // Once the update file stands in the folder, its rates are never lost again.
+        // Once the update file is in the folder, its rates are never lost.
         stored = stored || !killed || folder.Contains(u"Currency.upd");
-        EXPECT_EQ(RatesFoundAfterwards(), stored ? "USD*2=EUR " : "USD*1=EUR ") << "killed at step " << step;
+        EXPECT_EQ(RatesAfterRestart(), stored ? "USD*2=EUR " : "USD*1=EUR ") << "killed at step " << step;
     }
     EXPECT_GT(step, 10) << "there were hardly any steps to be killed at";
 }

@@ -32,7 +32,7 @@ protected:
         Pump();
     }
 
-    /// Does what is in the queue now, as the program's own loop does.
+    /// Handles the queued messages, like the program's message loop.
     void Pump() const {
         MSG message{};
         while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
@@ -69,7 +69,7 @@ protected:
         Pump();
     }
 
-    /// Types over what is selected and presses Enter.
+    /// Replaces the selection by typing and presses Enter.
     std::string Compute(CVelmStringView text) const {
         for (const char16_t unit : text) {
             PostMessageW(Control(L"Edit"), WM_CHAR, unit, 1);

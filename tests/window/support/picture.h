@@ -13,7 +13,7 @@ public:
     static Picture OfWindow(HWND window);
     static Picture OfDc(HDC dc, int width, int height);
 
-    /// What drawing puts on a bitmap that was of one colour before.
+    /// What drawing puts on a bitmap that was of one color before.
     static Picture Drawn(int width, int height, COLORREF before, const std::function<void(HDC)>& draw);
 
     int Width() const { return width_; }
@@ -22,7 +22,7 @@ public:
     /// CLR_INVALID outside.
     COLORREF At(int x, int y) const;
 
-    /// How many pixels of a rectangle have the colour, or have another.
+    /// How many pixels of a rectangle have the color, or have another.
     int Count(const RECT& area, COLORREF color) const;
     bool IsAll(const RECT& area, COLORREF color) const;
 
