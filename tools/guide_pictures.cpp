@@ -119,7 +119,7 @@ TEST_F(Pictures, DISABLED_OfEveryDialog) {
         EXPECT_TRUE(conversions.Cancel());
     }
     {
-        Do("formats 0");
+        Do("tap button0");
         Take("format-menu");
         ASSERT_TRUE(program.Choose("Customize..."));
         const DialogDriver formats(program, program.WaitForDialog());
@@ -129,8 +129,8 @@ TEST_F(Pictures, DISABLED_OfEveryDialog) {
     {
         const DialogDriver open(program, ID_OPEN_FILE);
         open.Choose(IDC_CATEGORY, static_cast<int>(open.Entries(IDC_CATEGORY).size()) - 1);
-        const Texts pages = open.Rows(IDC_LIST);
-        open.SelectRow(IDC_LIST, static_cast<int>(std::find(pages.begin(), pages.end(), "Shoe sizes") - pages.begin()));
+        const Texts pages = open.Entries(IDC_LIST);
+        open.Choose(IDC_LIST, static_cast<int>(std::find(pages.begin(), pages.end(), "Shoe sizes") - pages.begin()));
         const DialogDriver viewer = open.Over(IDOK);
         Take("reference");
         EXPECT_TRUE(viewer.Ok());

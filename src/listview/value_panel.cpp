@@ -13,7 +13,6 @@
 namespace velm {
 namespace {
 
-constexpr UINT_PTR COMMIT_TIMER = 1;
 constexpr UINT TICK_MS = 100;
 constexpr int TICKS_TO_COMMIT = 4;
 

@@ -15,6 +15,9 @@ namespace velm {
 
 class CVelmItem;
 
+/// The timer of the panel, which commits what was typed.
+constexpr UINT_PTR COMMIT_TIMER = 1;
+
 /// The panel below the item list in which the selected item's value is typed. Hidden without an item to type for.
 /// Posts ID_CALCULATE to its parent after storing a value, and ID_SAVE after changing what the document keeps.
 class CVelmValuePanel : public CVelmWindow {

@@ -1,7 +1,6 @@
 #include "support/table.h"
 
 #include <fstream>
-#include <stdexcept>
 
 namespace velm::test {
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,13 @@ std::string Join(const std::vector<std::string>& texts, const std::string& separ
 
 /// The text with every `from` in it replaced.
 std::string Replaced(std::string text, const std::string& from, const std::string& to);
+
+/// What a map has under a name. Throws, with the name, when there is nothing.
+template <typename Map>
+const auto& ValueOf(const Map& map, const std::string& name) {
+    const auto found = map.find(name);
+    return found == map.end() ? throw std::runtime_error("there is no \"" + name + "\"") : found->second;
+}
 
 /// What printf would write.
 template <typename... Values>

@@ -23,7 +23,7 @@ TEST_F(DownloadTest, EscapeStopsItWhileTheWindowStaysAlive) {
     }
     EXPECT_EQ(program.Answer(), "x Download: Velmora could NOT complete downloading due to a system error: stopped");
     EXPECT_EQ(Title(), "Currency");
-    EXPECT_FALSE(program.IsAsking()) << "keys of the meantime are dropped";
+    EXPECT_EQ(program.TopDialog(), nullptr) << "keys of the meantime are dropped";
     program.Command(ID_DOWNLOAD);
     EXPECT_BECOMES(Title(), "Downloading 2 of 3");
     PostMessageW(program.List(), WM_SYSKEYDOWN, VK_F4, 1);

@@ -60,12 +60,11 @@ protected:
         return list[static_cast<std::size_t>(Roll(static_cast<int>(std::size(list))))];
     }
 
-    HWND Topmost(const wchar_t* className) const {
-        const std::vector<HWND> windows = ThreadWindows(program.Thread(), className);
-        return windows.empty() ? nullptr : windows.front();
+    HWND Menu() const {
+        const auto menu = TopMenu(program.Thread());
+        return menu ? menu->Window() : nullptr;
     }
-    HWND Menu() const { return Topmost(L"#32768"); }
-    HWND Dialog() const { return Topmost(L"#32770"); }
+    HWND Dialog() const { return program.TopDialog(); }
 
     void Act() {
         const int kind = Roll(20);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <regex>
 
 #include "support/program_test.h"
@@ -9,20 +10,33 @@
 namespace velm::test {
 namespace {
 
-/// A name, and lines of acts.
-using Session = std::pair<std::string, std::vector<Texts>>;
+struct Session {
+    std::string name;
+    std::vector<SessionLine> lines;
+};
 
-/// Sessions of a user at the program, from text files: "= title", then lines of acts, with " -> " before what is to be
-/// seen then and " -> " before a remark. Each session has a program and a folder of its own.
+/// Of a session that fails its name is enough.
+std::ostream& operator<<(std::ostream& out, const Session& session) {
+    return out << session.name;
+}
+
+/// The sessions of the text files, as README.md describes them. Each has a program and a folder of its own.
 std::vector<Session> ReadSessions() {
     std::vector<Session> sessions;
     for (const auto& entry : std::filesystem::directory_iterator(VELMORA_SESSIONS)) {
-        for (const Texts& line : ReadTable(entry.path().string())) {
-            if (line[0].starts_with("= ")) {
-                const std::string name = entry.path().stem().string() + line[0];
+        const std::string file = "tests/window/sessions/" + entry.path().filename().string();
+        std::ifstream lines(entry.path());
+        int number = 0;
+        for (std::string line; std::getline(lines, line);) {
+            ++number;
+            const Texts cells = Split(line, " ->");
+            if (line.starts_with("= ")) {
+                const std::string name = entry.path().stem().string() + line;
                 sessions.push_back({std::regex_replace(name, std::regex("\\W"), "_"), {}});
-            } else {
-                sessions.back().second.push_back(line);
+            } else if (!line.empty() && !line.starts_with("# ")) {
+                const bool expects = cells.size() > 1;
+                sessions.back().lines.push_back(
+                    {file, number, cells[0], expects ? std::optional(cells[1]) : std::nullopt});
             }
         }
     }
@@ -32,11 +46,11 @@ std::vector<Session> ReadSessions() {
 class Sessions : public ProgramTest, public testing::WithParamInterface<Session> {};
 
 TEST_P(Sessions, Play) {
-    Play(GetParam().second);
+    Play(GetParam().lines);
 }
 
 INSTANTIATE_TEST_SUITE_P(User, Sessions, testing::ValuesIn(ReadSessions()),
-                         [](const auto& session) { return session.param.first; });
+                         [](const auto& session) { return session.param.name; });
 
 }  // namespace
 }  // namespace velm::test

@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <commctrl.h>
-
 #include <string>
 #include <vector>
 
@@ -14,6 +12,10 @@
 namespace velm::test {
 
 using Texts = std::vector<std::string>;
+
+/// The number of a control or command by its name in resources/resource.h without "IDC_" or "ID_", or of a message
+/// box's button; "QUICK_FILE_FIRST+1" is the next one. Throws when there is none.
+int IdOf(const std::string& name);
 
 /// A dialog of the running program, and a user at it.
 class DialogDriver {
@@ -41,9 +43,17 @@ public:
         Send(id, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(Wide(FromUtf8(text))));
     }
 
-    /// Chooses an entry of a drop-down box or a row of a list box by its number.
+    /// Chooses an entry of a drop-down box, a row of a list box or of a list view by its number.
     void Choose(int id, int entry) const;
+
+    /// The entries; of a list view the rows with an asterisk before those that are ticked.
     Texts Entries(int id) const;
+
+    /// Turns a check box round, or the one of a list view's row.
+    void Tick(int id, int row) const;
+
+    /// Where the list view shows the text of a row, or the title of a column.
+    RECT PlaceInList(bool column, int number) const;
 
     /// Gives the focus to a control and waits until it has it: the screen gives it to a window late.
     void Focus(int id) const;
@@ -51,29 +61,13 @@ public:
     /// Taps a title of the menu bar.
     void Command(int id) const;
 
-    /// Taps OK or Cancel, or presses a key. True when the dialog is gone then.
+    /// Taps OK or Cancel. True when the dialog is gone then.
     bool Ok() const { return Leave(IDOK); }
     bool Cancel() const { return Leave(IDCANCEL); }
-    bool EndsWith(WORD key) const;
-
-    // The rows of a list view.
-    Texts Rows(int id) const;
-    void TapRow(int id, int row) const;
-    void SelectRow(int id, int row) const {
-        ListView_SetItemState(Control(id), row, LVIS_SELECTED | LVIS_FOCUSED, ~0U);
-    }
-    bool IsTicked(int id, int row) const { return ListView_GetCheckState(Control(id), row) != 0; }
-    void TickRow(int id, int row, bool on) const { ListView_SetCheckState(Control(id), row, on); }
 
 private:
-    bool Leave(int command) const {
-        Command(command);
-        return IsGone();
-    }
-    bool IsGone() const;
-    bool HasFocus() const;
-    bool IsListBox(int id) const;
-    std::string RowText(int id, int row, int column) const;
+    bool Leave(int command) const;
+    std::string RowText(int id, WPARAM row, int column) const;
 
     RunningProgram& program_;
     HWND window_;

@@ -12,8 +12,6 @@
 namespace velm::test {
 namespace {
 
-constexpr const wchar_t* MENU_CLASS = L"#32768";
-constexpr const wchar_t* DIALOG_CLASS = L"#32770";
 constexpr int MESSAGE_TEXT = 0xFFFF;
 
 /// The text without the marks of access keys and without what stands behind a tab.
@@ -22,6 +20,18 @@ std::string TextAt(HMENU menu, UINT position) {
     GetMenuStringW(menu, position, text.data(), static_cast<int>(text.size()), MF_BYPOSITION);
     const std::string plain = std::regex_replace(ToUtf8(FromWide(text.data())), std::regex("&(.)"), "$1");
     return plain.substr(0, plain.find('\t'));
+}
+
+/// The topmost visible window of a thread that is of a class; null when there is none.
+HWND TopWindow(DWORD thread, const char* className) {
+    std::pair<const char*, HWND> search(className, nullptr);
+    const auto isFound = [](HWND window, LPARAM address) {
+        auto& [name, found] = *reinterpret_cast<std::pair<const char*, HWND>*>(address);
+        found = IsWindowVisible(window) && ClassOf(window) == name ? window : nullptr;
+        return found == nullptr ? TRUE : FALSE;
+    };
+    EnumThreadWindows(thread, isFound, reinterpret_cast<LPARAM>(&search));
+    return search.second;
 }
 
 }  // namespace
@@ -75,33 +85,30 @@ bool PressInBox(HWND box, int button) {
     return WaitUntil([box] { return !IsWindow(box); });
 }
 
-std::vector<HWND> ThreadWindows(DWORD thread, const wchar_t* className) {
-    std::vector<HWND> windows;
-    const auto collect = [](HWND window, LPARAM list) {
-        reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
-        return TRUE;
-    };
-    EnumThreadWindows(thread, collect, reinterpret_cast<LPARAM>(&windows));
-    std::erase_if(windows, [className](HWND window) {
-        std::array<wchar_t, 64> name{};
-        GetClassNameW(window, name.data(), static_cast<int>(name.size()));
-        return !IsWindowVisible(window) || lstrcmpW(name.data(), className) != 0;
-    });
-    return windows;
+std::string ClassOf(HWND window) {
+    std::array<wchar_t, 64> name{};
+    GetClassNameW(window, name.data(), static_cast<int>(name.size()));
+    return ToUtf8(FromWide(name.data()));
+}
+
+std::optional<OpenMenu> TopMenu(DWORD thread) {
+    const HWND window = TopWindow(thread, "#32768");
+    const LRESULT menu = window == nullptr ? 0 : SendMessageW(window, MN_GETHMENU, 0, 0);
+    return menu == 0 ? std::nullopt : std::optional(OpenMenu(window, reinterpret_cast<HMENU>(menu)));
 }
 
 std::optional<OpenMenu> WaitForMenu(DWORD thread) {
-    return WaitUntil([thread]() -> std::optional<OpenMenu> {
-        const std::vector<HWND> windows = ThreadWindows(thread, MENU_CLASS);
-        const LRESULT menu = windows.empty() ? 0 : SendMessageW(windows.front(), MN_GETHMENU, 0, 0);
-        return menu == 0 ? std::nullopt : std::optional(OpenMenu(windows.front(), reinterpret_cast<HMENU>(menu)));
-    });
+    return WaitUntil([thread] { return TopMenu(thread); });
+}
+
+HWND TopDialog(DWORD thread) {
+    return TopWindow(thread, "#32770");
 }
 
 HWND WaitForDialog(DWORD thread, HWND below) {
-    return WaitUntil([&]() -> HWND {
-        const std::vector<HWND> windows = ThreadWindows(thread, DIALOG_CLASS);
-        return windows.empty() || windows.front() == below ? nullptr : windows.front();
+    return WaitUntil([&] {
+        const HWND dialog = TopDialog(thread);
+        return dialog == below ? nullptr : dialog;
     });
 }
 

@@ -12,6 +12,7 @@ namespace velm::test {
 class OpenMenu {
 public:
     OpenMenu(HWND window, HMENU menu) : window_(window), menu_(menu) {}
+    HWND Window() const { return window_; }
 
     /// The entries as the user sees them, without access keys: "*Length, Area, -, (Paste)" has a check mark before
     /// the first, a line before the last, which is disabled.
@@ -32,13 +33,15 @@ std::string WordsOfBox(HWND box);
 /// Presses the button of that identifier (IDOK, IDYES, IDNO) and waits until the box is gone. False when it stays.
 bool PressInBox(HWND box, int button);
 
-/// The visible windows of a thread that are of a class, topmost first.
-std::vector<HWND> ThreadWindows(DWORD thread, const wchar_t* className);
+/// The name of a window's class.
+std::string ClassOf(HWND window);
 
-/// The menu that opened last; nothing when none opens.
+/// The menu that opened last, or that opens; nothing when none is open, or opens.
+std::optional<OpenMenu> TopMenu(DWORD thread);
 std::optional<OpenMenu> WaitForMenu(DWORD thread);
 
-/// The topmost dialog or message box, other than the one below it; null when none opens.
+/// The topmost dialog or message box, or one that opens, other than the one below it; null when there is none.
+HWND TopDialog(DWORD thread);
 HWND WaitForDialog(DWORD thread, HWND below = nullptr);
 
 }  // namespace velm::test

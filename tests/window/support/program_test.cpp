@@ -1,14 +1,12 @@
 #include "support/program_test.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "datetime/date_time.h"
 #include "platform/services.h"
 #include "platform/wide_text_win32.h"
-#include "resource.h"
-#include "support/picture.h"
 #include "support/table.h"
-#include "support/waiting.h"
 #include "ui/display_scale.h"
 
 namespace velm::test {
@@ -43,15 +41,119 @@ std::unique_ptr<CVelmDocument> LoadFile(const RunningProgram& program, CVelmStri
     return document != nullptr && document->Load(program.DataFolder(), true, bare) ? std::move(document) : nullptr;
 }
 
-CVelmDocument& ProgramTest::Document() {
-    return *program.Ask([](CVelmFrame& frame) { return frame.Document(); });
+std::pair<std::string, int> KindAndNumber(const std::string& name) {
+    const std::size_t digits = std::min(name.find_first_of("0123456789"), name.size());
+    return {name.substr(0, digits), digits < name.size() ? std::stoi(name.substr(digits)) : 0};
 }
 
 CVelmItem& ProgramTest::Item(int row) {
     return *program.Ask([row](CVelmFrame& frame) { return &frame.List().Row(row).Item(); });
 }
 
+ProgramTest::Part ProgramTest::Find(const std::string& name) {
+    using F = CVelmFrame&;
+    using P = const RunningProgram&;
+    static const std::map<std::string, Part (*)(F, P, int)> PARTS = {
+        {"frame",
+         [](F f, P, int) {
+             return Part{f.Handle(), {}};
+         }},
+        {"title",
+         [](F f, P, int) {
+             return Part{f.Handle(), f.TitleButton().Rectangle()};
+         }},
+        {"units",
+         [](F f, P, int) {
+             return Part{f.Handle(), f.ShowUnitsButton().Rectangle()};
+         }},
+        {"bar",
+         [](F, P p, int) {
+             return Part{p.CommandBar(), {}};
+         }},
+        {"titles",
+         [](F, P p, int) {
+             return Part{p.Titles(), {}};
+         }},
+        {"menu",
+         [](F, P p, int) {
+             return Part{TopMenu(p.Thread()).value().Window(), {}};
+         }},
+        {"list",
+         [](F, P p, int) {
+             return Part{p.List(), {}};
+         }},
+        {"row",
+         [](F f, P p, int n) {
+             return Part{p.List(), f.List().Row(n).Rectangle()};
+         }},
+        {"button",
+         [](F f, P p, int n) {
+             return Part{p.List(), f.List().Row(n).Button().Rectangle()};
+         }},
+        {"name",
+         [](F f, P p, int n) {
+             return Part{p.List(), f.List().Row(n).NameLabel().area};
+         }},
+        {"value",
+         [](F f, P p, int n) {
+             return Part{p.List(), f.List().Row(n).ValueLabel().area};
+         }},
+        {"panel",
+         [](F, P p, int) {
+             return Part{p.Panel(), {}};
+         }},
+        {"accept",
+         [](F f, P p, int) {
+             return Part{p.Panel(), f.Panel().AcceptButton().Rectangle()};
+         }},
+        {"restore",
+         [](F f, P p, int) {
+             return Part{p.Panel(), f.Panel().RestoreButton().Rectangle()};
+         }},
+        {"tab",
+         [](F f, P p, int n) {
+             return Part{p.Panel(), f.Panel().TabButton(n).Rectangle()};
+         }},
+        {"box",
+         [](F f, P, int) {
+             return Part{f.Panel().Editor().Box().Handle(), {}};
+         }},
+        {"part",
+         [](F f, P, int n) {
+             return Part{f.Panel().Editor().Compound().Part(n).Handle(), {}};
+         }},
+        {"date",
+         [](F, P p, int) {
+             return Part{p.DatePicker(), {}};
+         }},
+        {"time",
+         [](F, P p, int) {
+             return Part{p.TimePicker(), {}};
+         }},
+    };
+    const auto [kind, number] = KindAndNumber(name);
+    if (std::isupper(name[0])) {
+        return {Dialog().Control(IdOf(name)), {}};
+    }
+    if (kind == "entry" || kind == "column") {
+        return {Dialog().Control(IDC_LIST), Dialog().PlaceInList(kind == "column", number)};
+    }
+    if (kind == "page") {
+        return {GetWindow(Dialog().Control(IDC_HTML), GW_CHILD), {}};
+    }
+    const auto find = ValueOf(PARTS, kind);
+    return program.Ask([&, number = number](CVelmFrame& frame) { return find(frame, program, number); });
+}
+
+RECT ProgramTest::PlaceOfPart(const std::string& name) {
+    const Part part = Find(name);
+    return part.drawn ? *part.drawn : PlaceOf(part.window);
+}
+
 std::string ProgramTest::Title() {
+    if (const HWND dialog = program.TopDialog()) {
+        return ToUtf8(WindowText(dialog));
+    }
     return program.Ask([](CVelmFrame& frame) { return ToUtf8(frame.TitleButton().Text()); });
 }
 
@@ -95,19 +197,6 @@ std::string ProgramTest::Entry() {
     });
 }
 
-/// The part of the compound editor that has the focus, of how many that are shown: "1 of 3".
-std::string ProgramTest::Part() {
-    return program.Ask([](CVelmFrame& frame) {
-        const CVelmCompoundEditor& editor = frame.Panel().Editor().Compound();
-        int visible = 0;
-        for (int i = 0; i < COMPOUND_PARTS; ++i) {
-            visible += IsWindowVisible(editor.Part(i).Handle()) ? 1 : 0;
-        }
-        return Print("%d of %d", editor.FocusedPart() + 1, visible);
-    });
-}
-
-/// The captions of the panel's tabs, the selected one in brackets.
 std::string ProgramTest::Tabs() {
     return program.Ask([](CVelmFrame& frame) {
         Texts tabs;
@@ -115,11 +204,10 @@ std::string ProgramTest::Tabs() {
             const CVelmDrawnButton& tab = frame.Panel().TabButton(i);
             tabs.push_back(tab.IsSelected() ? "[" + ToUtf8(tab.Text()) + "]" : ToUtf8(tab.Text()));
         }
-        return Join(tabs, " | ");
+        return Join(tabs);
     });
 }
 
-/// The tips of the tools on the command bar; in parentheses where a tool is disabled.
 std::string ProgramTest::Tools() {
     return program.Ask([this](CVelmFrame&) {
         const HWND tools = program.Tools();
@@ -138,53 +226,6 @@ std::string ProgramTest::Tools() {
         }
         return Join(texts);
     });
-}
-
-/// Whether text that does not parse is marked.
-bool ProgramTest::IsRed() {
-    const Picture picture = Picture::OfWindow(Window("box"));
-    return picture.Count({0, 0, picture.Width(), picture.Height()}, RGB(255, 0, 0)) > 0;
-}
-
-/// The page's first line that is in sight.
-std::string ProgramTest::FirstLineOfPage() {
-    std::array<wchar_t, 64> line{static_cast<wchar_t>(line.size() - 1)};
-    const HWND text = Window("page");
-    const LRESULT first = SendMessageW(text, EM_GETFIRSTVISIBLELINE, 0, 0);
-    SendMessageW(text, EM_GETLINE, static_cast<WPARAM>(first), reinterpret_cast<LPARAM>(line.data()));
-    return Split(ToUtf8(FromWide(line.data())), "\r")[0];
-}
-
-std::map<std::string, HWND> ProgramTest::Windows() {
-    return program.Ask([this](CVelmFrame& frame) {
-        return std::map<std::string, HWND>{
-            {"frame", frame.Handle()},         {"list", frame.List().Handle()},
-            {"panel", frame.Panel().Handle()}, {"bar", program.CommandBar()},
-            {"titles", program.Titles()},      {"date", program.DatePicker()},
-            {"time", program.TimePicker()},    {"box", frame.Panel().Editor().Box().Handle()}};
-    });
-}
-
-RECT ProgramTest::PlaceOfPart(const std::string& name) {
-    const auto windowless = program.Ask([&](CVelmFrame& frame) -> std::optional<RECT> {
-        const CVelmValuePanel& panel = frame.Panel();
-        const int number = name.back() - '0';
-        const std::map<std::string, std::function<RECT()>> parts = {
-            {"title", [&] { return frame.TitleButton().Rectangle(); }},
-            {"units", [&] { return frame.ShowUnitsButton().Rectangle(); }},
-            {"accept", [&] { return panel.AcceptButton().Rectangle(); }},
-            {"restore", [&] { return panel.RestoreButton().Rectangle(); }},
-            {"tab", [&] { return panel.TabButton(number).Rectangle(); }},
-            {"part", [&] { return PlaceOf(panel.Editor().Compound().Part(number).Handle()); }},
-            {"row", [&] { return frame.List().Row(number).Rectangle(); }},
-            {"button", [&] { return frame.List().Row(number).Button().Rectangle(); }},
-            {"name", [&] { return frame.List().Row(number).NameLabel().area; }},
-            {"value", [&] { return frame.List().Row(number).ValueLabel().area; }},
-        };
-        const auto part = parts.find(name.substr(0, name.find_first_of("0123456789")));
-        return part == parts.end() ? std::nullopt : std::optional(part->second());
-    });
-    return windowless ? *windowless : PlaceOf(Window(name));
 }
 
 void ProgramTest::Give(int row, double value) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,86 +14,66 @@
 
 namespace velm::test {
 
+/// A line of a session: where it stands, what is done, and what is to be seen then, if anything.
+struct SessionLine {
+    std::string file;
+    int number = 0;
+    std::string acts;
+    std::optional<std::string> expected;
+};
+
+/// "row2" as "row" and 2; the number is 0 where there is none.
+std::pair<std::string, int> KindAndNumber(const std::string& name);
+
 /// A user at the program.
 class ProgramTest : public testing::Test {
-protected:
-    /// Writes a file, in the words of SaveFile, and starts the program on it.
+public:
+    /// Does one thing after the other; tests/window/README.md explains the words. Gives back what the last act shows.
+    /// Throws for words that do not exist.
+    std::string Do(const std::string& acts);
+
+    /// Plays a session up to the first line that fails.
+    void Play(const std::vector<SessionLine>& lines);
+
+    /// Writes a file, in the words of the verb, and starts the program on it.
     void Start(const std::string& file) { Do("file " + file + "; start"); }
     void StartDistances() { Start("Distances = miles|mi, kilometers|km|1.609344, yards|yd|1760"); }
 
-    CVelmDocument& Document();
     CVelmItem& Item(int row);
+    DialogDriver Dialog() { return {program, program.WaitForDialog()}; }
 
-    // What the frame shows: the title, the rows as "miles=1, kilometers=1.609344", and of the list its first visible
-    // row, the number of visible ones and the selected one as "0/3/2".
+    /// A window, or a rectangle that it draws, by its name in sessions.
+    struct Part {
+        HWND window = nullptr;
+        std::optional<RECT> drawn;
+    };
+    Part Find(const std::string& name);
+    RECT PlaceOfPart(const std::string& name);
+
+    // What the user sees; README.md explains the words.
     std::string Title();
     std::string Rows();
     std::string ListState();
-
-    /// What the value entry panel shows of the selected item, and the item's value: "2+3 = 5", "5+ = none (error)".
-    /// With pickers both sides are dates. Nothing while the panel is hidden.
     std::string Entry();
+    std::string Tabs();
+    std::string Tools();
 
     /// Gives the item of a row a value, as though it had been entered, and selects the row anew.
     void Give(int row, double value);
     void Select(int row);
 
-    /// Does one thing after the other: acts are separated by "; ". Gives back what the last one shows, for most of them
-    /// Entry. The words are those of Acts, Looks and Questions.
-    std::string Do(const std::string& acts);
-
-    /// Does one line after the other: acts, what must be seen then if anything, and a remark.
-    void Play(const std::vector<Texts>& lines);
-
-    /// Where a part of the program lies in its window: a window by its name or identifier, a button, the third tab as
-    /// "tab2", the second row as "row1" and its parts as "button1", "name1" and "value1".
-    RECT PlaceOfPart(const std::string& name);
-
     /// Gives the list that many pixels of an ordinary screen.
     void ResizeList(int width, int height);
 
     RunningProgram program;
+    HttpServer server;
+    std::map<std::string, Bytes> known;  ///< the files as the user knows them
+    HANDLE locked = nullptr;
+    HWND penDown = nullptr;
+    std::optional<std::string> heard;  ///< what the last act had for an answer
 
 private:
-    struct Said;
-    std::map<std::string, std::function<void(const Said&)>> Acts();
-    std::map<std::string, std::function<std::string(const Said&)>> Looks();
-    std::map<std::string, std::function<std::string(const Said&)>> Questions();
-
-    void SaveFile(const std::string& text);
-    void StoreRecent(const std::string& names);
-    void Press(const std::string& name);
-    void Focus(HWND window);
-    void Enter(const std::string& text);
-    void Paste(const std::string& text);
-    void TapPart(HWND window, const std::string& name);
-    void TapTab(const std::string& caption);
-    void TapRow(int row);
-    void WaitForCommit();
-    void Pick(const std::string& text);
-    void GiveText(const std::string& text);
-    void Allow(int row, const std::string& formats);
-    void SetParts(int row, const std::string& text);
-    std::map<std::string, HWND> Windows();
-    HWND Window(const std::string& name);
-    HWND Over(int command);
-    std::string Ask(HWND box, int button);
-    std::string InFull(const std::string& text) const;
-    std::string Shortened(const std::string& text) const;
-    void Serve(const std::string& path, const std::string& text);
-    std::string Tabs();
-    std::string Part();
-    std::string Parts(int row);
-    std::string Tools();
-    std::string Titles();
-    std::string Stored();
-    std::string FirstLineOfPage();
-    bool IsRed();
-    DialogDriver Dialog() { return {program, program.WaitForDialog()}; }
-
-    HttpServer server_;
-    Bytes remembered_;
-    HANDLE locked_ = nullptr;
+    std::string DoOne(const std::string& act);
 };
 
 }  // namespace velm::test

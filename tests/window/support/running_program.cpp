@@ -132,10 +132,10 @@ void RunningProgram::Key(WORD key, WORD held) {
         });
     };
     hold(0x80);
-    const bool alt = held == VK_MENU;
-    const LPARAM context = alt ? LPARAM{1} << 29 : 0;
-    Post(alt ? WM_SYSKEYDOWN : WM_KEYDOWN, key, context | 1);
-    Post(alt ? WM_SYSKEYUP : WM_KEYUP, key, context | static_cast<LPARAM>(0xC0000001));
+    const LPARAM context = held == VK_MENU ? LPARAM{1} << 29 : 0;
+    const bool isSystemKey = held == VK_MENU || key == VK_F10;
+    Post(isSystemKey ? WM_SYSKEYDOWN : WM_KEYDOWN, key, context | 1);
+    Post(isSystemKey ? WM_SYSKEYUP : WM_KEYUP, key, context | static_cast<LPARAM>(0xC0000001));
     Settle();
     hold(0);
 }

@@ -15,6 +15,7 @@
 #include "app/application.h"
 #include "app/main_frame.h"
 #include "platform/options_store.h"
+#include "resource.h"
 #include "settings/settings.h"
 #include "support/popups.h"
 #include "support/temporary_folder.h"
@@ -55,8 +56,8 @@ public:
 
     DWORD Thread() const { return threadId_; }
     HWND Frame() const { return window_; }
-    HWND List() const { return GetDlgItem(window_, 1021); }
-    HWND Panel() const { return GetDlgItem(window_, 1022); }
+    HWND List() const { return GetDlgItem(window_, IDC_ITEM_LIST); }
+    HWND Panel() const { return GetDlgItem(window_, IDC_VALUE_PANEL); }
 
     /// The command bar's two parts are its children, the titles before the tools.
     HWND CommandBar() const { return FindWindowExW(window_, nullptr, L"VlCommandBar", nullptr); }
@@ -118,6 +119,7 @@ public:
     void Resize(int width, int height);
 
     std::optional<OpenMenu> WaitForMenu() const { return test::WaitForMenu(threadId_); }
+    HWND TopDialog() const { return test::TopDialog(threadId_); }
     HWND WaitForDialog() const { return test::WaitForDialog(threadId_); }
 
     /// Chooses from the menu that is open or opens, and waits for what that does. False when there is no such entry.
@@ -125,8 +127,6 @@ public:
 
     /// Answers the message box given, or the one that is open or opens; what it said, as WordsOfBox has it.
     std::string Answer(int button = IDOK, HWND box = nullptr);
-
-    bool IsAsking() const { return !ThreadWindows(threadId_, L"#32770").empty(); }
 
 private:
     void Run(std::promise<bool>& started);
