@@ -1,10 +1,9 @@
 #include <shlobj.h>
 
-#include <vector>
-
 #include "app/commands.h"
 #include "app/main_frame.h"
 #include "dialogs/dialogs.h"
+#include "model/item_edits.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "settings/settings.h"
@@ -27,14 +26,6 @@ bool HasDataFolder(const CVelmFrame& frame, const CVelmString& folder) {
         MessageBoxW(frame.Handle(), Wide(name + u"could not be made."), L"New File", MB_OK | MB_ICONSTOP);
     }
     return made;
-}
-
-std::vector<std::int32_t> ShownFlags(const CVelmDocument& document) {
-    std::vector<std::int32_t> flags;
-    for (const auto& item : document.items) {
-        flags.push_back(item->shown);
-    }
-    return flags;
 }
 
 }  // namespace
@@ -69,42 +60,35 @@ void MakeNewFile(CVelmFrame& frame, WORD id) {
     CVelmDocument* const made = frame.Catalog().documents[static_cast<std::size_t>(index)].get();
     frame.SelectFile(made);
     if (frame.Document() == made) {
-        frame.KeepEdits();
+        frame.SaveDocument();
     }
 }
 
 void EditFileProperties(CVelmFrame& frame, WORD) {
     if (ShowFilePropertiesDialog(frame.Handle(), *frame.Document(), frame.Catalog()) == IDOK) {
-        frame.KeepEdits();
+        frame.SaveDocument();
         frame.RefreshTitle();
     }
 }
 
 void AddUnit(CVelmFrame& frame, WORD) {
     CVelmDocument* const document = frame.Document();
-    auto item = CreateItem(document->GetKind() == KIND_CONVERSION ? ITEM_VALUE : ITEM_FORMULA);
-    if (ShowUnitPropertiesDialog(frame.Handle(), *item, *document, frame.Program().services.clock) != IDOK) {
-        return;
+    if (ShowUnitPropertiesDialog(frame.Handle(), *document, nullptr, frame.Program().services.clock) == IDOK) {
+        frame.SaveDocument();
+        frame.SelectFile(document);
     }
-    document->AddItem(std::move(item));
-    frame.KeepEdits();
-    frame.SelectFile(document);
 }
 
 void EditUnit(CVelmFrame& frame, WORD) {
     CVelmDocument* const document = frame.Document();
-    CVelmItem* const item = document->currentItem;
-    const CVelmString oldText = item->valueText;
-    if (ShowUnitPropertiesDialog(frame.Handle(), *item, *document, frame.Program().services.clock) != IDOK) {
+    if (ShowUnitPropertiesDialog(frame.Handle(), *document, document->currentItem, frame.Program().services.clock) !=
+        IDOK) {
         return;
     }
-    frame.KeepEdits();
+    frame.SaveDocument();
     frame.List().RefreshNames();
     // What can be edited here of a unit decides no value.
     if (document->GetKind() == KIND_CALCULATION) {
-        if (item->valueText != oldText) {
-            item->state = STATE_NONE;  // an input starts from its new text
-        }
         RunCommand(frame, ID_CALCULATE);
     }
     frame.List().NotifySelection();
@@ -113,7 +97,8 @@ void EditUnit(CVelmFrame& frame, WORD) {
 void EditConversions(CVelmFrame& frame, WORD) {
     auto& document = static_cast<CVelmConversionDoc&>(*frame.Document());
     ShowConversionsDialog(frame.Handle(), document, frame.Program().context);
-    frame.KeepEdits();
+    document.Touch();
+    frame.SaveDocument();
     // From a unit without a value every other unit would lose its own.
     if (HasCurrentValue(frame)) {
         RunCommand(frame, ID_CALCULATE);
@@ -132,12 +117,12 @@ void ChooseShownUnits(CVelmFrame& frame, WORD) {
     if (document == nullptr) {
         return;
     }
-    const std::vector<std::int32_t> before = ShownFlags(*document);
-    if (ShowUnitsDialog(frame.Handle(), *document) != IDOK) {
+    const auto shown = ShowUnitsDialog(frame.Handle(), *document);
+    if (!shown) {
         return;
     }
-    if (ShownFlags(*document) != before) {
-        frame.KeepEdits();
+    if (ShowItems(*document, *shown)) {
+        frame.SaveDocument();
     }
     frame.SelectFile(document);
 }

@@ -2,6 +2,7 @@
 
 #include "app/commands.h"
 #include "app/main_frame.h"
+#include "model/item_edits.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "ui/display_scale.h"
@@ -11,23 +12,6 @@ namespace velm {
 namespace {
 
 constexpr int QUICK_MENU_TOP = 49;
-
-/// So many conversions make a unit a bridge between others.
-constexpr std::int32_t BRIDGE_CONVERSIONS = 2;
-
-/// What is asked before an item is deleted.
-CVelmString DeleteQuestion(const CVelmDocument& document, const CVelmItem& item) {
-    const CVelmString name = u"\"" + item.name + u"\"";
-    if (document.GetKind() != KIND_CONVERSION) {
-        return name + u" may be used to calculate other output values.\nDo you really want to delete?";
-    }
-    if (static_cast<const CVelmConversionDoc&>(document).CountConversions(&item) < BRIDGE_CONVERSIONS) {
-        return u"Do you want to delete " + name + u"?";
-    }
-    return name +
-           u" has multiple direct conversion formulas attached to it. It may be used as a bridge to convert between "
-           u"other units.\nDo you really want to delete?";
-}
 
 /// A title as a menu shows it letter for letter.
 CVelmString MenuText(const CVelmString& title) {
@@ -79,9 +63,9 @@ void Calculate(CVelmFrame& frame, WORD) {
 
 void RemoveFromList(CVelmFrame& frame, WORD) {
     if (CVelmItem* const item = frame.CurrentItem()) {
-        item->shown = 0;
+        HideItem(*frame.Document(), *item);
         frame.SelectFile(frame.Document());
-        frame.KeepEdits();
+        frame.SaveDocument();
     }
 }
 
@@ -89,15 +73,15 @@ void DeleteUnit(CVelmFrame& frame, WORD) {
     CVelmDocument* const document = frame.Document();
     const CVelmItem* const item = frame.CurrentItem();
     if (item == nullptr ||
-        MessageBoxW(frame.Handle(), Wide(DeleteQuestion(*document, *item)), L"Delete", MB_YESNO | MB_ICONQUESTION) !=
+        MessageBoxW(frame.Handle(), Wide(DeletionQuestion(*document, *item)), L"Delete", MB_YESNO | MB_ICONQUESTION) !=
             IDYES ||
         frame.Document() != document || frame.CurrentItem() != item) {
         return;
     }
     frame.List().SetDocument(nullptr);  // it shows the item that goes
-    document->RemoveItem(item);
+    DeleteItem(*document, *item);
     frame.List().SetDocument(document);
-    frame.KeepEdits();
+    frame.SaveDocument();
 }
 
 void SaveEdits(CVelmFrame& frame, WORD) {

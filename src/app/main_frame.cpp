@@ -194,11 +194,6 @@ bool CVelmFrame::SaveDocument() {
     return problem.empty();
 }
 
-void CVelmFrame::KeepEdits() {
-    document_->Touch();
-    SaveDocument();
-}
-
 /// Writes the current document when it has edits. Returns which file could not be written and why; empty when there
 /// is nothing to tell.
 CVelmString CVelmFrame::WriteBack() {

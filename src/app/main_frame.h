@@ -51,9 +51,6 @@ public:
     /// Writes the current document to its file when it has edits. False, after a message box, on failure.
     bool SaveDocument();
 
-    /// The current document, which there is, was edited: it is stamped, and its file written.
-    void KeepEdits();
-
     const CVelmProgram& Program() const { return program_; }
     CVelmCatalog& Catalog() { return catalog_; }
     CVelmDocument* Document() const { return document_; }

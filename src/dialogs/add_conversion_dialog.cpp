@@ -1,6 +1,6 @@
 #include "dialogs/conversion_fields.h"
 #include "dialogs/dialogs.h"
-#include "model/conversion_document.h"
+#include "model/conversion_edits.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/shell.h"
 
@@ -20,7 +20,11 @@ constexpr auto PLACEMENTS = JoinPlacements(
     },
     PlaceConversionFields(FromStart(DialogRow(2) + HEADING_HEIGHT)));
 
+// The same unit twice is refused in the words for a conversion that exists, deliberately.
 constexpr std::array FAULT_TEXTS = {
+    CVelmFaultText{EntryFault::FirstUnitIsMissing, IDC_UNIT1, u"Please select the first unit"},
+    CVelmFaultText{EntryFault::SecondUnitIsMissing, IDC_UNIT2, u"Please select the second unit"},
+    CVelmFaultText{EntryFault::ConversionExists, IDC_UNIT2, u"The conversion between 2 select units already exists"},
     CVelmFaultText{EntryFault::FactorDoesNotEvaluate, IDC_FACTOR, u" is no factor: it cannot be calculated."},
     CVelmFaultText{EntryFault::OffsetDoesNotEvaluate, IDC_OFFSET, u" is no offset: it cannot be calculated."},
     CVelmFaultText{EntryFault::ForwardFormulaDoesNotParse, IDC_FORWARD, u" is not a formula."},
@@ -35,8 +39,6 @@ public:
           document_(document),
           context_(context),
           advanced_(advanced) {}
-
-    std::unique_ptr<CVelmConversion> conversion;
 
 protected:
     HWND OnInit() override {
@@ -56,16 +58,14 @@ protected:
     }
 
     void OnOk() override {
-        CVelmItem* const unit1 = ChosenUnit(IDC_UNIT1);
-        CVelmItem* const unit2 = ChosenUnit(IDC_UNIT2);
-        if (unit1 == nullptr) {
-            Refuse(IDC_UNIT1, u"Please select the first unit", MB_ICONSTOP);
-        } else if (unit2 == nullptr) {
-            Refuse(IDC_UNIT2, u"Please select the second unit", MB_ICONSTOP);
-        } else if (unit1 == unit2 || document_.FindConversion(unit1, unit2) != nullptr) {
-            // The same words for the same unit twice, deliberately.
-            Refuse(IDC_UNIT2, u"The conversion between 2 select units already exists", MB_ICONSTOP);
-        } else if (TakeFields(unit1, unit2)) {
+        const CVelmConversionEntry entry{ChosenUnit(IDC_UNIT1),
+                                         ChosenUnit(IDC_UNIT2),
+                                         advanced_,
+                                         Text(IDC_FACTOR),
+                                         Text(IDC_OFFSET),
+                                         Text(IDC_FORWARD, DIALOG_FREE_TEXT_MAX),
+                                         Text(IDC_REVERSE, DIALOG_FREE_TEXT_MAX)};
+        if (!RefuseFault(AddNewConversion(document_, entry, context_), FAULT_TEXTS, MB_ICONSTOP)) {
             End(IDOK);
         }
     }
@@ -76,27 +76,6 @@ private:
         return entry == CB_ERR ? nullptr : document_.GetItem(static_cast<std::size_t>(entry));
     }
 
-    /// Makes the conversion; false, with the user told, when it could never work.
-    bool TakeFields(CVelmItem* unit1, CVelmItem* unit2) {
-        auto made = std::make_unique<CVelmConversion>(document_);
-        made->unit1 = unit1;
-        made->unit2 = unit2;
-        EntryFault fault = EntryFault::None;
-        if (advanced_) {
-            made->formulaFlag = 1;
-            made->forwardFormula = Text(IDC_FORWARD, DIALOG_FREE_TEXT_MAX);
-            made->reverseFormula = Text(IDC_REVERSE, DIALOG_FREE_TEXT_MAX);
-            fault = CheckFormulaPair(made->forwardFormula, made->reverseFormula);
-        } else {
-            fault = TakeLinearEntry({Text(IDC_FACTOR), Text(IDC_OFFSET)}, context_, *made);
-        }
-        if (RefuseFault(fault, FAULT_TEXTS, MB_ICONSTOP)) {
-            return false;
-        }
-        conversion = std::move(made);
-        return true;
-    }
-
     CVelmConversionDoc& document_;
     FormulaContext& context_;
     bool advanced_;
@@ -104,11 +83,8 @@ private:
 
 }  // namespace
 
-std::unique_ptr<CVelmConversion> ShowAddConversionDialog(HWND parent, CVelmConversionDoc& document,
-                                                         FormulaContext& context, bool advanced) {
-    AddConversionDialog dialog(document, context, advanced);
-    dialog.Show(parent);
-    return std::move(dialog.conversion);
+int ShowAddConversionDialog(HWND parent, CVelmConversionDoc& document, FormulaContext& context, bool advanced) {
+    return AddConversionDialog(document, context, advanced).Show(parent);
 }
 
 }  // namespace velm

@@ -1,7 +1,6 @@
 #include "dialogs/conversion_fields.h"
 #include "dialogs/dialogs.h"
-#include "formats/decimal_format.h"
-#include "model/conversion_document.h"
+#include "model/conversion_edits.h"
 #include "platform/wide_text_win32.h"
 
 namespace velm {
@@ -19,6 +18,19 @@ constexpr auto PLACEMENTS = JoinPlacements(
                        FromEnd(CONVERSION_FIELDS_HEIGHT + DIALOG_MARGIN)},
     },
     PlaceConversionFields(FromEnd(CONVERSION_FIELDS_HEIGHT)));
+
+struct FieldBox {
+    WORD control;
+    ConversionField field;
+    std::size_t longest;
+};
+
+constexpr std::array FIELD_BOXES = {
+    FieldBox{IDC_FACTOR, ConversionField::Factor, DIALOG_TEXT_MAX},
+    FieldBox{IDC_OFFSET, ConversionField::Offset, DIALOG_TEXT_MAX},
+    FieldBox{IDC_FORWARD, ConversionField::Forward, DIALOG_FREE_TEXT_MAX},
+    FieldBox{IDC_REVERSE, ConversionField::Reverse, DIALOG_FREE_TEXT_MAX},
+};
 
 CVelmString RowText(const CVelmConversion& conversion) {
     const CVelmString text =
@@ -43,12 +55,12 @@ protected:
     }
 
     void OnOk() override {
-        StoreFocused();
+        Store(GetFocus());
         End(IDOK);
     }
 
     void OnCancel() override {
-        StoreFocused();
+        Store(GetFocus());
         End(IDCANCEL);
     }
 
@@ -64,7 +76,7 @@ protected:
             case IDC_FORWARD:
             case IDC_REVERSE:
                 if (notification == EN_KILLFOCUS) {
-                    Store(id);
+                    Store(Control(id));
                 }
                 return;
             case ID_DELETE_CONVERSION:
@@ -104,49 +116,20 @@ private:
         selected_ = row < 0 ? nullptr
                             : reinterpret_cast<CVelmConversion*>(
                                   Send(IDC_CONVERSION_LIST, LB_GETITEMDATA, static_cast<WPARAM>(row)));
-        const bool formula = selected_ != nullptr && selected_->IsFormula();
-        if (formula) {
-            SetText(IDC_FORWARD, selected_->forwardFormula, DIALOG_FREE_TEXT_MAX);
-            SetText(IDC_REVERSE, selected_->reverseFormula, DIALOG_FREE_TEXT_MAX);
-        } else if (selected_ != nullptr) {
-            factorText_ = FormatDecimal(selected_->factor, false);
-            offsetText_ = FormatDecimal(selected_->offset, false);
-            SetText(IDC_FACTOR, factorText_);
-            SetText(IDC_OFFSET, offsetText_);
+        for (const FieldBox& box : FIELD_BOXES) {
+            if (selected_ != nullptr && HasField(*selected_, box.field)) {
+                SetText(box.control, FieldText(*selected_, box.field), box.longest);
+            }
         }
-        ShowControls(LINEAR_CONTROLS, selected_ != nullptr && !formula);
-        ShowControls(FORMULA_CONTROLS, formula);
+        ShowControls(LINEAR_CONTROLS, selected_ != nullptr && !selected_->IsFormula());
+        ShowControls(FORMULA_CONTROLS, selected_ != nullptr && selected_->IsFormula());
     }
 
-    /// Takes over what a box holds, when it belongs to the selected conversion.
-    void Store(int box) {
-        if (selected_ == nullptr || selected_->IsFormula() != (box == IDC_FORWARD || box == IDC_REVERSE)) {
-            return;
-        }
-        if (box == IDC_FORWARD) {
-            selected_->forwardFormula = Text(box, DIALOG_FREE_TEXT_MAX);
-        } else if (box == IDC_REVERSE) {
-            selected_->reverseFormula = Text(box, DIALOG_FREE_TEXT_MAX);
-        } else if (box == IDC_FACTOR) {
-            StoreNumber(box, factorText_, selected_->factor);
-        } else {
-            StoreNumber(box, offsetText_, selected_->offset);
-        }
-    }
-
-    /// A text that was not touched has fewer digits than its number and leaves it alone.
-    void StoreNumber(int box, CVelmString& shown, double& number) const {
-        const CVelmString text = Text(box);
-        if (text != shown && EvaluateFormula(context_, text, number)) {
-            shown = text;
-        }
-    }
-
-    void StoreFocused() {
-        const HWND focus = GetFocus();
-        for (const int box : {IDC_FACTOR, IDC_OFFSET, IDC_FORWARD, IDC_REVERSE}) {
-            if (focus == Control(box)) {
-                Store(box);
+    /// Takes over what a box of the selected conversion holds; nothing for another control.
+    void Store(HWND control) {
+        for (const FieldBox& box : FIELD_BOXES) {
+            if (selected_ != nullptr && control == Control(box.control)) {
+                EditField(document_, *selected_, box.field, Text(box.control, box.longest), context_);
             }
         }
     }
@@ -157,19 +140,18 @@ private:
                                    MB_YESNO | MB_ICONQUESTION) != IDYES) {
             return;
         }
-        document_.RemoveConversion(selected_);
+        DeleteConversion(document_, *selected_);
         Send(IDC_CONVERSION_LIST, LB_DELETESTRING, static_cast<WPARAM>(row));
         ShowDetails();
         SetFocus(Control(IDC_CONVERSION_LIST));
     }
 
     void Add(bool advanced) {
-        StoreFocused();
-        auto conversion = ShowAddConversionDialog(Handle(), document_, context_, advanced);
-        if (!conversion) {
+        Store(GetFocus());
+        if (ShowAddConversionDialog(Handle(), document_, context_, advanced) != IDOK) {
             return;
         }
-        const int row = AddRow(*document_.AddConversion(std::move(conversion)));
+        const int row = AddRow(*document_.conversions.back());
         Send(IDC_CONVERSION_LIST, LB_SETCURSEL, static_cast<WPARAM>(row));
         ShowDetails();
         SetFocus(Control(IDC_CONVERSION_LIST));  // the box that had it may be hidden now
@@ -178,8 +160,6 @@ private:
     CVelmConversionDoc& document_;
     FormulaContext& context_;
     CVelmConversion* selected_ = nullptr;  ///< the document's, or null
-    CVelmString factorText_;
-    CVelmString offsetText_;
 };
 
 }  // namespace

@@ -276,7 +276,8 @@ bool CVelmDialog::RefuseFault(EntryFault fault, std::span<const CVelmFaultText> 
     if (found == texts.end()) {
         return false;
     }
-    Refuse(found->control, u"\"" + Text(found->control) + u"\"" + found->text, icon);
+    const CVelmString own = *found->text == u' ' ? u"\"" + Text(found->control) + u"\"" : CVelmString();
+    Refuse(found->control, own + found->text, icon, found->caption);
     return true;
 }
 

@@ -8,7 +8,7 @@
 #include <span>
 #include <utility>
 
-#include "model/entry_check.h"
+#include "model/entry_fault.h"
 #include "model/file_stream.h"
 #include "platform/text.h"
 #include "ui/gdi.h"
@@ -61,11 +61,13 @@ constexpr CVelmPlacement PlaceField(WORD control, int row, int height = DIALOG_F
             FromEnd(DIALOG_MARGIN), FromStart(DialogRow(row) + height)};
 }
 
-/// What a dialog says of a fault in an entry: the beginning of the control's text in quotes, and then `text`.
+/// What a dialog says of a fault in an entry. A text that begins with a blank stands behind the control's own in
+/// quotes.
 struct CVelmFaultText {
     EntryFault fault;
     WORD control;
     const char16_t* text;
+    const wchar_t* caption = nullptr;  ///< null: the dialog's
 };
 
 /// A control's rectangle in its parent's client area.

@@ -2,7 +2,8 @@
 
 #include <windows.h>
 
-#include <memory>
+#include <optional>
+#include <vector>
 
 #include "platform/text.h"
 
@@ -10,7 +11,6 @@ namespace velm {
 
 class CVelmCatalog;
 class CVelmClock;
-class CVelmConversion;
 class CVelmConversionDoc;
 class CVelmDocument;
 class CVelmHtmlLibrary;
@@ -31,24 +31,23 @@ int ShowOpenFileDialog(HWND parent, CVelmCatalog& catalog, CVelmReferenceList& r
 /// has. Returns IDOK, or IDCANCEL with the document as it was.
 int ShowFilePropertiesDialog(HWND parent, CVelmDocument& document, const CVelmCatalog& catalog);
 
-/// Edits the name, identifier, value text and, in a calculation file, the kind of an item; one without a name is new.
-/// The item is the document's or going to be. Returns IDOK, or IDCANCEL with the item as it was.
-int ShowUnitPropertiesDialog(HWND parent, CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock);
+/// Edits the name, identifier, value text and, in a calculation file, the kind of an item of the document, or (null) of
+/// a new one, which is appended. Returns IDOK, or IDCANCEL with the document as it was.
+int ShowUnitPropertiesDialog(HWND parent, CVelmDocument& document, CVelmItem* item, const CVelmClock& clock);
 
 /// Shows the conversions of a document and changes them at once: edits in place, adds and deletes.
 void ShowConversionsDialog(HWND parent, CVelmConversionDoc& document, FormulaContext& context);
 
-/// Asks for the two units and the factor and offset, or (`advanced`) the formulas, of a new conversion between units
-/// of the document. Null when the user cancels; the document does not have the conversion yet.
-std::unique_ptr<CVelmConversion> ShowAddConversionDialog(HWND parent, CVelmConversionDoc& document,
-                                                         FormulaContext& context, bool advanced);
+/// Asks for the two units and the factor and offset, or (`advanced`) the formulas, of a new conversion, which is
+/// appended to the document. Returns IDOK, or IDCANCEL with the document as it was.
+int ShowAddConversionDialog(HWND parent, CVelmConversionDoc& document, FormulaContext& context, bool advanced);
 
 /// Lets the user choose which formats an item allows and define its compound parts. Returns IDOK, or IDCANCEL with
 /// the format as it was.
 int ShowFormatsDialog(HWND parent, CVelmValueFormat& format);
 
-/// Lets the user tick which items of a document the list shows. Returns IDOK, or IDCANCEL with nothing changed.
-int ShowUnitsDialog(HWND parent, CVelmDocument& document);
+/// Lets the user tick which items of a document the list shows, by position. Nothing when the user cancels.
+std::optional<std::vector<bool>> ShowUnitsDialog(HWND parent, const CVelmDocument& document);
 
 /// Edits the data folder and the update address. Returns IDOK, or IDCANCEL with the settings as they were.
 int ShowSettingsDialog(HWND parent, CVelmSettings& settings);

@@ -3,8 +3,8 @@
 #include "dialogs/category_box.h"
 #include "dialogs/dialog_frame.h"
 #include "dialogs/dialogs.h"
-#include "model/catalog.h"
 #include "model/file_names.h"
+#include "model/file_properties.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
 
@@ -41,42 +41,32 @@ protected:
     }
 
     void OnOk() override {
-        const CVelmString title = Text(IDC_FILE_TITLE);
-        if (title.empty()) {
-            Refuse(IDC_FILE_TITLE, u"Please enter title text", 0, L"File Properties");
-            return;
+        const CVelmString typed = Text(IDC_FILE_NAME);
+        CVelmFileProperties properties{Text(IDC_FILE_TITLE), Text(IDC_CATEGORY), {}};
+        if (isNew_) {
+            properties.fileName =
+                MakeNewFileName(catalog_, document_.GetKind(), typed.empty() ? properties.title : typed);
         }
-        if (isNew_ && !TakeFileName(title)) {
-            return;
+        switch (SetFileProperties(document_, properties, catalog_)) {
+            case EntryFault::TitleIsEmpty:
+                Refuse(IDC_FILE_TITLE, u"Please enter title text", 0, L"File Properties");
+                return;
+            case EntryFault::FileNameIsNotAllowed:
+                Refuse(IDC_FILE_NAME, u"\"" + properties.fileName +
+                                          u"\" cannot be the name of a file. A file name has none of the characters "
+                                          u"\\ / : * ? \" < > |, does not end with a dot or a space, and is no name "
+                                          u"of a device such as CON.");
+                return;
+            case EntryFault::FileNameIsTaken:
+                Refuse(IDC_FILE_NAME,
+                       u"There is a file \"" + properties.fileName + u"\" already. Please enter another file name.");
+                return;
+            default:
+                End(IDOK);
         }
-        document_.title = title;
-        document_.category = Text(IDC_CATEGORY);
-        End(IDOK);
     }
 
 private:
-    /// False, with the user told, when the name cannot be a file's.
-    bool TakeFileName(const CVelmString& title) const {
-        const CVelmString typed = Text(IDC_FILE_NAME);
-        const CVelmString& wanted = typed.empty() ? title : typed;
-        // The name of a device must not get a mark of its own: the system says that such a file exists.
-        const CVelmString name =
-            IsFileNameAllowed(wanted) ? MakeNewFileName(catalog_, document_.GetKind(), wanted) : wanted;
-        if (!IsFileNameAllowed(name)) {
-            Refuse(IDC_FILE_NAME, u"\"" + name +
-                                      u"\" cannot be the name of a file. A file name has none of the characters "
-                                      u"\\ / : * ? \" < > |, does not end with a dot or a space, and is no name of "
-                                      u"a device such as CON.");
-            return false;
-        }
-        if (IsFileNameTaken(catalog_, document_.GetKind(), name)) {
-            Refuse(IDC_FILE_NAME, u"There is a file \"" + name + u"\" already. Please enter another file name.");
-            return false;
-        }
-        document_.fileName = name;
-        return true;
-    }
-
     CVelmDocument& document_;
     const CVelmCatalog& catalog_;
     bool isNew_;

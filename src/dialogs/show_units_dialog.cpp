@@ -21,8 +21,10 @@ constexpr std::array PLACEMENTS = {
 
 class UnitsDialog : public CVelmDialog {
 public:
-    explicit UnitsDialog(CVelmDocument& document)
+    explicit UnitsDialog(const CVelmDocument& document)
         : CVelmDialog(IDD_SHOW_UNITS, IDM_OK_CANCEL, u"Units/Items", PLACEMENTS), document_(document) {}
+
+    std::vector<bool> shown;  ///< by position, once the dialog has ended with OK
 
 protected:
     HWND OnInit() override {
@@ -48,21 +50,23 @@ protected:
 
     void OnOk() override {
         const auto rows = static_cast<int>(Send(IDC_LIST, LVM_GETITEMCOUNT));
+        shown.resize(static_cast<std::size_t>(rows));
         for (int row = 0; row < rows; ++row) {
             const auto index = static_cast<std::size_t>(RowValue(IDC_LIST, row));
-            document_.GetItem(index)->shown = ListView_GetCheckState(Control(IDC_LIST), row) != 0 ? 1 : 0;
+            shown[index] = ListView_GetCheckState(Control(IDC_LIST), row) != 0;
         }
         End(IDOK);
     }
 
 private:
-    CVelmDocument& document_;
+    const CVelmDocument& document_;
 };
 
 }  // namespace
 
-int ShowUnitsDialog(HWND parent, CVelmDocument& document) {
-    return UnitsDialog(document).Show(parent);
+std::optional<std::vector<bool>> ShowUnitsDialog(HWND parent, const CVelmDocument& document) {
+    UnitsDialog dialog(document);
+    return dialog.Show(parent) == IDOK ? std::optional(dialog.shown) : std::nullopt;
 }
 
 }  // namespace velm

@@ -1,8 +1,10 @@
 #include <array>
+#include <utility>
 
 #include "dialogs/dialog_frame.h"
 #include "dialogs/dialogs.h"
-#include "model/document.h"
+#include "model/document_kinds.h"
+#include "model/item_edits.h"
 #include "resource.h"
 
 namespace velm {
@@ -16,6 +18,7 @@ constexpr std::array PLACEMENTS = {
 };
 
 constexpr std::array FAULT_TEXTS = {
+    CVelmFaultText{EntryFault::NameIsEmpty, IDC_ITEM_NAME, u"Please enter item name", L"Edit Unit"},
     CVelmFaultText{EntryFault::IdentifierIsNoName, IDC_ITEM_IDENTIFIER,
                    u" cannot be an identifier: formulas name an item by letters and digits, a letter first."},
     CVelmFaultText{EntryFault::IdentifierIsBuiltIn, IDC_ITEM_IDENTIFIER,
@@ -27,65 +30,57 @@ constexpr std::array FAULT_TEXTS = {
 
 class UnitPropertiesDialog : public CVelmDialog {
 public:
-    UnitPropertiesDialog(CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock)
-        : CVelmDialog(IDD_UNIT_PROPERTIES, IDM_OK_CANCEL, item.name.empty() ? u"New Unit" : u"Unit Properties",
-                      PLACEMENTS, DialogRow(item.GetType() == ITEM_FORMULA ? 4 : 3)),
-          item_(item),
+    /// `item` is null, and `entry` empty, for a new one; `hasType`: it can be an output.
+    UnitPropertiesDialog(CVelmDocument& document, CVelmItem* item, CVelmItemEntry entry, bool hasType,
+                         const CVelmClock& clock)
+        : CVelmDialog(IDD_UNIT_PROPERTIES, IDM_OK_CANCEL, entry.name.empty() ? u"New Unit" : u"Unit Properties",
+                      PLACEMENTS, DialogRow(hasType ? 4 : 3)),
           document_(document),
+          item_(item),
+          entry_(std::move(entry)),
+          hasType_(hasType),
           clock_(clock) {}
 
 protected:
     HWND OnInit() override {
-        SetText(IDC_ITEM_NAME, item_.name);
-        SetText(IDC_ITEM_VALUE, item_.valueText);
-        SetText(IDC_ITEM_IDENTIFIER, item_.identifier);
-        const CVelmFormulaItem* const formula = FormulaItem();
-        if (formula == nullptr) {
+        SetText(IDC_ITEM_NAME, entry_.name);
+        SetText(IDC_ITEM_VALUE, entry_.valueText);
+        SetText(IDC_ITEM_IDENTIFIER, entry_.identifier);
+        if (!hasType_) {
             ShowControls(std::array<WORD, 2>{IDC_ITEM_TYPE, IDC_ITEM_TYPE_LABEL}, false);
             return nullptr;
         }
         for (const wchar_t* const type : {L"Input", L"Output"}) {
             Send(IDC_ITEM_TYPE, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(type));
         }
-        Send(IDC_ITEM_TYPE, CB_SETCURSEL, static_cast<WPARAM>(formula->output));
+        Send(IDC_ITEM_TYPE, CB_SETCURSEL, static_cast<WPARAM>(entry_.output));
         return nullptr;
     }
 
     void OnOk() override {
-        const CVelmString name = Text(IDC_ITEM_NAME);
-        if (name.empty()) {
-            Refuse(IDC_ITEM_NAME, u"Please enter item name", 0, L"Edit Unit");
-            return;
+        const auto output = hasType_ ? static_cast<std::int32_t>(Send(IDC_ITEM_TYPE, CB_GETCURSEL)) : 0;
+        const CVelmItemEntry entry{Text(IDC_ITEM_NAME), Text(IDC_ITEM_IDENTIFIER), Text(IDC_ITEM_VALUE), output};
+        const EntryFault fault =
+            item_ != nullptr ? EditItem(document_, *item_, entry, clock_) : AddNewItem(document_, entry, clock_);
+        if (!RefuseFault(fault, FAULT_TEXTS)) {
+            End(IDOK);
         }
-        CVelmFormulaItem* const formula = FormulaItem();
-        const auto output = formula == nullptr ? 0 : static_cast<std::int32_t>(Send(IDC_ITEM_TYPE, CB_GETCURSEL));
-        const CVelmItemEntry entry{Text(IDC_ITEM_IDENTIFIER), Text(IDC_ITEM_VALUE), output == 1};
-        if (RefuseFault(CheckItemEntry(document_, item_, entry, clock_), FAULT_TEXTS)) {
-            return;
-        }
-        item_.name = name;
-        item_.valueText = entry.valueText;
-        item_.identifier = entry.identifier;
-        if (formula != nullptr) {
-            formula->output = output;
-        }
-        End(IDOK);
     }
 
 private:
-    CVelmFormulaItem* FormulaItem() const {
-        return item_.GetType() == ITEM_FORMULA ? static_cast<CVelmFormulaItem*>(&item_) : nullptr;
-    }
-
-    CVelmItem& item_;
-    const CVelmDocument& document_;
+    CVelmDocument& document_;
+    CVelmItem* item_;
+    const CVelmItemEntry entry_;
+    const bool hasType_;
     const CVelmClock& clock_;
 };
 
 }  // namespace
 
-int ShowUnitPropertiesDialog(HWND parent, CVelmItem& item, const CVelmDocument& document, const CVelmClock& clock) {
-    return UnitPropertiesDialog(item, document, clock).Show(parent);
+int ShowUnitPropertiesDialog(HWND parent, CVelmDocument& document, CVelmItem* item, const CVelmClock& clock) {
+    const bool hasType = item != nullptr ? item->GetType() == ITEM_FORMULA : document.GetKind() == KIND_CALCULATION;
+    const CVelmItemEntry entry = item != nullptr ? EntryOf(*item) : CVelmItemEntry();
+    return UnitPropertiesDialog(document, item, entry, hasType, clock).Show(parent);
 }
 
 }  // namespace velm

@@ -158,7 +158,7 @@ double CVelmValuePanel::ValueToShow() const {
         return item_->value;
     }
     double value = NO_VALUE;
-    item_->format.ParseValueText(item_->valueText, context_, value);
+    item_->ReadStoredValue(context_, value);
     return value;
 }
 
@@ -213,8 +213,7 @@ bool CVelmValuePanel::CommitValue(bool force) {
     double value = NO_VALUE;
     const bool stored = editor_.ParseValue(value);
     if (stored) {
-        item_->value = value;
-        item_->state = STATE_VALID;
+        item_->SetValue(value);
         PostMessageW(GetParent(Handle()), WM_COMMAND, ID_CALCULATE, 0);
     }
     accept_.SetIcon(stored || editor_.IsEmpty() ? acceptedIcon_.get() : errorIcon_.get());
@@ -230,7 +229,7 @@ void CVelmValuePanel::Accept() {
 
 void CVelmValuePanel::Restore() {
     double value = NO_VALUE;
-    if (item_ != nullptr && item_->format.ParseValueText(item_->valueText, context_, value)) {
+    if (item_ != nullptr && item_->ReadStoredValue(context_, value)) {
         editor_.LoadValue(value, true);
     }
 }

@@ -57,6 +57,9 @@ bool IsFileNameTaken(const CVelmCatalog& catalog, std::int32_t kind, const CVelm
 }
 
 CVelmString MakeNewFileName(const CVelmCatalog& catalog, std::int32_t kind, CVelmString name) {
+    if (!IsFileNameAllowed(name)) {
+        return name;  // the system says that a file of a device's name exists
+    }
     while (IsFileNameTaken(catalog, kind, name)) {
         name += NEW_FILE_MARK;
     }
