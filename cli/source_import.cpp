@@ -9,6 +9,7 @@
 #include "data_file.h"
 #include "find_item.h"
 #include "formats/format_table.h"
+#include "model/document_edits.h"
 #include "source_keys.h"
 #include "suggest.h"
 
@@ -94,7 +95,7 @@ void ReadParts(const CVelmSourceTable& table, CVelmValueFormat& format) {
 
 std::int32_t ReadType(const CVelmSourceTable& table, std::int32_t kind) {
     if (!table.Has(KEY_TYPE)) {
-        return kind == KIND_CONVERSION ? ITEM_VALUE : ITEM_FORMULA;
+        return ItemTypeOf(kind);
     }
     const CVelmString word = table.Text(KEY_TYPE);
     if (word != FromUtf8(WORD_VALUE) && word != FromUtf8(WORD_FORMULA)) {

@@ -3,7 +3,7 @@
 #include "app/commands.h"
 #include "app/main_frame.h"
 #include "dialogs/dialogs.h"
-#include "model/item_edits.h"
+#include "model/document_edits.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "settings/settings.h"

@@ -2,7 +2,7 @@
 
 #include "app/commands.h"
 #include "app/main_frame.h"
-#include "model/item_edits.h"
+#include "model/document_edits.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
 #include "ui/display_scale.h"

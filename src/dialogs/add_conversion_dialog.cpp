@@ -1,6 +1,5 @@
 #include "dialogs/conversion_fields.h"
 #include "dialogs/dialogs.h"
-#include "model/conversion_edits.h"
 #include "platform/wide_text_win32.h"
 #include "pocketpc/shell.h"
 
@@ -31,11 +30,11 @@ constexpr std::array FAULT_TEXTS = {
     CVelmFaultText{EntryFault::ReverseFormulaDoesNotParse, IDC_REVERSE, u" is not a formula."},
 };
 
-class AddConversionDialog : public CVelmDialog {
+class AddConversionDialog : public CVelmConversionDialog {
 public:
     AddConversionDialog(CVelmConversionDoc& document, FormulaContext& context, bool advanced)
-        : CVelmDialog(IDD_ADD_CONVERSION, IDM_OK_CANCEL, u"Add Conversion", PLACEMENTS,
-                      DialogRow(2) + HEADING_HEIGHT + CONVERSION_FIELDS_HEIGHT),
+        : CVelmConversionDialog(IDD_ADD_CONVERSION, IDM_OK_CANCEL, u"Add Conversion", PLACEMENTS,
+                                DialogRow(2) + HEADING_HEIGHT + CONVERSION_FIELDS_HEIGHT),
           document_(document),
           context_(context),
           advanced_(advanced) {}
@@ -47,25 +46,15 @@ protected:
                 Send(box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(item->name)));
             }
         }
-        SetText(IDC_FACTOR, u"1");
-        SetText(IDC_OFFSET, u"0");
-        SetText(IDC_FORWARD, {}, DIALOG_FREE_TEXT_MAX);
-        SetText(IDC_REVERSE, {}, DIALOG_FREE_TEXT_MAX);
-        ShowControls(LINEAR_CONTROLS, !advanced_);
-        ShowControls(FORMULA_CONTROLS, advanced_);
+        ShowFields({advanced_, u"1", u"0", {}, {}});
         SHSipPreference(Handle(), SIP_UP);
         return nullptr;
     }
 
     void OnOk() override {
-        const CVelmConversionEntry entry{ChosenUnit(IDC_UNIT1),
-                                         ChosenUnit(IDC_UNIT2),
-                                         advanced_,
-                                         Text(IDC_FACTOR),
-                                         Text(IDC_OFFSET),
-                                         Text(IDC_FORWARD, DIALOG_FREE_TEXT_MAX),
-                                         Text(IDC_REVERSE, DIALOG_FREE_TEXT_MAX)};
-        if (!RefuseFault(AddNewConversion(document_, entry, context_), FAULT_TEXTS, MB_ICONSTOP)) {
+        const EntryFault fault =
+            AddNewConversion(document_, ChosenUnit(IDC_UNIT1), ChosenUnit(IDC_UNIT2), Fields(advanced_), context_);
+        if (!RefuseFault(fault, FAULT_TEXTS, MB_ICONSTOP)) {
             End(IDOK);
         }
     }

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "dialogs/dialog_frame.h"
+#include "model/document_edits.h"
 #include "resource.h"
 
 namespace velm {
@@ -55,5 +56,25 @@ constexpr std::array<CVelmPlacement, A + B> JoinPlacements(const std::array<CVel
     }
     return all;
 }
+
+/// A dialog with these fields.
+class CVelmConversionDialog : public CVelmDialog {
+protected:
+    using CVelmDialog::CVelmDialog;
+
+    void ShowFields(const CVelmConversionEntry& entry) const {
+        SetText(IDC_FACTOR, entry.factor);
+        SetText(IDC_OFFSET, entry.offset);
+        SetText(IDC_FORWARD, entry.forward, DIALOG_FREE_TEXT_MAX);
+        SetText(IDC_REVERSE, entry.reverse, DIALOG_FREE_TEXT_MAX);
+        ShowControls(LINEAR_CONTROLS, !entry.isFormula);
+        ShowControls(FORMULA_CONTROLS, entry.isFormula);
+    }
+
+    CVelmConversionEntry Fields(bool isFormula) const {
+        return {isFormula, Text(IDC_FACTOR), Text(IDC_OFFSET), Text(IDC_FORWARD, DIALOG_FREE_TEXT_MAX),
+                Text(IDC_REVERSE, DIALOG_FREE_TEXT_MAX)};
+    }
+};
 
 }  // namespace velm

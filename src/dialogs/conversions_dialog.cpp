@@ -1,6 +1,5 @@
 #include "dialogs/conversion_fields.h"
 #include "dialogs/dialogs.h"
-#include "model/conversion_edits.h"
 #include "platform/wide_text_win32.h"
 
 namespace velm {
@@ -19,30 +18,17 @@ constexpr auto PLACEMENTS = JoinPlacements(
     },
     PlaceConversionFields(FromEnd(CONVERSION_FIELDS_HEIGHT)));
 
-struct FieldBox {
-    WORD control;
-    ConversionField field;
-    std::size_t longest;
-};
-
-constexpr std::array FIELD_BOXES = {
-    FieldBox{IDC_FACTOR, ConversionField::Factor, DIALOG_TEXT_MAX},
-    FieldBox{IDC_OFFSET, ConversionField::Offset, DIALOG_TEXT_MAX},
-    FieldBox{IDC_FORWARD, ConversionField::Forward, DIALOG_FREE_TEXT_MAX},
-    FieldBox{IDC_REVERSE, ConversionField::Reverse, DIALOG_FREE_TEXT_MAX},
-};
-
 CVelmString RowText(const CVelmConversion& conversion) {
     const CVelmString text =
         conversion.unit1->ShortName().substr(0, ROW_UNIT_MAX) + u" <=> " + conversion.unit2->ShortName();
     return text.substr(0, ROW_MAX);
 }
 
-class ConversionsDialog : public CVelmDialog {
+class ConversionsDialog : public CVelmConversionDialog {
 public:
     ConversionsDialog(CVelmConversionDoc& document, FormulaContext& context)
-        : CVelmDialog(IDD_CONVERSIONS, IDM_CONVERSIONS, u"Unit Conversions", PLACEMENTS,
-                      MIN_LIST_HEIGHT + CONVERSION_FIELDS_HEIGHT + DIALOG_MARGIN),
+        : CVelmConversionDialog(IDD_CONVERSIONS, IDM_CONVERSIONS, u"Unit Conversions", PLACEMENTS,
+                                MIN_LIST_HEIGHT + CONVERSION_FIELDS_HEIGHT + DIALOG_MARGIN),
           document_(document),
           context_(context) {}
 
@@ -55,12 +41,12 @@ protected:
     }
 
     void OnOk() override {
-        Store(GetFocus());
+        Store();
         End(IDOK);
     }
 
     void OnCancel() override {
-        Store(GetFocus());
+        Store();
         End(IDCANCEL);
     }
 
@@ -76,7 +62,7 @@ protected:
             case IDC_FORWARD:
             case IDC_REVERSE:
                 if (notification == EN_KILLFOCUS) {
-                    Store(Control(id));
+                    Store();
                 }
                 return;
             case ID_DELETE_CONVERSION:
@@ -116,21 +102,17 @@ private:
         selected_ = row < 0 ? nullptr
                             : reinterpret_cast<CVelmConversion*>(
                                   Send(IDC_CONVERSION_LIST, LB_GETITEMDATA, static_cast<WPARAM>(row)));
-        for (const FieldBox& box : FIELD_BOXES) {
-            if (selected_ != nullptr && HasField(*selected_, box.field)) {
-                SetText(box.control, FieldText(*selected_, box.field), box.longest);
-            }
+        if (selected_ != nullptr) {
+            ShowFields(EntryOf(*selected_));
+        } else {
+            ShowControls(LINEAR_CONTROLS, false);
+            ShowControls(FORMULA_CONTROLS, false);
         }
-        ShowControls(LINEAR_CONTROLS, selected_ != nullptr && !selected_->IsFormula());
-        ShowControls(FORMULA_CONTROLS, selected_ != nullptr && selected_->IsFormula());
     }
 
-    /// Takes over what a box of the selected conversion holds; nothing for another control.
-    void Store(HWND control) {
-        for (const FieldBox& box : FIELD_BOXES) {
-            if (selected_ != nullptr && control == Control(box.control)) {
-                EditField(document_, *selected_, box.field, Text(box.control, box.longest), context_);
-            }
+    void Store() {
+        if (selected_ != nullptr) {
+            EditConversion(document_, *selected_, Fields(selected_->IsFormula()), context_);
         }
     }
 
@@ -147,7 +129,7 @@ private:
     }
 
     void Add(bool advanced) {
-        Store(GetFocus());
+        Store();
         if (ShowAddConversionDialog(Handle(), document_, context_, advanced) != IDOK) {
             return;
         }

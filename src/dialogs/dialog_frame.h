@@ -8,7 +8,7 @@
 #include <span>
 #include <utility>
 
-#include "model/entry_fault.h"
+#include "model/document_edits.h"
 #include "model/file_stream.h"
 #include "platform/text.h"
 #include "ui/gdi.h"

@@ -4,7 +4,6 @@
 #include "dialogs/dialog_frame.h"
 #include "dialogs/dialogs.h"
 #include "model/file_names.h"
-#include "model/file_properties.h"
 #include "platform/wide_text_win32.h"
 #include "resource.h"
 
@@ -42,24 +41,23 @@ protected:
 
     void OnOk() override {
         const CVelmString typed = Text(IDC_FILE_NAME);
-        CVelmFileProperties properties{Text(IDC_FILE_TITLE), Text(IDC_CATEGORY), {}};
+        CVelmFileEntry entry{Text(IDC_FILE_TITLE), Text(IDC_CATEGORY), {}};
         if (isNew_) {
-            properties.fileName =
-                MakeNewFileName(catalog_, document_.GetKind(), typed.empty() ? properties.title : typed);
+            entry.fileName = MakeNewFileName(catalog_, document_.GetKind(), typed.empty() ? entry.title : typed);
         }
-        switch (SetFileProperties(document_, properties, catalog_)) {
+        switch (EditFile(document_, entry, catalog_)) {
             case EntryFault::TitleIsEmpty:
                 Refuse(IDC_FILE_TITLE, u"Please enter title text", 0, L"File Properties");
                 return;
             case EntryFault::FileNameIsNotAllowed:
-                Refuse(IDC_FILE_NAME, u"\"" + properties.fileName +
+                Refuse(IDC_FILE_NAME, u"\"" + entry.fileName +
                                           u"\" cannot be the name of a file. A file name has none of the characters "
                                           u"\\ / : * ? \" < > |, does not end with a dot or a space, and is no name "
                                           u"of a device such as CON.");
                 return;
             case EntryFault::FileNameIsTaken:
                 Refuse(IDC_FILE_NAME,
-                       u"There is a file \"" + properties.fileName + u"\" already. Please enter another file name.");
+                       u"There is a file \"" + entry.fileName + u"\" already. Please enter another file name.");
                 return;
             default:
                 End(IDOK);

@@ -3,8 +3,6 @@
 
 #include "dialogs/dialog_frame.h"
 #include "dialogs/dialogs.h"
-#include "model/document_kinds.h"
-#include "model/item_edits.h"
 #include "resource.h"
 
 namespace velm {

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "model/conversion_document.h"
+#include "platform/text.h"
+
+namespace velm {
+
+class CVelmCatalog;
+
+// What users do to documents. Each edit stamps the document; one with a fault changes nothing.
+
+/// Why what a user entered is refused.
+enum class EntryFault {
+    None,
+    NameIsEmpty,
+    IdentifierIsNoName,   ///< formulas cannot name the item
+    IdentifierIsBuiltIn,  ///< formulas that name it mean the language's own value
+    IdentifierIsTaken,    ///< by another item of the file
+    FormulaDoesNotParse,  ///< an output's
+    FirstUnitIsMissing,
+    SecondUnitIsMissing,
+    ConversionExists,  ///< or the units are one and the same
+    FactorDoesNotEvaluate,
+    OffsetDoesNotEvaluate,
+    ForwardFormulaDoesNotParse,
+    ReverseFormulaDoesNotParse,
+    TitleIsEmpty,
+    FileNameIsNotAllowed,
+    FileNameIsTaken,
+};
+
+/// What a user enters for an item.
+struct CVelmItemEntry {
+    CVelmString name;
+    CVelmString identifier;  ///< may be empty
+    CVelmString valueText;
+    std::int32_t output = 0;  ///< 1: computed by its formula, the value text; counts in calculation files alone
+};
+CVelmItemEntry EntryOf(const CVelmItem& item);
+
+/// The type of a new item.
+std::int32_t ItemTypeOf(std::int32_t kind);
+
+/// Appends an item.
+EntryFault AddNewItem(CVelmDocument& document, const CVelmItemEntry& entry, const CVelmClock& clock);
+
+/// An input of a calculation file whose text has changed has no value until the next recalculation reads it.
+EntryFault EditItem(CVelmDocument& document, CVelmItem& item, const CVelmItemEntry& entry, const CVelmClock& clock);
+
+/// Moves an item between two positions.
+void MoveItem(CVelmDocument& document, std::size_t from, std::size_t to);
+
+/// Shows or hides all items in the list, by position. False, with nothing stamped, when they were so already.
+bool ShowItems(CVelmDocument& document, const std::vector<bool>& shown);
+void HideItem(CVelmDocument& document, CVelmItem& item);
+
+/// What is asked before an item is deleted: what depends on it decides.
+CVelmString DeletionQuestion(const CVelmDocument& document, const CVelmItem& item);
+
+/// Deletes an item with its conversions.
+void DeleteItem(CVelmDocument& document, const CVelmItem& item);
+
+/// What a user enters for a conversion: the texts of factor and offset, which are evaluated, or two formulas in "x".
+struct CVelmConversionEntry {
+    bool isFormula = false;
+    CVelmString factor;
+    CVelmString offset;
+    CVelmString forward;
+    CVelmString reverse;  ///< empty: the conversion works one way
+};
+CVelmConversionEntry EntryOf(const CVelmConversion& conversion);
+
+/// Appends a conversion between two units of the document; null: none was chosen.
+EntryFault AddNewConversion(CVelmConversionDoc& document, CVelmItem* unit1, CVelmItem* unit2,
+                            const CVelmConversionEntry& entry, FormulaContext& context);
+
+/// Takes formulas as they stand; a factor or offset that does not evaluate stays, as does one with EntryOf's text.
+void EditConversion(CVelmConversionDoc& document, CVelmConversion& conversion, const CVelmConversionEntry& entry,
+                    FormulaContext& context);
+void DeleteConversion(CVelmConversionDoc& document, const CVelmConversion& conversion);
+
+/// What a user enters for a document. One without a file name is new and gets it here; no other file may have it.
+struct CVelmFileEntry {
+    CVelmString title;
+    CVelmString category;
+    CVelmString fileName;  ///< without extension
+};
+EntryFault EditFile(CVelmDocument& document, const CVelmFileEntry& entry, const CVelmCatalog& catalog);
+
+}  // namespace velm
