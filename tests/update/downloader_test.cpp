@@ -33,11 +33,8 @@ protected:
                (error.empty() ? "" : ": " + error);
     }
 
-    void ListPages(const std::vector<std::string>& urls, const std::string& lineEnd = "\r\n") {
-        fetcher.pages["http://list"] = "VLMLST" + lineEnd;
-        for (const std::string& url : urls) {
-            fetcher.pages["http://list"] += url + lineEnd;
-        }
+    void ListPages(const std::vector<std::string>& urls) {
+        fetcher.pages["http://list"] = "VLMLST\n" + Join(urls, "\n");
     }
 
     static constexpr const char* NOTHING = "Currency.cnv Weight.cnv ";
@@ -50,35 +47,6 @@ protected:
         return CVelmString(u"cached");
     }};
 };
-
-TEST_F(DownloaderTest, StoresEveryUpdateThatTheListNames) {
-    fetcher.pages["http://more"] = "VLMLST\nhttp://unknown";
-    fetcher.pages["http://unknown"] = UpdateFor("Unknown");
-    for (const std::string end : {"\r\n", "\n", "\r"}) {
-        ListPages({"http://currency", "http://weight", "http://more"}, end);
-        EXPECT_EQ(Run("http://list"), "1, 3 downloaded");
-    }
-    EXPECT_EQ(files.Names(), "Currency.cnv Currency.upd Unknown.upd Weight.cnv Weight.upd ")
-        << "spelled as the document";
-    const Bytes weight = files.Content(catalog.Folder() + u"Weight.upd");
-    EXPECT_EQ(std::string(weight.begin(), weight.end()), UpdateFor("WEIGHT"));
-}
-
-TEST_F(DownloaderTest, WhatIsNoUpdateOfADataFileIsLeftAside) {
-    const std::string names[] = {"..\\..\\x",          "../x", "C:x", "con", "a..b", std::string("a\0b", 3), "",
-                                 std::string(121, 'n')};
-    std::vector<std::string> urls = {"http://welcome", "http://nameless"};
-    fetcher.pages["http://welcome"] = "<html>Welcome to the network</html>\nhttp://trap";
-    fetcher.pages["http://nameless"] = "VLMUPD\r\nUSD\tEUR\t2\r\n";
-    for (const std::string& name : names) {
-        urls.push_back("http://" + std::to_string(urls.size()));
-        fetcher.pages[urls.back()] = UpdateFor(name);
-    }
-    ListPages(urls);
-    EXPECT_EQ(Run("http://list"), "1, 0 downloaded");
-    EXPECT_EQ(fetcher.requests[urls.back()], 1);
-    EXPECT_EQ(files.Names(), NOTHING);
-}
 
 TEST_F(DownloaderTest, TheFirstFailureEndsTheRunAndKeepsWhatCameBefore) {
     EXPECT_EQ(Run("http://missing"), "0, 0 downloaded: Error downloading HTTP file: http://missing");
