@@ -6,7 +6,7 @@
 
 namespace velm {
 
-/// What became of a line.
+/// The outcome of a line.
 struct CalculatorResult {
     bool computed = false;
     double value = 0.0;
@@ -14,7 +14,7 @@ struct CalculatorResult {
     FormulaFault fault;       ///< of a line that could not be computed
 };
 
-/// Computes lines one after the other. The last result has the name "ans"; a line such as r = 3.5 gives a value a name.
+/// Evaluates lines in sequence. The last result is named "ans"; a line such as r = 3.5 defines a variable.
 class CVelmCalculator {
 public:
     /// The clock outlives the calculator.

@@ -24,7 +24,7 @@ constexpr WORD ID_ANGLE = 110;
 constexpr WORD ID_FIRST_BASE = 111;
 constexpr WORD ID_FIRST_KEY = 200;
 
-// Pixels of an ordinary screen.
+// Pixels at scale 1.
 constexpr int MARGIN = 2;
 constexpr int LINE_HEIGHT = 22;
 constexpr int MIN_KEY_HEIGHT = 14;

@@ -28,7 +28,7 @@ public:
     bool CreateFrame(int showCommand);
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
-    /// To be called for every message before it is dispatched. True when it was used up.
+    /// Call for every message before it is dispatched. True when handled.
     bool PreTranslate(const MSG& message);
 
     /// Every button, each a CVelmDrawnButton: the bases, the angle mode, then the keypad in its order.

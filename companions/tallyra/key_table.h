@@ -6,7 +6,7 @@
 
 namespace velm {
 
-/// What a button of the keypad does.
+/// Action of a keypad button.
 enum class KeyAction { Insert, Backspace, Clear, Compute };
 
 struct CalculatorKey {

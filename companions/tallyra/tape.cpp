@@ -12,7 +12,7 @@ namespace {
 // A full tape of the longest lines is smaller than this, whatever its characters.
 constexpr std::size_t MAX_FILE_SIZE = CVelmTape::MAX_LINES * CVelmTape::MAX_TEXT_LENGTH * 2 * 3;
 
-/// Tabs and line ends keep the parts of the file apart, so the texts have none.
+/// Tabs and line ends are the file's separators, so texts must not contain any.
 CVelmString CleanText(CVelmStringView text) {
     CVelmString clean(text.substr(0, CVelmTape::MAX_TEXT_LENGTH));
     std::replace_if(

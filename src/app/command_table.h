@@ -39,7 +39,7 @@ struct CVelmTool {
 /// The toolbar from the left.
 std::span<const CVelmTool> Toolbar();
 
-/// Null for an identifier that is no command's.
+/// Null for an unknown identifier.
 const CVelmCommand* FindCommand(WORD id);
 
 /// Whether the command exists and can be run now.

@@ -6,7 +6,7 @@ namespace velm {
 
 class CVelmFrame;
 
-// When commands can be run.
+// Conditions for commands.
 bool Always(const CVelmFrame& frame);
 bool HasDocument(const CVelmFrame& frame);
 bool HasCurrentItem(const CVelmFrame& frame);
@@ -18,7 +18,7 @@ bool HasCurrentValue(const CVelmFrame& frame);
 /// The current item is an input, and the clipboard holds text.
 bool CanPaste(const CVelmFrame& frame);
 
-// What commands do that need no dialog.
+// Commands without a dialog.
 void ExitProgram(CVelmFrame& frame, WORD id);
 void Calculate(CVelmFrame& frame, WORD id);
 void RemoveFromList(CVelmFrame& frame, WORD id);
@@ -31,7 +31,7 @@ void ShowFormats(CVelmFrame& frame, WORD id);
 void SelectQuickFile(CVelmFrame& frame, WORD id);
 void ShowQuickFileMenu(CVelmFrame& frame, WORD id);
 
-// What commands do that open a dialog.
+// Commands that open a dialog.
 void ShowAbout(CVelmFrame& frame, WORD id);
 void OpenDataFile(CVelmFrame& frame, WORD id);
 void MakeNewFile(CVelmFrame& frame, WORD id);
@@ -46,7 +46,7 @@ void ChooseShownUnits(CVelmFrame& frame, WORD id);
 /// current file, and reports the result.
 void DownloadUpdates(CVelmFrame& frame, WORD id);
 
-/// Brings the calculator to the front, starting it when it does not run, and hands it the current item's value.
+/// Brings the calculator to the front, starting it if necessary, and sends it the current item's value.
 void OpenCalculator(CVelmFrame& frame, WORD id);
 
 /// Shows the manual in the system's help viewer.

@@ -13,7 +13,7 @@ constexpr const wchar_t* CALCULATOR_MISSING =
     L"Tallyra application could not be started. Please reinstall the software to fix the problem.";
 constexpr UINT ANSWER_MS = 2000;
 
-/// A program's window is looked for after this time; a slow machine gets two more chances.
+/// Delay before looking for a started program's window; two more tries for slow machines.
 constexpr DWORD START_MS = 500;
 constexpr int START_TRIES = 3;
 

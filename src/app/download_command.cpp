@@ -15,26 +15,26 @@ namespace {
 constexpr UINT FIRST_FRAME_MOUSE = WM_NCMOUSEMOVE;
 constexpr UINT LAST_FRAME_MOUSE = WM_NCXBUTTONDBLCLK;
 
-/// Alt+F4 and a tap on the caption's cross become a WM_CLOSE, as they would have if they had been carried out.
-void KeepWishToClose(const MSG& message) {
+/// Turns Alt+F4 and a tap on the close button into a WM_CLOSE, as normal processing would.
+void KeepCloseRequest(const MSG& message) {
     if ((message.message == WM_SYSKEYDOWN && message.wParam == VK_F4) ||
         (message.message == WM_NCLBUTTONDOWN && message.wParam == HTCLOSE)) {
         PostMessageW(GetAncestor(message.hwnd, GA_ROOT), WM_CLOSE, 0, 0);
     }
 }
 
-/// Whether what the user does means to stop. Keys and taps that come meanwhile are dropped, so that none of them is
-/// carried out late; closing the window stops, and is left in the queue.
-bool WantsToStop() {
+/// Whether the user wants to stop. Drops other keys and taps, so that none takes effect late; closing the window stops,
+/// and stays in the queue.
+bool IsStopRequested() {
     MSG message{};
     bool stop = false;
     while (PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) {
         stop = stop || (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE);
-        KeepWishToClose(message);
+        KeepCloseRequest(message);
     }
     while (PeekMessageW(&message, nullptr, WM_MOUSEFIRST, WM_MOUSELAST, PM_REMOVE) ||
            PeekMessageW(&message, nullptr, FIRST_FRAME_MOUSE, LAST_FRAME_MOUSE, PM_REMOVE)) {
-        KeepWishToClose(message);
+        KeepCloseRequest(message);
     }
     return stop || PeekMessageW(&message, nullptr, WM_CLOSE, WM_CLOSE, PM_NOREMOVE) != FALSE;
 }
@@ -54,7 +54,7 @@ void MergeIntoCurrent(CVelmFrame& frame) {
     if (Merge(document, frame.Catalog(), frame.Program().context)) {
         document.Recalculate(frame.Program().context);
         frame.List().RefreshValues();
-        frame.SaveDocument();  // tells the user when the merge could not write the file
+        frame.SaveDocument();  // reports when the merge could not write the file
     }
 }
 
@@ -70,7 +70,7 @@ void DownloadUpdates(CVelmFrame& frame, WORD) {
         done = downloader.Run([&frame](const CVelmDownloadProgress& progress) {
             frame.ShowTitle(u"Downloading " + IntegerText(static_cast<std::int64_t>(progress.file)) + u" of " +
                             IntegerText(static_cast<std::int64_t>(progress.fileCount)));
-            const bool stop = WantsToStop();
+            const bool stop = IsStopRequested();
             Repaint();
             return !stop;
         });

@@ -21,7 +21,7 @@
 namespace velm {
 namespace {
 
-// Pixels of an ordinary screen.
+// Pixels at scale 1.
 constexpr int HEADER_HEIGHT = 24;
 constexpr int PANEL_HEIGHT = 42;
 constexpr int FIRST_LIST_MARGIN = 70;
@@ -151,7 +151,7 @@ void CVelmFrame::OpenStartupFile() {
 
 void CVelmFrame::SelectFile(CVelmDocument* document) {
     if (document != document_) {
-        // Edits of a file that could not be read have nowhere to go, and must not keep the user from the other files.
+        // Edits of an unreadable file cannot be saved and must not block access to the other files.
         if (!SaveDocument() && document_->loaded) {
             return;
         }
@@ -195,7 +195,7 @@ bool CVelmFrame::SaveDocument() {
 }
 
 /// Writes the current document when it has edits. Returns which file could not be written and why; empty when there
-/// is nothing to tell.
+/// was no error.
 CVelmString CVelmFrame::WriteBack() {
     if (document_ == nullptr || !document_->modified || document_->Save(catalog_.Folder())) {
         return {};

@@ -17,7 +17,7 @@
 
 namespace velm {
 
-/// The window class of the main frame, by which a second start finds the first.
+/// The main frame's window class, by which a second instance finds the first.
 inline constexpr const wchar_t* FRAME_CLASS = L"VelmoraFrame";
 
 /// The main window: header with the current file's title, item list, value entry panel and command bar.
@@ -25,12 +25,12 @@ class CVelmFrame : public CVelmWindow {
 public:
     explicit CVelmFrame(const CVelmProgram& program);
 
-    /// Makes the window with everything in it, opens the start-up file and shows it. False when a part cannot be made.
+    /// Creates the window and its parts, opens the start-up file and shows the window. False on failure.
     bool CreateFrame(int showCommand);
 
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
-    /// To be called for every message before it is dispatched. True when it was used up.
+    /// Call for every message before it is dispatched. True when handled.
     bool PreTranslate(MSG& message);
 
     /// Makes a document of the catalog, or none, the current one and shows it.
@@ -45,7 +45,7 @@ public:
     /// While the frame is busy the pen shows as the wait cursor.
     void SetBusy(bool busy) { busy_ = busy; }
 
-    /// Brings the toolbar's buttons up to date; for when nothing else is to do.
+    /// Updates the toolbar's buttons; call when idle.
     void UpdateCommands();
 
     /// Writes the current document to its file when it has edits. False, after a message box, on failure.

@@ -10,7 +10,7 @@ class CVelmBitmap;
 class CVelmOptionsStore;
 struct CVelmSettings;
 
-/// What lives for a whole run and the windows share. Nothing here is owned.
+/// Shared by all windows for the whole run. Nothing here is owned.
 struct CVelmProgram {
     CVelmServices services;
     FormulaContext& context;

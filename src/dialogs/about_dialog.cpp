@@ -10,7 +10,7 @@
 namespace velm {
 namespace {
 
-// Pixels of an ordinary screen.
+// Pixels at scale 1.
 constexpr int PICTURE_SIZE = 32;
 constexpr int TEXT_LEFT = PICTURE_SIZE + 14;
 constexpr int LINE_HEIGHT = 17;

@@ -15,7 +15,7 @@ constexpr std::array<WORD, 5> LINEAR_CONTROLS = {IDC_UNIT1_LABEL, IDC_UNIT2_LABE
                                                  IDC_OFFSET};
 constexpr std::array<WORD, 4> FORMULA_CONTROLS = {IDC_FORWARD_LABEL, IDC_REVERSE_LABEL, IDC_FORWARD, IDC_REVERSE};
 
-/// Pixels of an ordinary screen that both rows of fields need.
+/// Pixels at scale 1 that both rows of fields need.
 constexpr int CONVERSION_FIELDS_HEIGHT = 2 * DIALOG_ROW_HEIGHT;
 
 /// Both rows of fields, the first with its top at `top`.

@@ -13,7 +13,7 @@
 namespace velm {
 namespace {
 
-// Pixels of an ordinary screen.
+// Pixels at scale 1.
 constexpr int CAPTION_HEIGHT = 24;
 constexpr int CAPTION_FONT = 18;
 constexpr int CAPTION_MARGIN = 4;
@@ -23,7 +23,7 @@ constexpr int SCROLL_STEP = DIALOG_ROW_HEIGHT;
 
 constexpr COLORREF LINE_COLOR = RGB(0, 0, 0);
 
-/// What a dialog ends with that could not be made.
+/// Result of a dialog that could not be created.
 constexpr INT_PTR NOT_MADE = -1;
 
 BOOL CALLBACK GiveFont(HWND control, LPARAM font) {
@@ -35,7 +35,7 @@ int At(const CVelmEdge& edge, int room) {
     return room * edge.percent / 100 + Scaled(edge.offset);
 }
 
-/// Lets a control show within the room only, so that what is scrolled away covers neither caption nor menu bar.
+/// Clips a control, so that scrolled controls cover neither caption nor menu bar.
 void ClipTo(HWND control, const RECT& room) {
     const RECT area = PlaceInParent(control);
     RECT visible{};
@@ -47,7 +47,7 @@ void ClipTo(HWND control, const RECT& room) {
     OffsetRect(&visible, -area.left, -area.top);
     CVelmRegion region(CreateRectRgnIndirect(&visible));
     if (SetWindowRgn(control, region.get(), TRUE) != 0) {
-        static_cast<void>(region.release());  // the system's now
+        static_cast<void>(region.release());  // owned by the system now
     }
 }
 
@@ -206,7 +206,7 @@ void CVelmDialog::BringIntoView(HWND control) {
 
 INT_PTR CVelmDialog::HandleCommand(WPARAM wParam, LPARAM lParam) {
     const auto control = reinterpret_cast<HWND>(lParam);
-    // A drop-down box that can be typed into gives the focus to the box within it.
+    // An editable drop-down box passes the focus to its edit box.
     if (control != nullptr && (control == GetFocus() || IsChild(control, GetFocus()))) {
         BringIntoView(control);
     }

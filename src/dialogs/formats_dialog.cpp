@@ -35,7 +35,7 @@ constexpr std::array<PartBoxes, COMPOUND_PARTS> PART_BOXES = {
 
 constexpr double FACTOR_MAX = 1e20;
 
-// Places, in pixels of an ordinary screen.
+// Places, in pixels at scale 1.
 constexpr int CHECK_HEIGHT = 18;
 constexpr int PART_TOP = 4 * CHECK_HEIGHT;
 constexpr int PART_HEIGHT = 22;

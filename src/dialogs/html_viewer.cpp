@@ -14,14 +14,14 @@
 namespace velm {
 namespace {
 
-/// Pixels of an ordinary screen, until the first layout.
+/// Pixels at scale 1, until the first layout.
 constexpr int FIRST_LEFT = 5;
 
 bool IsWebAddress(const CVelmString& target) {
     return StartsWithNoCase(target, HTTP_SCHEME) || StartsWithNoCase(target, u"https://");
 }
 
-/// What ShellExecuteW gives at most when it fails.
+/// Highest error code of ShellExecuteW.
 constexpr INT_PTR LAST_SHELL_ERROR = 32;
 
 class HtmlViewer : public CVelmDialog {
@@ -63,7 +63,7 @@ protected:
     }
 
 private:
-    /// The web is the system's browser's, when the user agrees. Nothing else that a page names is started.
+    /// Opens web links in the system's browser, after asking. Starts nothing else that a page names.
     void FollowOut() const {
         if (!IsWebAddress(target_)) {
             Tell(u"The link leads to \"" + target_ + u"\", which is not in this page.");

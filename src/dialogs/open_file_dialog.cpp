@@ -24,7 +24,7 @@ constexpr LPARAM ALL_FILES = 0;
 constexpr LPARAM ONE_CATEGORY = 1;
 constexpr LPARAM REFERENCES = -1;
 
-// Pixels of an ordinary screen.
+// Pixels at scale 1.
 constexpr int TITLE_WIDTH = 140;
 constexpr int COUNT_WIDTH = 76;
 constexpr int TITLE_ROOM_LESS = 14;

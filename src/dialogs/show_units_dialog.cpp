@@ -11,7 +11,7 @@
 namespace velm {
 namespace {
 
-// Pixels of an ordinary screen.
+// Pixels at scale 1.
 constexpr int COLUMN_WIDTH = 180;
 constexpr int COLUMN_ROOM_LESS = 14;
 

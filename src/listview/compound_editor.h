@@ -48,7 +48,7 @@ public:
     /// "[5 3]" or "-[5 3]", as a typed value is written; empty when every part is.
     CVelmString Text() const;
 
-    /// Turns the sign of the whole value.
+    /// Flips the sign of the whole value.
     void FlipSign();
 
     /// Puts the caret into a part, everything in it selected. False when there is no such part.

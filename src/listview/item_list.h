@@ -61,7 +61,7 @@ public:
     /// Selects a row; -1 for none.
     void SelectRow(int index);
 
-    /// Tells document and panel of the selected item, and makes room for the panel. For an item that was edited too.
+    /// Notifies document and panel of the selected item and makes room for the panel. Also for an edited item.
     void NotifySelection();
 
     /// Opens the menu that a tap on the selected row's format button opens.

@@ -12,7 +12,7 @@ namespace velm {
 class CVelmBitmap;
 class CVelmItem;
 
-/// The button of a row whose icon tells the item's display format.
+/// A row's button with the icon of the item's display format.
 class CVelmFormatButton : public CVelmPressButton {
 public:
     void Draw(HDC dc, const CVelmBitmap& icons) const;

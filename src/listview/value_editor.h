@@ -60,10 +60,10 @@ public:
 
     bool IsEmpty() const;
 
-    /// False once text was read that is no value; such text is red.
+    /// False once an invalid text was read; such text is red.
     bool TextParses() const { return textParses_; }
 
-    /// Whether the controls change without the user, so that their notifications say nothing.
+    /// Whether the controls change programmatically, so that their notifications are ignored.
     bool IsLoading() const { return loading_; }
 
     std::uint32_t Format() const { return code_; }
@@ -89,7 +89,7 @@ private:
     bool ParseText(double& value);
     bool IsUnchanged() const;
 
-    /// What the controls hold, to tell whether the user changed it.
+    /// The controls' content, to detect changes by the user.
     CVelmString Content() const;
 
     FormulaContext& context_;

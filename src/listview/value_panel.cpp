@@ -16,7 +16,7 @@ namespace {
 constexpr UINT TICK_MS = 100;
 constexpr int TICKS_TO_COMMIT = 4;
 
-// Pixels of an ordinary screen.
+// Pixels at scale 1.
 constexpr int MARGIN = 2;
 constexpr int LINE_HEIGHT = 20;
 constexpr int TAB_TOP = 24;
