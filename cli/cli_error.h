@@ -23,7 +23,7 @@ public:
 [[noreturn]] void Fail(const std::string& text);
 [[noreturn]] void FailUsage(const std::string& text);
 
-/// Ends the command unless the address is one that files are fetched from.
+/// Ends the command unless files can be fetched from the address.
 void CheckHttp(const CVelmString& url);
 
 /// The text in quotation marks, for a message.

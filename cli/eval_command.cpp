@@ -45,7 +45,7 @@ void SetAngleMode(FormulaContext& formulas, const std::string& word) {
     FailUsage(fmt::format("eval: {} is not an angle mode; {}", Quoted(word), DidYouMean(word, words, words.size())));
 }
 
-/// The pieces of a list, cut at commas outside parentheses.
+/// Splits a list at commas outside parentheses.
 std::vector<std::string> SplitList(const std::string& list) {
     std::vector<std::string> pieces(1);
     int depth = 0;
@@ -172,7 +172,7 @@ private:
         return STATUS_OK;
     }
 
-    /// The streamed value and those behind it, which may use it. What the line before gave them is forgotten first.
+    /// Defines the streamed value and those after it, which may use it. Forgets those of the previous line first.
     bool DefineStreamed(std::string_view line) {
         const Assignment* const end = assignments_.data() + assignments_.size();
         for (const Assignment* assignment = streamed_; assignment != end; ++assignment) {

@@ -56,7 +56,7 @@ std::string UpdateText(const RatesTable& table, const CVelmString& fileName) {
     return text;
 }
 
-/// The name as a part of an address.
+/// Percent-encodes a name for a URL.
 std::string Escaped(const std::string& name) {
     std::string escaped;
     for (const char byte : name) {

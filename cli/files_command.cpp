@@ -78,7 +78,7 @@ int RunFiles(CommandContext& context, const std::vector<std::string>& arguments)
         return STATUS_OK;
     }
     FilesOfDataFolder(context);  // ends the command when there is none
-    // Reading a header of the older format would rewrite the file.
+    // Otherwise reading a header in the older format would rewrite the file.
     CVelmReadOnlyFiles files(context.services.files);
     const CVelmServices services{files, context.services.clock, context.services.locale};
     CVelmCatalog catalog(services);

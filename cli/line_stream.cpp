@@ -52,7 +52,7 @@ private:
         }
     }
 
-    /// Keeps the beginning of a line whose end has not been read yet.
+    /// Buffers an incomplete line.
     void Begin(std::string_view bytes) {
         if (tooLong_) {
             return;

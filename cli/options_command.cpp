@@ -28,7 +28,7 @@ std::string ShowDataFolder(const CVelmSettings& settings) {
     return ToUtf8(DataFolder(settings, ProgramFolder()));
 }
 
-/// An empty folder stands for the default one; any other is kept whole, so that it holds wherever a command starts.
+/// An empty folder means the default one; any other is made absolute, so that it is valid from any directory.
 void SetDataFolder(CVelmSettings& settings, const CVelmString& value) {
     if (value.empty()) {
         SetText(settings.dataFolder, value);
@@ -103,7 +103,7 @@ void PrintAll(CVelmOutput& out) {
     PrintTable(rows, out);
 }
 
-/// Fields that were never set stay empty in the record, so that their defaults can still change with the program.
+/// Fields never set stay empty in the record, so that their defaults may change with the program.
 void Change(const OptionRow& option, const std::string& value) {
     const auto store = UserOptions();
     CVelmSettings settings;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view BLANKS = " \t\r";
 
-/// Cuts the text at any of the characters; fields are trimmed.
+/// Splits the text at any of the characters; fields are trimmed.
 std::vector<std::string_view> Split(std::string_view text, std::string_view separators) {
     std::vector<std::string_view> fields;
     for (;;) {
@@ -28,14 +28,14 @@ std::vector<std::string_view> Split(std::string_view text, std::string_view sepa
     }
 }
 
-/// The lines that hold something, comments left out.
+/// The lines that are neither empty nor comments.
 std::vector<std::string_view> FilledLines(std::string_view bytes) {
     std::vector<std::string_view> lines = Split(bytes, "\n");
     std::erase_if(lines, [](std::string_view line) { return line.empty() || line.front() == '#'; });
     return lines;
 }
 
-/// The central bank's CSV: a line of codes behind "Date", then a line of rates for each day, the latest first.
+/// The central bank's CSV: a line of codes after "Date", then a line of rates for each day, the latest first.
 RatesTable ReadCsvRates(const std::vector<std::string_view>& lines) {
     RatesTable table;
     const std::vector<std::string_view> codes = Split(lines[0], ",");
@@ -46,7 +46,7 @@ RatesTable ReadCsvRates(const std::vector<std::string_view>& lines) {
     }
     table.date = rates[0];
     for (std::size_t i = 1; i < codes.size(); ++i) {
-        // The lines end with a comma, and a currency that was not quoted on the day is not available.
+        // Lines end with a comma; currencies not quoted on that day are "N/A".
         if (!codes[i].empty() && rates[i] != "N/A") {
             AddRate(table, codes[i], rates[i]);
         }
@@ -54,7 +54,7 @@ RatesTable ReadCsvRates(const std::vector<std::string_view>& lines) {
     return table;
 }
 
-/// A code and its rate on each line; "base CODE" and "date TEXT" may stand among them.
+/// A code and its rate on each line, with optional "base CODE" and "date TEXT" lines.
 RatesTable ReadPlainRates(const std::vector<std::string_view>& lines) {
     RatesTable table;
     for (const std::string_view line : lines) {

@@ -7,7 +7,7 @@
 
 namespace velm {
 
-/// A table of exchange rates: each line is what one unit of the base is worth.
+/// A table of exchange rates: each line is the value of one unit of the base.
 struct RatesTable {
     struct Line {
         std::string code;
@@ -19,14 +19,14 @@ struct RatesTable {
     std::vector<Line> lines;
 };
 
-/// Reads a table of any of the forms below. Ends the command, with the reason, when it is of none.
+/// Reads a table in any of the forms below. Ends the command with the reason otherwise.
 RatesTable ReadRates(std::string_view bytes);
 
 /// The central bank's XML: <Cube currency='USD' rate='1.0876'/> within <Cube time='2024-07-05'>. Of several days the
 /// first, which is the latest, is taken.
 RatesTable ReadXmlRates(std::string_view bytes);
 
-/// Adds a line. Ends the command when the code is empty or stands there already, or the rate is not a positive number.
+/// Adds a line. Ends the command when the code is empty or a duplicate, or the rate is not a positive number.
 void AddRate(RatesTable& table, std::string_view code, std::string_view rate);
 
 }  // namespace velm

@@ -4,7 +4,7 @@
 
 namespace velm {
 
-/// Another file system in which nothing can be changed.
+/// A read-only view of another file system.
 class CVelmReadOnlyFiles : public CVelmFileSystem {
 public:
     /// `files` is not owned.

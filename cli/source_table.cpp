@@ -51,7 +51,7 @@ double NumberOfText(const SourceFile& file, const toml::node& node, const std::s
             return std::bit_cast<double>(*bits);
         }
     }
-    // Rounded right, which the digit by digit reading of a formula is not always.
+    // Correctly rounded, unlike the digit-by-digit reading of formulas.
     if (const auto decimal = ReadWhole<double>(text); decimal && std::isfinite(*decimal)) {
         return *decimal;
     }

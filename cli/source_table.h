@@ -21,7 +21,7 @@ struct SourceFile {
 /// Ends the command with a message that begins with the file and the line.
 [[noreturn]] void FailAt(const SourceFile& file, const toml::node& node, const std::string& text);
 
-/// One table of a source: the file's own, an item or a conversion. Whatever is not as it should be ends the command.
+/// One table of a source: the file's own, an item or a conversion. Any error ends the command.
 class CVelmSourceTable {
 public:
     /// `what` ("an item") is for messages. A key that is not among `keys` is refused. Both outlive this object, as do
@@ -31,7 +31,7 @@ public:
 
     bool Has(std::string_view key) const { return table_.contains(key); }
 
-    /// The text of a key, empty when it is left out. RequiredText refuses that.
+    /// The text of a key, empty when it is missing. RequiredText fails instead.
     CVelmString Text(std::string_view key) const;
     CVelmString RequiredText(std::string_view key) const;
 
@@ -42,7 +42,7 @@ public:
     /// True is 1, false is 0, a whole number is itself.
     std::int32_t Flag(std::string_view key, std::int32_t otherwise) const;
 
-    /// The node of a key that is there.
+    /// The node of an existing key.
     const toml::node& At(std::string_view key) const { return *table_.get(key); }
     const SourceFile& File() const { return file_; }
     [[noreturn]] void FailAtKey(std::string_view key, const std::string& text) const;

@@ -13,10 +13,10 @@ std::unique_ptr<CVelmOptionsStore> UserOptions();
 /// The options, with defaults for those never set.
 CVelmSettings LoadUserSettings();
 
-/// The data folder that the options name, or the default one.
+/// The data folder of the options, or the default one.
 CVelmString DataFolderOfOptions();
 
-/// The address of the update list that the options name, or the default one.
+/// The update list's address of the options, or the default one.
 CVelmString UpdateUrlOfOptions();
 
 }  // namespace velm

@@ -26,7 +26,7 @@ bool IsNumberUnit(char16_t unit) {
     return IsDigit(unit) || unit == u'.';
 }
 
-/// A run of digits and points; points behind the first are passed over.
+/// A run of digits and points; points after the first are skipped.
 double ReadRun(CVelmStringView run) {
     double number = 0.0;
     double place = 0.0;

@@ -17,7 +17,7 @@ struct CVelmCompoundPart {
 
 using CVelmCompoundParts = std::array<CVelmCompoundPart, COMPOUND_PARTS>;
 
-/// "5 ft 3 in ": each part's number and label, a space behind each. A negative value is "(5 ft 3 in )".
+/// "5 ft 3 in ": each part's number and label, each followed by a space. A negative value is "(5 ft 3 in )".
 /// Only the last part may carry a fraction, of up to three decimals, and what rounds up there is not carried over.
 CVelmString FormatCompound(const CVelmCompoundParts& parts, double value);
 

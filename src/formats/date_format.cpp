@@ -7,7 +7,7 @@
 namespace velm {
 namespace {
 
-/// For dates that the platform does not write, in the user's order of the fields.
+/// For dates that the platform cannot format, in the user's field order.
 CVelmString PlainDate(const DateTime& date, const CVelmLocale& locale) {
     const CVelmString month = IntegerText(date.month);
     const CVelmString day = IntegerText(date.day);

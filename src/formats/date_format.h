@@ -5,11 +5,11 @@
 
 namespace velm {
 
-/// Three letters of the weekday, the regional short date and, when asked for, the regional time. What the platform
-/// cannot write is written in plain numbers, years before the common era with " BC" behind them.
+/// Three letters of the weekday, the regional short date and optionally the regional time. Falls back to plain numbers
+/// where the platform cannot format the date; negative years end in " BC".
 CVelmString FormatDate(double value, bool withTime, const CVelmLocale& locale);
 
-/// True unless the user's short-date pattern begins with the day. The pattern is asked for once in a run.
+/// True unless the user's short-date pattern begins with the day. The pattern is cached.
 bool IsMonthFirstLocale(const CVelmLocale& locale);
 
 }  // namespace velm

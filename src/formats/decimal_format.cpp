@@ -17,7 +17,7 @@ constexpr std::size_t GROUP_DIGITS = 3;
 /// The first value that is written with an exponent.
 constexpr double MIN_LARGE = 1e12;
 
-/// The smallest values that are written without one.
+/// The lowest values written without one.
 constexpr double MIN_PLAIN_SHOWN = 0.001;
 constexpr double MIN_PLAIN_IN_FORMULA = 0.000001;
 

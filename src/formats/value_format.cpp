@@ -13,8 +13,8 @@ namespace {
 /// Shortest group that is replaced, brackets included; "[]" stays as typed.
 constexpr std::size_t MIN_GROUP = 3;
 
-/// Puts the value of each group from `open` to the nearest `close` in its place, in parentheses. `valueOf` is given
-/// the group with its brackets. Unclosed groups stay. False when a value is not finite.
+/// Replaces each group from `open` to the nearest `close` by its value in parentheses. `valueOf` receives the group
+/// with its brackets. Unclosed groups stay. False when a value is not finite.
 template <typename ValueOf>
 bool ReplaceGroups(CVelmString& text, char16_t open, char16_t close, ValueOf valueOf) {
     const CVelmStringView source = text;

@@ -11,7 +11,7 @@
 
 namespace velm {
 
-/// Which ways of writing a value an item allows, which one the list shows and which one is typed.
+/// The formats that an item allows, the one that the list shows and the one that is typed.
 class CVelmValueFormat {
 public:
     CVelmValueFormat();
