@@ -42,6 +42,22 @@ public:
     CVelmDocument& operator*() { return *document_; }
     FormulaContext& Context() { return context_; }
 
+    /// The item with an identifier, in this letter case; throws when there is none.
+    CVelmItem& Find(const std::string& identifier) {
+        for (const auto& item : document_->items) {
+            if (ToUtf8(item->identifier) == identifier) {
+                return *item;
+            }
+        }
+        throw std::runtime_error("no item " + identifier);
+    }
+
+    /// What the list shows of an item, without the blank that ends compound values.
+    std::string Shown(const CVelmItem& item) const {
+        const std::string text = ToUtf8(item.ValueInList(services_.locale));
+        return text.substr(0, text.find_last_not_of(' ') + 1);
+    }
+
     /// Makes an item the one entered and computes the others, hidden ones too.
     void Enter(CVelmItem& item, double value) {
         for (const auto& other : document_->items) {

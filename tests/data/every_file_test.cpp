@@ -18,11 +18,12 @@ std::vector<double> SampleValues(const CVelmItem& first) {
     return {26.2, 41.0};
 }
 
+/// The values of the list. A calculation in which nothing is typed yet shows no errors, whatever its hidden steps give.
 std::vector<double> Values(const CVelmDocument& document) {
     std::vector<double> values;
     for (const auto& item : document.items) {
-        EXPECT_EQ(item->state, STATE_VALID) << ToUtf8(item->name);
-        values.push_back(item->value);
+        EXPECT_TRUE(item->shown == 0 || item->state == STATE_VALID) << ToUtf8(item->name);
+        values.push_back(item->shown == 0 ? 0.0 : item->value);
     }
     return values;
 }
