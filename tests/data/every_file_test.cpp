@@ -11,11 +11,11 @@ namespace velm::test {
 namespace {
 
 /// Values of the first unit from which every other unit of a file has a value.
-std::vector<double> SampleValues(const CVelmItem& first) {
+std::vector<double> SampleValues(const CVelmString& fileName, const CVelmItem& first) {
     if (first.format.displayFormat == FMT_DATETIME) {
         return {DateTime::FromFields(2026, 1, 15, 12).value, DateTime::FromFields(2026, 7, 15, 12).value};
     }
-    return {26.2, 41.0};
+    return fileName == u"Temperature.cnv" ? std::vector<double>{126.2, 141.0} : std::vector<double>{26.2, 41.0};
 }
 
 /// The values of the list. A calculation in which nothing is typed yet shows no errors, whatever its hidden steps give.
@@ -26,6 +26,11 @@ std::vector<double> Values(const CVelmDocument& document) {
         values.push_back(item->shown == 0 ? 0.0 : item->value);
     }
     return values;
+}
+
+/// Shoe sizes are halves, so a way there and back may end at the next one.
+double Tolerance(const CVelmString& fileName) {
+    return fileName == u"ShoeSizes.cnv" ? 0.1 : 1e-13;
 }
 
 /// The formulas call trigonometric functions, whose angle unit is the user's choice.
@@ -71,7 +76,7 @@ TEST(EveryFile, ConvertsEveryUnitToEveryOtherAndBackByOneRouteOnly) {
         const auto& conversions = dynamic_cast<CVelmConversionDoc&>(*file).conversions;
         // With a second route, a value would depend on which of the two the search takes first.
         EXPECT_EQ(conversions.size() + 1, file->ItemCount()) << ToUtf8(name);
-        for (const double sample : SampleValues(*file->GetItem(0))) {
+        for (const double sample : SampleValues(name, *file->GetItem(0))) {
             SCOPED_TRACE(ToUtf8(name) + " " + std::to_string(sample));
             file.Enter(*file->GetItem(0), sample);
             ExpectSameInEveryAngleMode(file);
@@ -80,7 +85,7 @@ TEST(EveryFile, ConvertsEveryUnitToEveryOtherAndBackByOneRouteOnly) {
                 file.Enter(*file->GetItem(from), expected[from]);
                 const std::vector<double> values = Values(*file);
                 for (std::size_t to = 0; to < expected.size(); ++to) {
-                    EXPECT_NEAR(values[to], expected[to], 1e-13 * std::abs(expected[to]))
+                    EXPECT_NEAR(values[to], expected[to], Tolerance(name) * std::abs(expected[to]))
                         << ToUtf8(file->GetItem(from)->name) << " to " << ToUtf8(file->GetItem(to)->name);
                 }
             }
