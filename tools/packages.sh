@@ -4,14 +4,19 @@ BUILD_PACKAGES="g++ cmake ninja-build libtomlplusplus-dev libfmt-dev
     libcurl4-openssl-dev libpugixml-dev"
 WINDOWS_PACKAGES="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64 fonts-wine"
 TEST_PACKAGES="libgtest-dev googletest clang clang-format clang-tidy libclang-rt-14-dev python3 git xvfb imagemagick
-    lintian man-db unzip dpkg-dev"
+    lintian man-db unzip dpkg-dev tzdata>=2026f"
 
-# Installs missing packages. Silent and offline when there are none.
+# Installs missing packages, also those older than a version given with ">=". Silent and offline when there are none.
 need_packages() {
     missing=
     for package in "$@"; do
-        status=$(dpkg-query -W -f '${Status}' "$package" 2>/dev/null || true)
-        [ "$status" = "install ok installed" ] || missing="$missing $package"
+        name=${package%%>=*}
+        least=${package#"$name"}
+        found=$(dpkg-query -W -f '${Status} ${Version}' "$name" 2>/dev/null || true)
+        case $found in
+        "install ok installed "*) dpkg --compare-versions "${found##* }" ge "${least#>=}" && continue ;;
+        esac
+        missing="$missing $name"
     done
     [ -n "$missing" ] || return 0
 

@@ -49,6 +49,9 @@ TEST(Units, AreAllKnownAndExactToOnePartInTenToTheFifteenth) {
         SCOPED_TRACE(ToUtf8(name));
         DataFile file(name);
         const Units& units = known.at(name);
+        if (units.contains(u"*")) {
+            continue;  // none of its units is a multiple of another one
+        }
         EXPECT_EQ(units.size(), file->ItemCount());
         for (const auto& from : file->items) {
             const auto fromSize = units.at(from->identifier);

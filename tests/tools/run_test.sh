@@ -24,7 +24,7 @@ printf '#!/bin/sh\necho "$@"\n' >build/release/velmora
 chmod +x build/release/velmora
 rm -f new
 CMAKE
-printf '#!/bin/sh\necho "install ok installed"\n' >"$work/bin/dpkg-query"
+printf '#!/bin/sh\necho "install ok installed 1"\n' >"$work/bin/dpkg-query"
 chmod +x "$work/bin"/*
 PATH=$work/bin:$PATH
 cd "$work/clone"
