@@ -8,6 +8,8 @@ namespace velm {
 namespace {
 
 constexpr CVelmStringView NO_TEXT;
+constexpr int LAST_MONTH = 12;
+constexpr int LAST_DAY = 31;
 
 constexpr std::array<CVelmStringView, 12> MONTH_PREFIXES = {u"Jan", u"Feb", u"Mar", u"Apr", u"May", u"Jun",
                                                             u"Jul", u"Aug", u"Sep", u"Oct", u"Nov", u"Dec"};
@@ -71,14 +73,24 @@ ParsedDate ReadDigits(CVelmStringView text) {
     return {number(0, 4), number(4, 2), number(6, 2)};
 }
 
-/// "3/5/2004", "3-5"
+/// "3/5/2004", "3-5"; what cannot begin with a month begins with a year of four digits or with the day.
 ParsedDate ReadSeparated(CVelmStringView text, const CVelmClock& clock) {
+    constexpr std::size_t YEAR_DIGITS = 4;
     const std::size_t separatorAt = static_cast<std::size_t>(std::ranges::find_if_not(text, IsDigit) - text.begin());
     const char16_t separator = text[separatorAt];
-    const CVelmStringView day = text.substr(separatorAt + 1);
-    const bool hasYear = day.find(separator) != CVelmStringView::npos;
-    return {hasYear ? LeadingNumber(After(day, separator)) : clock.LocalTime().year, LeadingNumber(text),
-            LeadingNumber(day)};
+    const CVelmStringView secondText = text.substr(separatorAt + 1);
+    const int first = LeadingNumber(text);
+    const int second = LeadingNumber(secondText);
+    const int third = LeadingNumber(After(secondText, separator));
+    if (first > LAST_MONTH && separatorAt == YEAR_DIGITS) {
+        return {first, second, third};
+    }
+    const bool hasYear = secondText.find(separator) != CVelmStringView::npos;
+    const int year = hasYear ? third : clock.LocalTime().year;
+    if (first <= LAST_MONTH) {
+        return {year, first, second};
+    }
+    return first <= LAST_DAY ? ParsedDate{year, second, first} : ParsedDate{};
 }
 
 ParsedDate ReadFields(CVelmStringView text, const CVelmClock& clock) {
@@ -115,7 +127,7 @@ DateTime ParseDate(CVelmStringView text, const CVelmClock& clock) {
     if (text.find(u'.') != CVelmStringView::npos) {
         date.year = -date.year;
     }
-    if (date.month < 1 || date.day < 1) {
+    if (date.month < 1 || date.month > LAST_MONTH || date.day < 1) {
         return DateTime::FromFields(0, 0, 0);
     }
     return DateTime::FromFields(WithCentury(date.year), date.month, date.day);
