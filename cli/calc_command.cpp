@@ -75,10 +75,16 @@ private:
         document_->Recalculate(context_.formulas);
     }
 
+    /// A date that is none is calculated with as the cleared one.
+    bool IsRead(const CVelmItem& input) const {
+        return input.state == STATE_VALID &&
+               input.format.UnreadableDate(input.valueText, context_.formulas.Clock()).empty();
+    }
+
     int CalculateOnce() {
         Calculate();
         for (const CVelmItem* input : given_) {
-            if (input->state != STATE_VALID) {
+            if (!IsRead(*input)) {
                 const std::string& text = typed_.at(input);
                 Fail(fmt::format("calc: cannot read {} as a value of {}: {}", Quoted(text), ToUtf8(input->ShortName()),
                                  TypedFault(input->format, text, context_.formulas)));
@@ -97,7 +103,7 @@ private:
         return StreamLines(context_, [this](std::string_view line, std::string& result) {
             Type(line, *streamed_);
             Calculate();
-            if (streamed_->state != STATE_VALID) {
+            if (!IsRead(*streamed_)) {
                 return false;
             }
             if (json_) {

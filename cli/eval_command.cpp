@@ -150,7 +150,9 @@ private:
     }
 
     bool Evaluate(std::string_view text, double& value) const {
-        return format_.ParseValueText(FromUtf8(text), context_.formulas, value);
+        const CVelmString formula = FromUtf8(text);
+        return format_.UnreadableDate(formula, context_.formulas.Clock()).empty() &&
+               format_.ParseValueText(formula, context_.formulas, value);
     }
 
     std::string Fault(std::string_view text) const { return ValueFault(format_, FromUtf8(text), context_.formulas); }

@@ -13,10 +13,11 @@ std::string RawText(double value);
 /// The shortest text that reads back as the same double.
 std::string ShortestText(double value);
 
-/// What is wrong with a text that ParseValueText does not read; to be asked after it failed, with the same definitions.
+/// What is wrong with a text that ParseValueText does not read or that has an unreadable date; to be asked after it
+/// failed, with the same definitions.
 std::string ValueFault(const CVelmValueFormat& format, CVelmString text, FormulaContext& formulas);
 
-/// The same of a text that ParseTyped does not read in the format that the item's values are typed in.
+/// The same of a text in the format that the item's values are typed in.
 std::string TypedFault(const CVelmValueFormat& format, std::string_view text, FormulaContext& formulas);
 
 }  // namespace velm

@@ -103,6 +103,18 @@ bool CVelmValueFormat::ToFormula(CVelmString& text, const CVelmClock& clock) con
     return ReplaceGroups(text, u'{', u'}', dateValue);
 }
 
+CVelmString CVelmValueFormat::UnreadableDate(CVelmString text, const CVelmClock& clock) const {
+    CVelmString unreadable;
+    ReplaceGroups(text, u'{', u'}', [&](CVelmStringView group) {
+        const DateTime date = ParseDate(group.substr(1, group.size() - 2), clock);
+        if (date.month == 0 && unreadable.empty()) {
+            unreadable = group;
+        }
+        return date.value;
+    });
+    return unreadable;
+}
+
 bool CVelmValueFormat::ParseValueText(CVelmString text, FormulaContext& context, double& value) const {
     return ToFormula(text, context.Clock()) && EvaluateFormula(context, text, value);
 }

@@ -1,5 +1,6 @@
 #include "model/item.h"
 
+#include "formula/formula_context.h"
 #include "model/file_stream.h"
 #include "model/value_format_record.h"
 
@@ -57,6 +58,11 @@ void CVelmItem::CopyFrom(const CVelmItem& other) {
     valueText = other.valueText;
     value = other.value;
     state = other.state;
+}
+
+bool CVelmItem::ReadTypedValue(CVelmStringView text, FormulaContext& context, double& typed) const {
+    return format.UnreadableDate(CVelmString(text), context.Clock()).empty() &&
+           format.ParseTyped(CVelmString(text), format.TypedFormat(), context, typed);
 }
 
 const CVelmString& CVelmItem::ShortName() const {

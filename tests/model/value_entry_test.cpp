@@ -25,6 +25,7 @@ TEST(ValueEntry, ATypedValueIsTheCurrentItemsAndReachesTheOthersAndTheHiddenOnes
 
     CVelmItem& cm = *document->GetItem(1);
     EXPECT_FALSE(EnterText(*document, cm, u"far", context));
+    EXPECT_FALSE(EnterText(*document, cm, u"{someday}", context));
     EXPECT_EQ(Values(*document, 9), "0.5 50 500 none") << "and nothing else has changed";
     EXPECT_EQ(document->currentItem, m);
     EnterValue(*document, cm, 7.0, context);
