@@ -77,7 +77,7 @@ TEST_F(DownloaderTest, ReportsItsProgressAndCanBeStopped) {
         return true;
     };
     EXPECT_EQ(Run("http://list", note), "1, 2 downloaded");
-    EXPECT_EQ(seen, "1/1:0 1/1:40 2/3:0 2/3:41 3/3:0 3/3:39 ");
+    EXPECT_EQ(seen, "1/1:0 1/1:36 2/3:0 2/3:41 3/3:0 3/3:39 ");
     const auto stopAtThird = [](const CVelmDownloadProgress& progress) { return progress.file < 3; };
     EXPECT_EQ(Run("http://list", stopAtThird), "0, 1 downloaded: stopped");
     const auto stopAtBytes = [](const CVelmDownloadProgress& progress) { return progress.bytes == 0; };
