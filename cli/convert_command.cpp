@@ -8,7 +8,6 @@
 #include "item_results.h"
 #include "line_stream.h"
 #include "model/conversion_engine.h"
-#include "model/value_entry.h"
 #include "number_text.h"
 
 namespace velm {
@@ -35,7 +34,9 @@ public:
 
 private:
     void Prepare() {
-        document_ = OpenDataFile(context_, file_, KIND_CONVERSION);
+        const DataFilePath path = FindDataFile(context_, file_);
+        document_ = OpenDataFile(context_, path, file_, KIND_CONVERSION);
+        rateDays_ = RateDaysOf(context_, path, *document_);
         unit_ = &FindItem(*document_, unitText_, "unit");
         for (const std::string& text : targetTexts_) {
             targets_.push_back(&FindItem(*document_, text, "unit"));
@@ -48,12 +49,12 @@ private:
     }
 
     int ConvertOnce() {
-        if (!EnterText(*document_, *unit_, FromUtf8(value_), context_.formulas, targets_)) {
+        if (!ConvertNext(value_)) {
             Fail(fmt::format("convert: cannot read {} as a value of {}: {}", Quoted(value_), ToUtf8(unit_->name),
                              TypedFault(unit_->format, value_, context_.formulas)));
         }
         if (json_) {
-            context_.out.WriteLine(ResultsAsJson(printed_, context_.services.locale, true));
+            context_.out.WriteLine(ResultsAsJson(printed_, context_.services.locale, true, days_));
         } else if (targets_.empty()) {
             PrintResults(printed_, {unit_}, context_.services.locale, raw_, context_.out);
         } else {
@@ -88,8 +89,23 @@ private:
         if (steps_.empty() || !RepeatSteps(steps_, context_.formulas)) {
             const auto& document = static_cast<const CVelmConversionDoc&>(*document_);
             steps_ = SolveConversions(document.items, document.conversions, unit_, targets_, context_.formulas);
+            TakeDays();
         }
         return true;
+    }
+
+    /// The days of the rates by which the printed values are computed, with a warning for old ones.
+    void TakeDays() {
+        days_ = rateDays_.DaysOfValues(steps_);
+        std::optional<CVelmDay> oldest;
+        for (const CVelmItem* item : printed_) {
+            const auto day = days_.find(item);
+            oldest = day != days_.end() && (!oldest || day->second < *oldest) ? day->second : oldest;
+        }
+        if (oldest && !warned_) {
+            WarnOfOldRates(context_, oldest);
+            warned_ = true;
+        }
     }
 
     /// One line for a value: the units asked for, or all that the list shows, with tabs between them.
@@ -99,7 +115,7 @@ private:
                 return false;
             }
             if (json_) {
-                result = ResultsAsJson(printed_, context_.services.locale, false);
+                result = ResultsAsJson(printed_, context_.services.locale, false, days_);
                 return true;
             }
             for (const CVelmItem* item : printed_) {
@@ -125,6 +141,9 @@ private:
     std::vector<CVelmItem*> targets_;
     std::vector<CVelmItem*> printed_;
     std::vector<CVelmStepTaken> steps_;
+    CVelmRateDays rateDays_;
+    CVelmItemDays days_;  ///< of the items that the steps computed
+    bool warned_ = false;
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "cli_error.h"
+#include "output.h"
 #include "platform/system_error.h"
 #include "suggest.h"
 
@@ -116,7 +117,11 @@ DataFilePath FindDataFile(const CommandContext& context, const std::string& file
 }
 
 std::unique_ptr<CVelmDocument> OpenDataFile(const CommandContext& context, const std::string& file, std::int32_t kind) {
-    const DataFilePath path = FindDataFile(context, file);
+    return OpenDataFile(context, FindDataFile(context, file), file, kind);
+}
+
+std::unique_ptr<CVelmDocument> OpenDataFile(const CommandContext& context, const DataFilePath& path,
+                                            const std::string& file, std::int32_t kind) {
     if (kind != 0 && path.kind != kind) {
         const char* command = path.kind == KIND_CONVERSION ? "convert" : "calc";
         Fail(fmt::format("{} is a {} file: use velmora {}", Quoted(file), KindWord(path.kind), command));
@@ -126,6 +131,20 @@ std::unique_ptr<CVelmDocument> OpenDataFile(const CommandContext& context, const
         Fail(file + ": " + LoadFailureText(document->lastLoad));
     }
     return document;
+}
+
+CVelmRateDays RateDaysOf(const CommandContext& context, const DataFilePath& path, const CVelmDocument& document) {
+    const auto* conversionDoc = dynamic_cast<const CVelmConversionDoc*>(&document);
+    return conversionDoc == nullptr ? CVelmRateDays()
+                                    : CVelmRateDays::Read(*conversionDoc, path.folder, context.services.files);
+}
+
+void WarnOfOldRates(const CommandContext& context, const std::optional<CVelmDay>& oldest) {
+    const int age = oldest ? DaysBetween(*oldest, Today(context.services.clock)) : 0;
+    if (age > MAX_RATE_AGE) {
+        PrintError(fmt::format("the rates are up to {} days old ({}); \"velmora update --rates FILE\" brings new ones",
+                               age, ToUtf8(DayText(*oldest))));
+    }
 }
 
 std::string LoadFailureText(LoadStatus status) {

@@ -7,6 +7,7 @@
 
 #include "command.h"
 #include "model/conversion_document.h"
+#include "model/rate_days.h"
 
 namespace velm {
 
@@ -38,6 +39,16 @@ DataFilePath FindDataFile(const CommandContext& context, const std::string& file
 /// Loads what FILE names. Ends the command when that cannot be, or when the file's kind is not `kind` (0: any).
 std::unique_ptr<CVelmDocument> OpenDataFile(const CommandContext& context, const std::string& file,
                                             std::int32_t kind = 0);
+
+/// The same for a file that has been found; `file` is what the user calls it.
+std::unique_ptr<CVelmDocument> OpenDataFile(const CommandContext& context, const DataFilePath& path,
+                                            const std::string& file, std::int32_t kind = 0);
+
+/// The days of the document's rates; none for a document without conversions.
+CVelmRateDays RateDaysOf(const CommandContext& context, const DataFilePath& path, const CVelmDocument& document);
+
+/// Says on standard error how old the oldest of the rates in use is, when that is too old.
+void WarnOfOldRates(const CommandContext& context, const std::optional<CVelmDay>& oldest);
 
 /// "conversion" or "calculation".
 std::string KindWord(std::int32_t kind);

@@ -17,11 +17,12 @@ int RunExport(CommandContext& context, const std::vector<std::string>& arguments
                         {"-o SOURCE", &target, "The TOML file to write, instead of standard output"}})) {
         return STATUS_OK;
     }
-    const std::unique_ptr<CVelmDocument> document = OpenDataFile(context, file);
+    const DataFilePath path = FindDataFile(context, file);
+    const std::unique_ptr<CVelmDocument> document = OpenDataFile(context, path, file);
     if (document->droppedRecords != 0) {
         Fail(fmt::format("{}: damaged: {}", file, DroppedRecordsText(*document)));
     }
-    const std::string source = SourceFromDocument(*document);
+    const std::string source = SourceFromDocument(*document, RateDaysOf(context, path, *document));
     if (target.empty()) {
         context.out.Write(source);
         return STATUS_OK;

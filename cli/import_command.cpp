@@ -24,9 +24,12 @@ int RunImport(CommandContext& context, const std::vector<std::string>& arguments
     }
     const SourceFile file{source, context.formulas};
     const std::string text = ReadWholeFile(context.services.files, source, SIZE_MAX);
-    const std::unique_ptr<CVelmDocument> document = DocumentFromSource(file, text, path.kind, context.services);
+    CVelmRateDays days;
+    const std::unique_ptr<CVelmDocument> document = DocumentFromSource(file, text, path.kind, context.services, days);
     document->fileName = path.name;
-    if (!document->Save(path.folder)) {
+    const auto* conversionDoc = dynamic_cast<const CVelmConversionDoc*>(document.get());
+    if (!document->Save(path.folder) ||
+        (conversionDoc != nullptr && !days.Write(*conversionDoc, path.folder, context.services.files))) {
         FailToWrite(FromUtf8(target));
     }
     return STATUS_OK;

@@ -11,7 +11,7 @@ namespace velm {
 
 namespace {
 
-void WriteItem(const CVelmItem& item, const CVelmLocale& locale, CVelmJson& json) {
+void WriteItem(const CVelmItem& item, const CVelmLocale& locale, const CVelmItemDays& days, CVelmJson& json) {
     json.BeginObject();
     json.Text("id", item.identifier);
     json.Text("name", item.name);
@@ -20,6 +20,9 @@ void WriteItem(const CVelmItem& item, const CVelmLocale& locale, CVelmJson& json
     json.Integer("state", item.state);
     json.Number("value", item.state == STATE_VALID ? item.value : NAN);
     json.Text("text", item.ValueInList(locale));
+    if (const auto day = days.find(&item); day != days.end()) {
+        WriteRatesDate(day->second, json);
+    }
     json.EndObject();
 }
 
@@ -39,11 +42,12 @@ void PrintResults(const std::vector<CVelmItem*>& items, const std::vector<const 
     PrintTable(rows, out);
 }
 
-std::string ResultsAsJson(const std::vector<CVelmItem*>& items, const CVelmLocale& locale, bool indented) {
+std::string ResultsAsJson(const std::vector<CVelmItem*>& items, const CVelmLocale& locale, bool indented,
+                          const CVelmItemDays& days) {
     CVelmJson json(indented);
     json.BeginArray();
     for (const CVelmItem* item : items) {
-        WriteItem(*item, locale, json);
+        WriteItem(*item, locale, days, json);
     }
     json.EndArray();
     return json.Result();

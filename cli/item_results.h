@@ -5,6 +5,7 @@
 
 #include "command.h"
 #include "model/document.h"
+#include "model/rate_days.h"
 
 namespace velm {
 
@@ -16,8 +17,9 @@ std::string ResultText(const CVelmItem& item, const CVelmLocale& locale, bool ra
 void PrintResults(const std::vector<CVelmItem*>& items, const std::vector<const CVelmItem*>& given,
                   const CVelmLocale& locale, bool raw, CVelmOutput& out);
 
-/// One object for each item: its names, flags, state, value and text.
-std::string ResultsAsJson(const std::vector<CVelmItem*>& items, const CVelmLocale& locale, bool indented);
+/// One object for each item: its names, flags, state, value and text, and the day of the rates behind it.
+std::string ResultsAsJson(const std::vector<CVelmItem*>& items, const CVelmLocale& locale, bool indented,
+                          const CVelmItemDays& days = {});
 
 /// The items of the list, in file order.
 std::vector<CVelmItem*> ShownItems(const CVelmDocument& document);

@@ -60,6 +60,11 @@ void CVelmJson::Key(std::string_view name) {
     afterKey_ = true;
 }
 
+void CVelmJson::BeginObject(std::string_view name) {
+    Key(name);
+    BeginObject();
+}
+
 void CVelmJson::BeginArray(std::string_view name) {
     Key(name);
     BeginArray();
@@ -114,6 +119,12 @@ void CVelmJson::Boolean(std::string_view name, bool value) {
     Key(name);
     Separate();
     json_ += value ? "true" : "false";
+}
+
+void WriteRatesDate(const CVelmDay& day, CVelmJson& json) {
+    json.BeginObject("rates");
+    json.Text("date", DayText(day));
+    json.EndObject();
 }
 
 }  // namespace velm

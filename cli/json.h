@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "datetime/calendar_day.h"
 #include "platform/text.h"
 
 namespace velm {
@@ -15,6 +16,7 @@ public:
     explicit CVelmJson(bool indented) : indented_(indented) {}
 
     void BeginObject() { Begin('{'); }
+    void BeginObject(std::string_view name);
     void EndObject() { End('}'); }
     void BeginArray() { Begin('['); }
     void BeginArray(std::string_view name);
@@ -45,5 +47,8 @@ private:
     bool first_ = true;      ///< nothing stands in the innermost bracket yet
     bool afterKey_ = false;  ///< the value follows on the line of its name
 };
+
+/// A member with the day of the oldest rate in use: "rates": {"date": "2024-07-05"}
+void WriteRatesDate(const CVelmDay& day, CVelmJson& json);
 
 }  // namespace velm

@@ -13,6 +13,12 @@ namespace velm {
 
 namespace {
 
+/// The first and the last day; nothing for a document without dated rates.
+std::optional<std::pair<CVelmDay, CVelmDay>> DaysOfRates(const CVelmDocument& document, const CVelmRateDays& days) {
+    const auto* conversionDoc = dynamic_cast<const CVelmConversionDoc*>(&document);
+    return conversionDoc == nullptr ? std::nullopt : days.Range(*conversionDoc);
+}
+
 void WriteItem(const CVelmItem& item, CVelmJson& json) {
     json.BeginObject();
     json.Text("id", item.identifier);
@@ -35,7 +41,7 @@ void WriteItem(const CVelmItem& item, CVelmJson& json) {
     json.EndObject();
 }
 
-void WriteConversion(const CVelmConversion& conversion, CVelmJson& json) {
+void WriteConversion(const CVelmConversion& conversion, const CVelmRateDays& days, CVelmJson& json) {
     json.BeginObject();
     json.Integer("unit1", conversion.unit1->index);
     json.Integer("unit2", conversion.unit2->index);
@@ -44,10 +50,13 @@ void WriteConversion(const CVelmConversion& conversion, CVelmJson& json) {
     json.Number("offset", conversion.offset);
     json.Text("forward", conversion.forwardFormula);
     json.Text("reverse", conversion.reverseFormula);
+    if (const auto day = days.DayOf(conversion)) {
+        json.Text("date", DayText(*day));
+    }
     json.EndObject();
 }
 
-std::string DocumentAsJson(const CVelmDocument& document) {
+std::string DocumentAsJson(const CVelmDocument& document, const CVelmRateDays& days) {
     CVelmJson json(true);
     json.BeginObject();
     json.Integer("kind", document.GetKind());
@@ -55,6 +64,9 @@ std::string DocumentAsJson(const CVelmDocument& document) {
     json.Text("category", document.category);
     json.Text("file", document.fileName);
     json.Text("updated", document.updatedText);
+    if (const auto range = DaysOfRates(document, days)) {
+        WriteRatesDate(range->first, json);
+    }
     json.BeginArray("items");
     for (const auto& item : document.items) {
         WriteItem(*item, json);
@@ -63,7 +75,7 @@ std::string DocumentAsJson(const CVelmDocument& document) {
     json.BeginArray("conversions");
     if (const auto* conversions = ConversionsOf(document)) {
         for (const auto& conversion : *conversions) {
-            WriteConversion(*conversion, json);
+            WriteConversion(*conversion, days, json);
         }
     }
     json.EndArray();
@@ -79,11 +91,14 @@ std::string LinearText(const CVelmConversion& conversion) {
     return text;
 }
 
-void AddConversionRows(const CVelmConversion& conversion, TableRows& rows) {
+void AddConversionRows(const CVelmConversion& conversion, const CVelmRateDays& days, TableRows& rows) {
     const std::string from = ToUtf8(conversion.unit1->ShortName());
     const std::string to = ToUtf8(conversion.unit2->ShortName());
     if (!conversion.IsFormula()) {
         rows.push_back({fmt::format("  {} -> {}", from, to), LinearText(conversion)});
+        if (const auto day = days.DayOf(conversion)) {
+            rows.back().push_back(ToUtf8(DayText(*day)));
+        }
         return;
     }
     if (conversion.WorksForward()) {
@@ -94,12 +109,17 @@ void AddConversionRows(const CVelmConversion& conversion, TableRows& rows) {
     }
 }
 
-void PrintDocument(const CVelmDocument& document, CVelmOutput& out) {
-    PrintTable({{"Title:", ToUtf8(document.title)},
-                {"Category:", ToUtf8(document.category)},
-                {"File:", ToUtf8(document.FileNameWithExtension())},
-                {"Updated:", ToUtf8(document.updatedText)}},
-               out);
+void PrintDocument(const CVelmDocument& document, const CVelmRateDays& days, CVelmOutput& out) {
+    TableRows header{{"Title:", ToUtf8(document.title)},
+                     {"Category:", ToUtf8(document.category)},
+                     {"File:", ToUtf8(document.FileNameWithExtension())},
+                     {"Updated:", ToUtf8(document.updatedText)}};
+    if (const auto range = DaysOfRates(document, days)) {
+        const std::string first = ToUtf8(DayText(range->first));
+        header.push_back(
+            {"Rates:", range->first == range->second ? first : first + " to " + ToUtf8(DayText(range->second))});
+    }
+    PrintTable(header, out);
     out.WriteLine(fmt::format("\n{} items", document.items.size()));
     TableRows rows;
     for (const auto& item : document.items) {
@@ -116,7 +136,7 @@ void PrintDocument(const CVelmDocument& document, CVelmOutput& out) {
     out.WriteLine(fmt::format("\n{} conversions", conversions->size()));
     TableRows conversionRows;
     for (const auto& conversion : *conversions) {
-        AddConversionRows(*conversion, conversionRows);
+        AddConversionRows(*conversion, days, conversionRows);
     }
     PrintTable(conversionRows, out);
 }
@@ -145,13 +165,20 @@ int RunShow(CommandContext& context, const std::vector<std::string>& arguments) 
              {"--names", &names, "Print the names of the units or inputs alone, one to a line", "--json"}})) {
         return STATUS_OK;
     }
-    const std::unique_ptr<CVelmDocument> document = OpenDataFile(context, file);
+    const DataFilePath path = FindDataFile(context, file);
+    const std::unique_ptr<CVelmDocument> document = OpenDataFile(context, path, file);
     if (names) {
         PrintNames(*document, context.out);
-    } else if (json) {
-        context.out.WriteLine(DocumentAsJson(*document));
+        return STATUS_OK;
+    }
+    const CVelmRateDays days = RateDaysOf(context, path, *document);
+    if (json) {
+        context.out.WriteLine(DocumentAsJson(*document, days));
     } else {
-        PrintDocument(*document, context.out);
+        PrintDocument(*document, days, context.out);
+    }
+    if (const auto range = DaysOfRates(*document, days)) {
+        WarnOfOldRates(context, range->first);
     }
     return STATUS_OK;
 }

@@ -65,7 +65,8 @@ std::string FlagAsToml(std::int32_t flag) {
 
 class Exporter {
 public:
-    explicit Exporter(const CVelmDocument& document) : document_(document), units_(document) {}
+    Exporter(const CVelmDocument& document, const CVelmRateDays& days)
+        : document_(document), days_(days), units_(document) {}
 
     std::string Run() {
         Write(KEY_TITLE, TextAsToml(document_.title));
@@ -175,6 +176,9 @@ private:
             if (std::bit_cast<std::uint64_t>(conversion.offset) != 0) {
                 Write(KEY_OFFSET, NumberAsToml(conversion.offset));
             }
+            if (const auto day = days_.DayOf(conversion)) {
+                Write(KEY_DATE, ToUtf8(DayText(*day)));
+            }
             return;
         }
         if (conversion.WorksForward() || !conversion.WorksInReverse()) {
@@ -197,14 +201,15 @@ private:
     }
 
     const CVelmDocument& document_;
+    const CVelmRateDays& days_;
     CVelmItemIndex units_;
     std::string text_;
 };
 
 }  // namespace
 
-std::string SourceFromDocument(const CVelmDocument& document) {
-    return Exporter(document).Run();
+std::string SourceFromDocument(const CVelmDocument& document, const CVelmRateDays& days) {
+    return Exporter(document, days).Run();
 }
 
 }  // namespace velm

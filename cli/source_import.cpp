@@ -121,7 +121,8 @@ void ReadOutput(const CVelmSourceTable& table, CVelmItem& item) {
 
 class Importer {
 public:
-    Importer(const SourceFile& file, CVelmDocument& document) : file_(file), document_(document) {}
+    Importer(const SourceFile& file, CVelmDocument& document, CVelmRateDays& days)
+        : file_(file), document_(document), days_(days) {}
 
     void Read(const toml::table& source) {
         const CVelmSourceTable table(file_, source, "a data file", FILE_KEYS);
@@ -198,6 +199,22 @@ private:
         conversion.offset = table.Number(KEY_OFFSET, 0.0);
         conversion.forwardFormula = table.Text(KEY_FORWARD);
         conversion.reverseFormula = table.Text(KEY_REVERSE);
+        if (table.Has(KEY_DATE)) {
+            ReadDate(table, conversion);
+        }
+    }
+
+    void ReadDate(const CVelmSourceTable& table, const CVelmConversion& conversion) {
+        const auto* date = table.At(KEY_DATE).as_date();
+        if (date == nullptr) {
+            table.FailAtKey(KEY_DATE, "date must be a date, as in 2026-09-29");
+        }
+        const CVelmDay day(std::chrono::year(date->get().year), std::chrono::month(date->get().month),
+                           std::chrono::day(date->get().day));
+        days_.Set(conversion, day);
+        if (!days_.DayOf(conversion)) {
+            table.FailAtKey(KEY_DATE, "only a factor without an offset, between items with an id, can have a date");
+        }
     }
 
     /// By identifier or name, exactly; or by number.
@@ -227,18 +244,19 @@ private:
 
     const SourceFile& file_;
     CVelmDocument& document_;
+    CVelmRateDays& days_;
 };
 
 }  // namespace
 
 std::unique_ptr<CVelmDocument> DocumentFromSource(const SourceFile& file, std::string_view text, std::int32_t kind,
-                                                  const CVelmServices& services) {
+                                                  const CVelmServices& services, CVelmRateDays& days) {
     const toml::parse_result source = toml::parse(text);
     if (!source) {
         Fail(fmt::format("{}:{}: {}", file.name, source.error().source().begin.line, source.error().description()));
     }
     std::unique_ptr<CVelmDocument> document = CreateDocument(kind, services);
-    Importer(file, *document).Read(source.table());
+    Importer(file, *document, days).Read(source.table());
     return document;
 }
 

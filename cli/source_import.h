@@ -4,13 +4,14 @@
 #include <string_view>
 
 #include "model/document.h"
+#include "model/rate_days.h"
 #include "source_table.h"
 
 namespace velm {
 
 /// Makes a document of the text form of a data file (UTF-8). Ends the command with the file, the line and what is
-/// wrong there when the text is not right, or when it is no file of that kind.
+/// wrong there when the text is not right, or when it is no file of that kind. `days` gets the dates of its rates.
 std::unique_ptr<CVelmDocument> DocumentFromSource(const SourceFile& file, std::string_view text, std::int32_t kind,
-                                                  const CVelmServices& services);
+                                                  const CVelmServices& services, CVelmRateDays& days);
 
 }  // namespace velm

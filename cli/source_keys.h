@@ -34,6 +34,7 @@ inline constexpr std::string_view KEY_OFFSET = "offset";
 inline constexpr std::string_view KEY_FORWARD = "forward";
 inline constexpr std::string_view KEY_REVERSE = "reverse";
 inline constexpr std::string_view KEY_FLAG = "flag";
+inline constexpr std::string_view KEY_DATE = "date";
 
 /// Of a text that is written as its UTF-16 units.
 inline constexpr std::string_view KEY_UTF16 = "utf16";
@@ -44,7 +45,7 @@ inline constexpr std::array ITEM_KEYS{KEY_ID,     KEY_NAME,   KEY_TYPE,    KEY_V
                                       KEY_OUTPUT, KEY_SHOWN,  KEY_FORMATS, KEY_DISPLAY, KEY_INPUT,
                                       KEY_PARTS,  KEY_SOURCE, KEY_NOTE};
 inline constexpr std::array CONVERSION_KEYS{KEY_FROM,    KEY_TO,   KEY_FACTOR, KEY_OFFSET, KEY_FORWARD,
-                                            KEY_REVERSE, KEY_FLAG, KEY_SOURCE, KEY_NOTE};
+                                            KEY_REVERSE, KEY_FLAG, KEY_DATE,   KEY_SOURCE, KEY_NOTE};
 
 /// Words for the two types of item.
 inline constexpr std::string_view WORD_VALUE = "value";

@@ -45,13 +45,6 @@ CVelmStringView After(CVelmStringView text, char16_t separator) {
     return position == CVelmStringView::npos ? NO_TEXT : text.substr(position + 1);
 }
 
-/// 1 to 12 by the first three letters, 0 for anything else.
-int MonthOfName(CVelmStringView name) {
-    const auto month = std::ranges::find_if(
-        MONTH_PREFIXES, [name](CVelmStringView prefix) { return EqualsNoCase(name.substr(0, 3), prefix); });
-    return month == MONTH_PREFIXES.end() ? 0 : static_cast<int>(month - MONTH_PREFIXES.begin()) + 1;
-}
-
 /// "Friday, March 05, 2004"
 ParsedDate ReadWeekdayMonthDayYear(CVelmStringView text) {
     const CVelmStringView month = After(text, u' ');
@@ -114,6 +107,12 @@ int WithCentury(int year) {
 }
 
 }  // namespace
+
+int MonthOfName(CVelmStringView name) {
+    const auto month = std::ranges::find_if(
+        MONTH_PREFIXES, [name](CVelmStringView prefix) { return EqualsNoCase(name.substr(0, 3), prefix); });
+    return month == MONTH_PREFIXES.end() ? 0 : static_cast<int>(month - MONTH_PREFIXES.begin()) + 1;
+}
 
 DateTime ParseDate(CVelmStringView text, const CVelmClock& clock) {
     if (text.starts_with(u'.') || EqualsNoCase(text, u"TODAY")) {

@@ -12,4 +12,7 @@ namespace velm {
 /// Never fails: an unreadable month or day gives the cleared date, whose month is 0.
 DateTime ParseDate(CVelmStringView text, const CVelmClock& clock);
 
+/// 1 to 12 by the first three letters of an English name, 0 for anything else.
+int MonthOfName(CVelmStringView name);
+
 }  // namespace velm

@@ -130,7 +130,7 @@ INSTANTIATE_TEST_SUITE_P(Cli, Command, testing::Values("both_systems"));
 #else
 INSTANTIATE_TEST_SUITE_P(Cli, Command,
                          testing::Values("both_systems", "calc", "completion", "shipped", "convert", "eval", "feed",
-                                         "files", "options", "stream", "text_form", "update", "update_files"),
+                                         "files", "options", "rates", "stream", "text_form", "update", "update_files"),
                          [](const auto& transcript) { return std::string(transcript.param); });
 #endif
 
