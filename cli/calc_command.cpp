@@ -91,10 +91,10 @@ private:
             }
         }
         if (json_) {
-            context_.out.WriteLine(ResultsAsJson(AllItems(*document_), context_.services.locale, true));
+            context_.out.WriteLine(ResultsAsJson(ItemsOf(*document_, true), context_.services.locale, true));
             return STATUS_OK;
         }
-        PrintResults(ShownItems(*document_), given_, context_.services.locale, false, context_.out);
+        PrintResults(ItemsOf(*document_, false), given_, context_.services.locale, false, context_.out);
         return STATUS_OK;
     }
 
@@ -107,11 +107,11 @@ private:
                 return false;
             }
             if (json_) {
-                result = ResultsAsJson(AllItems(*document_), context_.services.locale, false);
+                result = ResultsAsJson(ItemsOf(*document_, true), context_.services.locale, false);
                 return true;
             }
             const char* separator = "";
-            for (const CVelmItem* item : ShownItems(*document_)) {
+            for (const CVelmItem* item : ItemsOf(*document_, false)) {
                 if (item->IsOutput()) {
                     result += separator + ResultText(*item, context_.services.locale, false);
                     separator = "\t";

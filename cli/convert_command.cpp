@@ -41,11 +41,7 @@ private:
         for (const std::string& text : targetTexts_) {
             targets_.push_back(&FindItem(*document_, text, "unit"));
         }
-        if (targets_.empty()) {
-            printed_ = json_ ? AllItems(*document_) : ShownItems(*document_);
-        } else {
-            printed_ = targets_;
-        }
+        printed_ = targets_.empty() ? ItemsOf(*document_, json_) : targets_;
     }
 
     int ConvertOnce() {

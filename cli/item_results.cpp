@@ -53,23 +53,14 @@ std::string ResultsAsJson(const std::vector<CVelmItem*>& items, const CVelmLocal
     return json.Result();
 }
 
-std::vector<CVelmItem*> ShownItems(const CVelmDocument& document) {
-    std::vector<CVelmItem*> shown;
+std::vector<CVelmItem*> ItemsOf(const CVelmDocument& document, bool withHidden) {
+    std::vector<CVelmItem*> items;
     for (const auto& item : document.items) {
-        if (item->shown != 0) {
-            shown.push_back(item.get());
+        if (withHidden || item->shown != 0) {
+            items.push_back(item.get());
         }
     }
-    return shown;
-}
-
-std::vector<CVelmItem*> AllItems(const CVelmDocument& document) {
-    std::vector<CVelmItem*> all;
-    all.reserve(document.items.size());
-    for (const auto& item : document.items) {
-        all.push_back(item.get());
-    }
-    return all;
+    return items;
 }
 
 }  // namespace velm

@@ -21,8 +21,7 @@ void PrintResults(const std::vector<CVelmItem*>& items, const std::vector<const 
 std::string ResultsAsJson(const std::vector<CVelmItem*>& items, const CVelmLocale& locale, bool indented,
                           const CVelmItemDays& days = {});
 
-/// The items of the list, in file order.
-std::vector<CVelmItem*> ShownItems(const CVelmDocument& document);
-std::vector<CVelmItem*> AllItems(const CVelmDocument& document);
+/// The items in file order, without those that the list hides or with them.
+std::vector<CVelmItem*> ItemsOf(const CVelmDocument& document, bool withHidden);
 
 }  // namespace velm

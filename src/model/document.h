@@ -8,7 +8,6 @@
 #include "formula/formula_context.h"
 #include "model/document_file.h"
 #include "model/item.h"
-#include "model/load_status.h"
 #include "platform/services.h"
 #include "platform/text.h"
 

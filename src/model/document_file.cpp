@@ -8,7 +8,6 @@
 #include "model/file_format.h"
 #include "model/file_replacement.h"
 #include "model/file_stream.h"
-#include "model/folder_names.h"
 
 namespace velm {
 

@@ -3,7 +3,6 @@
 #include <optional>
 #include <string>
 
-#include "model/load_status.h"
 #include "platform/services.h"
 #include "platform/text.h"
 
@@ -12,6 +11,17 @@ namespace velm {
 class CVelmDocument;
 class CVelmFileStream;
 struct CVelmFileHeader;
+
+/// How a load ended.
+enum class LoadStatus {
+    Ok,
+    CannotOpen,     ///< missing, or the system refuses
+    UnknownFormat,  ///< the first word is neither format's
+    SizeMismatch,   ///< the size word differs from the file's length
+    Truncated,      ///< a short read, or a text longer than its bound, in the header or between records
+    NegativeCount,
+    UnknownItemType,
+};
 
 /// The file behind a document: its name as the disk spells it, and what it held when it was last read or saved.
 class CVelmDocumentFile {

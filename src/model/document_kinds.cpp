@@ -4,41 +4,13 @@
 #include "model/conversion_document.h"
 
 namespace velm {
-namespace {
-
-template <typename Document>
-std::unique_ptr<CVelmDocument> Create(const CVelmServices& services) {
-    return std::make_unique<Document>(services);
-}
-
-struct Kind {
-    std::int32_t code = 0;
-    CVelmStringView extension;
-    CVelmStringView upperExtension;
-    std::unique_ptr<CVelmDocument> (*create)(const CVelmServices& services) = nullptr;
-};
-
-constexpr Kind KINDS[] = {{KIND_CONVERSION, u".cnv", u".CNV", Create<CVelmConversionDoc>},
-                          {KIND_CALCULATION, u".cal", u".CAL", Create<CVelmCalculationDoc>}};
-
-/// An empty row for an unknown code.
-Kind FindKind(std::int32_t code) {
-    for (const Kind& kind : KINDS) {
-        if (kind.code == code) {
-            return kind;
-        }
-    }
-    return {};
-}
-
-}  // namespace
 
 CVelmStringView ExtensionOfKind(std::int32_t kind) {
-    return FindKind(kind).extension;
+    return kind == KIND_CONVERSION ? u".cnv" : kind == KIND_CALCULATION ? u".cal" : u"";
 }
 
 CVelmStringView UpperExtensionOfKind(std::int32_t kind) {
-    return FindKind(kind).upperExtension;
+    return kind == KIND_CONVERSION ? u".CNV" : kind == KIND_CALCULATION ? u".CAL" : u"";
 }
 
 CVelmString WithExtension(const CVelmString& name, std::int32_t kind) {
@@ -46,17 +18,22 @@ CVelmString WithExtension(const CVelmString& name, std::int32_t kind) {
 }
 
 std::int32_t KindOfFileName(CVelmStringView fileName) {
-    for (const Kind& kind : KINDS) {
-        if (EndsWithNoCase(fileName, kind.extension)) {
-            return kind.code;
+    for (const std::int32_t kind : {KIND_CONVERSION, KIND_CALCULATION}) {
+        if (EndsWithNoCase(fileName, ExtensionOfKind(kind))) {
+            return kind;
         }
     }
     return 0;
 }
 
 std::unique_ptr<CVelmDocument> CreateDocument(std::int32_t kind, const CVelmServices& services) {
-    const auto create = FindKind(kind).create;
-    return create == nullptr ? nullptr : create(services);
+    if (kind == KIND_CONVERSION) {
+        return std::make_unique<CVelmConversionDoc>(services);
+    }
+    if (kind == KIND_CALCULATION) {
+        return std::make_unique<CVelmCalculationDoc>(services);
+    }
+    return nullptr;
 }
 
 }  // namespace velm

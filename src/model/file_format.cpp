@@ -116,8 +116,7 @@ LoadStatus ReadContent(CVelmFileStream& stream, const CVelmFileHeader& header, C
 
 std::optional<std::string> DocumentBytes(const CVelmDocument& document) {
     NumberItems(document);
-    std::string bytes;
-    CVelmFileStream stream(bytes);
+    CVelmFileStream stream;
     stream.WriteInt(static_cast<std::int32_t>(FILE_MAGIC));
     stream.WriteInt(0);  // the size, once it is known
     stream.WriteString(document.updatedText);
@@ -129,11 +128,11 @@ std::optional<std::string> DocumentBytes(const CVelmDocument& document) {
         item->Write(stream);
     }
     document.WriteTail(stream);
-    if (!stream.Close()) {
-        return std::nullopt;
+    auto bytes = stream.TakeBytes();
+    if (bytes) {
+        const auto size = static_cast<std::uint32_t>(bytes->size());
+        std::memcpy(bytes->data() + SIZE_POSITION, &size, sizeof size);
     }
-    const auto size = static_cast<std::uint32_t>(bytes.size());
-    std::memcpy(bytes.data() + SIZE_POSITION, &size, sizeof size);
     return bytes;
 }
 

@@ -4,7 +4,6 @@
 #include <array>
 
 #include "model/catalog.h"
-#include "model/folder_names.h"
 
 namespace velm {
 namespace {

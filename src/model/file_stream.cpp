@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <limits>
+#include <utility>
 
 namespace velm {
 
@@ -14,31 +14,13 @@ namespace {
 /// Enough for a whole header and most whole files.
 constexpr std::size_t BUFFER_SIZE = 8192;
 
-constexpr bool IsLineEnd(std::uint8_t byte) {
-    return byte == 10 || byte == 13;
-}
-
 }  // namespace
-
-CVelmFileStream::~CVelmFileStream() {
-    Close();
-}
-
-bool CVelmFileStream::OpenRead(const CVelmString& path) {
-    return Open(path, FileMode::Read);
-}
-bool CVelmFileStream::OpenWrite(const CVelmString& path) {
-    return Open(path, FileMode::Write);
-}
-bool CVelmFileStream::OpenAppend(const CVelmString& path) {
-    return Open(path, FileMode::Append);
-}
 
 bool CVelmFileStream::Open(const CVelmString& path, FileMode mode) {
     Close();
     writeFailed_ = false;
     openFailed_ = true;
-    if (path.empty() || files_ == nullptr) {
+    if (path.empty() || IsInMemory()) {
         return false;
     }
     file_ = files_->Open(path, mode);
@@ -54,9 +36,7 @@ bool CVelmFileStream::Open(const CVelmString& path, FileMode mode) {
 
 bool CVelmFileStream::Reopen() {
     file_ = files_->Open(path_, mode_);
-    buffer_.clear();
-    bufferPosition_ = 0;
-    filePosition_ = 0;
+    ForgetBuffer(0);
     openFailed_ = openFailed_ || file_ == nullptr;
     return file_ != nullptr;
 }
@@ -73,7 +53,7 @@ std::int64_t CVelmFileStream::FillBuffer() {
 }
 
 std::int32_t CVelmFileStream::Read(std::size_t count, void* buffer) {
-    if (file_ == nullptr || IsWriting()) {
+    if (!IsReading()) {
         return -1;
     }
     count = std::min<std::size_t>(count, std::numeric_limits<std::int32_t>::max());
@@ -89,22 +69,24 @@ std::int32_t CVelmFileStream::Read(std::size_t count, void* buffer) {
             }
         }
         const std::size_t step = std::min(count - done, buffer_.size() - bufferPosition_);
-        std::memcpy(static_cast<std::uint8_t*>(buffer) + done, buffer_.data() + bufferPosition_, step);
+        buffer_.copy(static_cast<char*>(buffer) + done, step, bufferPosition_);
         bufferPosition_ += step;
         done += step;
     }
     return static_cast<std::int32_t>(done);
 }
 
+bool CVelmFileStream::ReadWhole(void* buffer, std::size_t count) {
+    return Read(count, buffer) == static_cast<std::int32_t>(count);
+}
+
 bool CVelmFileStream::WriteBuffer() {
     if (buffer_.empty()) {
         return true;
     }
-    const std::int64_t moved = file_->Write(buffer_.data(), buffer_.size());
-    const bool whole = moved == static_cast<std::int64_t>(buffer_.size());
+    const bool whole = file_->Write(buffer_.data(), buffer_.size()) == static_cast<std::int64_t>(buffer_.size());
     writeFailed_ = writeFailed_ || !whole;
-    filePosition_ += buffer_.size();
-    buffer_.clear();
+    ForgetBuffer(filePosition_ + buffer_.size());
     return whole;
 }
 
@@ -112,40 +94,23 @@ std::int32_t CVelmFileStream::Write(const void* buffer, std::size_t count) {
     if (!IsWriting() || count > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
         return -1;
     }
-    if (memory_ != nullptr) {
-        memory_->append(static_cast<const char*>(buffer), count);
-        return static_cast<std::int32_t>(count);
-    }
-    const auto* bytes = static_cast<const std::uint8_t*>(buffer);
-    for (std::size_t done = 0; done < count;) {
-        const std::size_t step = std::min(count - done, BUFFER_SIZE - buffer_.size());
-        buffer_.insert(buffer_.end(), bytes + done, bytes + done + step);
-        done += step;
-        if (buffer_.size() == BUFFER_SIZE && !WriteBuffer()) {
-            return -1;
-        }
+    buffer_.append(static_cast<const char*>(buffer), count);
+    if (!IsInMemory() && buffer_.size() >= BUFFER_SIZE && !WriteBuffer()) {
+        return -1;
     }
     return static_cast<std::int32_t>(count);
 }
 
-bool CVelmFileStream::MoveTo(std::uint32_t position) {
-    if (file_ == nullptr || (IsWriting() && !WriteBuffer())) {
+bool CVelmFileStream::MoveTo(std::uint64_t position) {
+    if (file_ == nullptr || (IsWriting() && !WriteBuffer()) || !file_->Seek(position)) {
         return false;
     }
-    buffer_.clear();
-    bufferPosition_ = 0;
-    if (!file_->Seek(position)) {
-        return false;
-    }
-    filePosition_ = position;
+    ForgetBuffer(position);
     return true;
 }
 
 std::int32_t CVelmFileStream::ReadAt(std::uint32_t position, std::size_t count, void* buffer) {
-    if (file_ == nullptr || IsWriting()) {
-        return -1;
-    }
-    if (!MoveTo(position) && !(Reopen() && MoveTo(position))) {
+    if (!IsReading() || (!MoveTo(position) && !(Reopen() && MoveTo(position)))) {
         return -1;
     }
     const std::int32_t moved = Read(count, buffer);
@@ -165,7 +130,7 @@ std::int32_t CVelmFileStream::WriteAt(std::uint32_t position, const void* buffer
 
 std::int32_t CVelmFileStream::ReadLine(CVelmString& text) {
     text.clear();
-    if (file_ == nullptr || IsWriting()) {
+    if (!IsReading()) {
         return -1;
     }
     std::int32_t done = 0;
@@ -176,29 +141,14 @@ std::int32_t CVelmFileStream::ReadLine(CVelmString& text) {
                 return filled < 0 && done == 0 ? -1 : done;
             }
         }
-        const std::uint8_t byte = buffer_[bufferPosition_++];
+        const char byte = buffer_[bufferPosition_++];
         ++done;
-        if (IsLineEnd(byte)) {
+        if (byte == '\n' || byte == '\r') {
             break;
         }
-        text += static_cast<char16_t>(byte);
+        text += static_cast<char16_t>(static_cast<unsigned char>(byte));
     }
     return done;
-}
-
-bool CVelmFileStream::ReadInt(std::int32_t& value) {
-    return Read(sizeof value, &value) == static_cast<std::int32_t>(sizeof value);
-}
-
-bool CVelmFileStream::ReadDouble(double& value) {
-    return Read(sizeof value, &value) == static_cast<std::int32_t>(sizeof value);
-}
-
-std::int32_t CVelmFileStream::WriteInt(std::int32_t value) {
-    return Write(&value, sizeof value);
-}
-std::int32_t CVelmFileStream::WriteDouble(double value) {
-    return Write(&value, sizeof value);
 }
 
 std::int32_t CVelmFileStream::ReadString(CVelmString& text) {
@@ -208,11 +158,11 @@ std::int32_t CVelmFileStream::ReadString(CVelmString& text) {
     }
     const std::size_t bytes = static_cast<std::size_t>(length) * sizeof(char16_t);
     if (Remaining() < bytes) {
-        SkipToEnd();  // as a short read would
+        MoveTo(size_);  // as a short read would
         return 0;
     }
     CVelmString read(static_cast<std::size_t>(length), u'\0');
-    if (Read(bytes, read.data()) != static_cast<std::int32_t>(bytes)) {
+    if (!ReadWhole(read.data(), bytes)) {
         return 0;
     }
     text = std::move(read);
@@ -226,13 +176,11 @@ std::int32_t CVelmFileStream::WriteString(CVelmStringView text) {
     }
     const std::size_t bytes = text.size() * sizeof(char16_t);
     const auto counted = static_cast<std::int32_t>(bytes + sizeof(std::int32_t));
-    if (file_ == nullptr && memory_ == nullptr) {
+    if (file_ == nullptr && !IsInMemory()) {
         return counted;
     }
-    if (WriteInt(static_cast<std::int32_t>(text.size())) < 0 || Write(text.data(), bytes) < 0) {
-        return 0;
-    }
-    return counted;
+    const bool written = WriteInt(static_cast<std::int32_t>(text.size())) > 0 && Write(text.data(), bytes) >= 0;
+    return written ? counted : 0;
 }
 
 std::uint32_t CVelmFileStream::GetSize() {
@@ -248,19 +196,14 @@ std::uint64_t CVelmFileStream::Remaining() {
     return ahead + (size_ > filePosition_ ? size_ - filePosition_ : 0);
 }
 
-void CVelmFileStream::SkipToEnd() {
-    buffer_.clear();
-    bufferPosition_ = 0;
-    if (file_->Seek(size_)) {
-        filePosition_ = size_;
-    }
+std::uint64_t CVelmFileStream::Position() const {
+    return IsWriting() ? filePosition_ + buffer_.size() : filePosition_ - (buffer_.size() - bufferPosition_);
 }
 
-std::uint64_t CVelmFileStream::Position() const {
-    if (memory_ != nullptr) {
-        return memory_->size();
-    }
-    return IsWriting() ? filePosition_ + buffer_.size() : filePosition_ - (buffer_.size() - bufferPosition_);
+void CVelmFileStream::ForgetBuffer(std::uint64_t position) {
+    buffer_.clear();
+    bufferPosition_ = 0;
+    filePosition_ = position;
 }
 
 bool CVelmFileStream::GetTime(CVelmCalendarTime& time) {
@@ -275,16 +218,18 @@ bool CVelmFileStream::GetTime(CVelmCalendarTime& time) {
 }
 
 bool CVelmFileStream::Close() {
-    if (IsWriting()) {
+    if (file_ != nullptr && IsWriting()) {
         WriteBuffer();
     }
     file_.reset();
     path_.clear();
-    buffer_.clear();
-    bufferPosition_ = 0;
-    filePosition_ = 0;
+    ForgetBuffer(0);
     size_ = 0;
     return !writeFailed_;
+}
+
+std::optional<std::string> CVelmFileStream::TakeBytes() {
+    return writeFailed_ ? std::nullopt : std::optional(std::move(buffer_));
 }
 
 }  // namespace velm

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "platform/clock.h"
 #include "platform/file.h"
@@ -22,17 +22,16 @@ public:
     /// The services are not owned and outlive the stream.
     CVelmFileStream(CVelmFileSystem& files, const CVelmClock& clock) : files_(&files), clock_(&clock) {}
 
-    /// Appends what is written to `bytes` (not owned) instead of to a file. Nothing else can be done with such a
-    /// stream.
-    explicit CVelmFileStream(std::string& bytes) : memory_(&bytes) {}
-    ~CVelmFileStream();
+    /// A stream for writing into memory.
+    CVelmFileStream() : mode_(FileMode::Write) {}
+    ~CVelmFileStream() { Close(); }
     CVelmFileStream(const CVelmFileStream&) = delete;
     CVelmFileStream& operator=(const CVelmFileStream&) = delete;
 
     /// Failure to open sets the error flag. An empty path fails without touching the file system.
-    bool OpenRead(const CVelmString& path);
-    bool OpenWrite(const CVelmString& path);
-    bool OpenAppend(const CVelmString& path);
+    bool OpenRead(const CVelmString& path) { return Open(path, FileMode::Read); }
+    bool OpenWrite(const CVelmString& path) { return Open(path, FileMode::Write); }
+    bool OpenAppend(const CVelmString& path) { return Open(path, FileMode::Append); }
     bool HasError() const { return openFailed_; }
 
     /// Bytes moved, or -1 when the system refuses. Calls may be buffered: Close reports what was held back.
@@ -46,10 +45,10 @@ public:
     std::int32_t ReadLine(CVelmString& text);
 
     /// Reads a whole value; false when it is short.
-    bool ReadInt(std::int32_t& value);
-    bool ReadDouble(double& value);
-    std::int32_t WriteInt(std::int32_t value);
-    std::int32_t WriteDouble(double value);
+    bool ReadInt(std::int32_t& value) { return ReadWhole(&value, sizeof value); }
+    bool ReadDouble(double& value) { return ReadWhole(&value, sizeof value); }
+    std::int32_t WriteInt(std::int32_t value) { return Write(&value, sizeof value); }
+    std::int32_t WriteDouble(double value) { return Write(&value, sizeof value); }
 
     /// A counted string: signed length, then that many UTF-16LE units. Returns its bytes, 0 on failure. A text too
     /// long to be read again counts as a failed write. Without an open file, WriteString only returns the bytes.
@@ -73,27 +72,34 @@ public:
     /// Closes and forgets the path. False when any write since opening failed.
     bool Close();
 
+    /// What was written into memory; nothing when a write failed.
+    std::optional<std::string> TakeBytes();
+
 private:
     bool Open(const CVelmString& path, FileMode mode);
     bool Reopen();
-    bool IsWriting() const { return memory_ != nullptr || (file_ != nullptr && mode_ != FileMode::Read); }
+    bool IsInMemory() const { return files_ == nullptr; }
+    bool IsReading() const { return file_ != nullptr && mode_ == FileMode::Read; }
+    bool IsWriting() const { return IsInMemory() || (file_ != nullptr && mode_ != FileMode::Read); }
+    bool ReadWhole(void* buffer, std::size_t count);
 
     /// Fills the empty buffer from the file. Bytes read, or -1.
     std::int64_t FillBuffer();
     bool WriteBuffer();
-    bool MoveTo(std::uint32_t position);
-    void SkipToEnd();
+    bool MoveTo(std::uint64_t position);
 
-    CVelmFileSystem* files_ = nullptr;  ///< not owned; null with memory_
-    const CVelmClock* clock_ = nullptr;
-    std::string* memory_ = nullptr;  ///< what is written goes there; null with files_
+    /// The system is at the position now.
+    void ForgetBuffer(std::uint64_t position);
+
+    CVelmFileSystem* files_ = nullptr;   ///< null for a stream into memory
+    const CVelmClock* clock_ = nullptr;  ///< the same
     std::unique_ptr<CVelmFile> file_;
     CVelmString path_;
     FileMode mode_ = FileMode::Read;
-    std::vector<std::uint8_t> buffer_;  ///< bytes read ahead, or not yet written
-    std::size_t bufferPosition_ = 0;    ///< first byte of the buffer that is not yet read
-    std::uint64_t filePosition_ = 0;    ///< where the system reads or writes next; from 0 when appending
-    std::uint64_t size_ = 0;            ///< length when opened for reading
+    std::string buffer_;              ///< bytes read ahead, or not yet written
+    std::size_t bufferPosition_ = 0;  ///< first byte of the buffer that is not yet read
+    std::uint64_t filePosition_ = 0;  ///< where the system reads or writes next; from 0 when appending
+    std::uint64_t size_ = 0;          ///< length when opened for reading
     bool openFailed_ = false;
     bool writeFailed_ = false;
 };

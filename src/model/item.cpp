@@ -1,8 +1,9 @@
 #include "model/item.h"
 
+#include <algorithm>
+
 #include "formula/formula_context.h"
 #include "model/file_stream.h"
-#include "model/value_format_record.h"
 
 namespace velm {
 
@@ -13,6 +14,36 @@ constexpr std::int32_t OLD_FORMAT_HAS_PARTS = 1;
 
 void RemoveTrailingSpaces(CVelmString& text) {
     text.erase(text.find_last_not_of(u' ') + 1);
+}
+
+bool ReadCompoundParts(CVelmFileStream& stream, CVelmCompoundParts& parts) {
+    return std::all_of(parts.begin(), parts.end(), [&stream](CVelmCompoundPart& part) {
+        return stream.ReadString(part.label) > 0 && stream.ReadDouble(part.factor);
+    });
+}
+
+/// The three format words, and the compound parts when the item allows them.
+bool ReadValueFormat(CVelmFileStream& stream, CVelmValueFormat& format) {
+    for (std::uint32_t* word : {&format.allowedFormats, &format.displayFormat, &format.inputFormat}) {
+        std::int32_t code = 0;
+        if (!stream.ReadInt(code)) {
+            return false;
+        }
+        *word = static_cast<std::uint32_t>(code);
+    }
+    return (format.allowedFormats & FMT_COMPOUND) == 0 || ReadCompoundParts(stream, format.compoundParts);
+}
+
+void WriteValueFormat(CVelmFileStream& stream, const CVelmValueFormat& format) {
+    for (const std::uint32_t word : {format.allowedFormats, format.displayFormat, format.inputFormat}) {
+        stream.WriteInt(static_cast<std::int32_t>(word));
+    }
+    if ((format.allowedFormats & FMT_COMPOUND) != 0) {
+        for (const CVelmCompoundPart& part : format.compoundParts) {
+            stream.WriteString(part.label);
+            stream.WriteDouble(part.factor);
+        }
+    }
 }
 
 }  // namespace
@@ -30,7 +61,7 @@ std::int32_t CVelmItem::Write(CVelmFileStream& stream) const {
 std::int32_t CVelmItem::Read(CVelmFileStream& stream) {
     const std::uint64_t start = stream.Position();
     const bool whole = stream.ReadString(name) > 0 && stream.ReadString(identifier) > 0 &&
-                       stream.ReadString(valueText) > 0 && stream.ReadInt(shown) && ReadValueFormat(stream, format) > 0;
+                       stream.ReadString(valueText) > 0 && stream.ReadInt(shown) && ReadValueFormat(stream, format);
     return whole ? stream.BytesSince(start) : 0;
 }
 
@@ -44,7 +75,7 @@ std::int32_t CVelmItem::ReadOld(CVelmFileStream& stream) {
     RemoveTrailingSpaces(identifier);
     RemoveTrailingSpaces(name);
     format.SetAllowedFormats(static_cast<std::uint32_t>(formatWord));
-    if ((formatWord & OLD_FORMAT_HAS_PARTS) != 0 && ReadCompoundParts(stream, format.compoundParts) <= 0) {
+    if ((formatWord & OLD_FORMAT_HAS_PARTS) != 0 && !ReadCompoundParts(stream, format.compoundParts)) {
         return 0;
     }
     shown = 0;  // the list entries behind the items name those that are shown

@@ -3,8 +3,6 @@
 #include <string>
 #include <string_view>
 
-#include "model/folder_names.h"
-
 namespace velm {
 namespace {
 

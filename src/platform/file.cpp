@@ -19,6 +19,18 @@ bool ReadToEnd(CVelmFile& file, std::size_t limit, std::string& bytes) {
     return true;
 }
 
+std::optional<CVelmString> FindInFolder(CVelmFileSystem& files, const CVelmString& folder, const CVelmString& name) {
+    if (files.Exists(folder + name)) {
+        return name;
+    }
+    for (const CVelmFolderEntry& entry : files.List(folder).value_or(std::vector<CVelmFolderEntry>())) {
+        if (!entry.isFolder && EqualsNoCase(entry.name, name)) {
+            return entry.name;
+        }
+    }
+    return std::nullopt;
+}
+
 CVelmString WithSeparator(CVelmString folder) {
     if (folder.empty() || folder.back() != FolderSeparator) {
         folder += FolderSeparator;

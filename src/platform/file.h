@@ -73,6 +73,10 @@ public:
 /// before.
 bool ReadToEnd(CVelmFile& file, std::size_t limit, std::string& bytes);
 
+/// The file of a folder with that name in any letter case, as the folder spells it; the exact spelling is preferred.
+/// Nothing when there is none. The folder ends with a separator or is empty.
+std::optional<CVelmString> FindInFolder(CVelmFileSystem& files, const CVelmString& folder, const CVelmString& name);
+
 /// "\" on Windows, "/" elsewhere.
 extern const char16_t FolderSeparator;
 

@@ -4,7 +4,6 @@
 
 #include "model/file_replacement.h"
 #include "model/file_stream.h"
-#include "model/folder_names.h"
 #include "platform/scope_exit.h"
 #include "update/update_file.h"
 

@@ -1,17 +1,14 @@
 #include "update/merge.h"
 
-#include <array>
-#include <functional>
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <optional>
-#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "model/file_stream.h"
-#include "model/folder_names.h"
 #include "update/update_file.h"
 
 namespace velm {
@@ -29,79 +26,33 @@ struct Update {
     CVelmString timeStamp;
 };
 
-/// Index of the units by identifier.
-class CVelmUnitFinder {
-public:
-    explicit CVelmUnitFinder(const CVelmDocument& document) {
-        for (const auto& item : document.items) {
-            if (!item->identifier.empty()) {
-                units_[FoldCase(item->identifier)].push_back(item.get());
-            }
+/// By identifier, letter case set aside; the items that carry one are in the document's order.
+using Units = std::unordered_map<CVelmString, std::vector<CVelmItem*>>;
+
+Units UnitsOf(const CVelmDocument& document) {
+    Units units;
+    for (const auto& item : document.items) {
+        if (!item->identifier.empty()) {
+            units[FoldCase(item->identifier)].push_back(item.get());
         }
     }
+    return units;
+}
 
-    /// Nothing when either unit is missing. A rate between equal identifiers refers to the first two items with it.
-    std::optional<std::pair<CVelmItem*, CVelmItem*>> Find(CVelmStringView a, CVelmStringView b) const {
-        const CVelmString foldedA = FoldCase(a);
-        const CVelmString foldedB = FoldCase(b);
-        const auto first = units_.find(foldedA);
-        const auto second = units_.find(foldedB);
-        if (first == units_.end() || second == units_.end()) {
-            return std::nullopt;
-        }
-        const std::size_t position2 = foldedA == foldedB ? 1 : 0;
-        if (position2 == second->second.size()) {
-            return std::nullopt;
-        }
-        return std::pair(first->second.front(), second->second[position2]);
-    }
-
-private:
-    std::unordered_map<CVelmString, std::vector<CVelmItem*>> units_;  ///< by identifier, in the document's order
-};
-
-/// Index of the first conversion between two units in either direction.
-class CVelmConversionFinder {
-public:
-    explicit CVelmConversionFinder(CVelmConversionDoc& document) : document_(document) {
-        for (const auto& conversion : document.conversions) {
-            conversions_.try_emplace(KeyOf(conversion->unit1, conversion->unit2), conversion.get());
-        }
-    }
-
-    CVelmConversion& FindOrAdd(CVelmItem* a, CVelmItem* b) {
-        CVelmConversion*& found = conversions_[KeyOf(a, b)];
-        if (found == nullptr) {
-            found = document_.AddConversion(std::make_unique<CVelmConversion>(document_));
-        }
-        return *found;
-    }
-
-private:
-    using Key = std::pair<const CVelmItem*, const CVelmItem*>;
-
-    static Key KeyOf(const CVelmItem* a, const CVelmItem* b) { return std::less<>()(a, b) ? Key(a, b) : Key(b, a); }
-
-    CVelmConversionDoc& document_;
-    std::map<Key, CVelmConversion*> conversions_;
-};
-
-bool HasUpdateMagic(CVelmFileStream& stream) {
-    std::array<char, UPDATE_MAGIC.size()> magic;
-    const std::int32_t count = stream.Read(magic.size(), magic.data());
-    return count == static_cast<std::int32_t>(magic.size()) &&
-           FromUtf8(std::string_view(magic.data(), magic.size())) == UPDATE_MAGIC;
+/// The n-th unit that carries the identifier, counted from 0; null when there is none.
+CVelmItem* FindUnit(const Units& units, CVelmStringView identifier, std::size_t n) {
+    const auto found = units.find(FoldCase(identifier));
+    return found == units.end() || n >= found->second.size() ? nullptr : found->second[n];
 }
 
 /// Nothing when the file is not an update file or cannot be read to its end.
 std::optional<Update> ReadUpdate(CVelmFileStream& stream, const CVelmDocument& document, FormulaContext& context) {
-    if (!HasUpdateMagic(stream)) {
+    CVelmString line;
+    if (stream.ReadLine(line) <= 0 || !line.starts_with(UPDATE_MAGIC)) {
         return std::nullopt;
     }
     Update update;
-    const CVelmUnitFinder units(document);
-    CVelmString line;
-    stream.ReadLine(line);  // the rest of the first line
+    const Units units = UnitsOf(document);
     while (ReadFilledLine(stream, line)) {
         if (line.starts_with(UPDATED_LINE)) {
             update.timeStamp += u"Downloaded file timestamp: ";
@@ -112,25 +63,35 @@ std::optional<Update> ReadUpdate(CVelmFileStream& stream, const CVelmDocument& d
         if (!rate || !EvaluateFormula(context, rate->factor, factor) || factor == 0.0) {
             continue;
         }
-        if (const auto pair = units.Find(rate->unit1, rate->unit2)) {
-            update.rates.push_back({pair->first, pair->second, factor});
+        // A rate between equal identifiers refers to the first two items with it.
+        CVelmItem* const unit1 = FindUnit(units, rate->unit1, 0);
+        CVelmItem* const unit2 = FindUnit(units, rate->unit2, EqualsNoCase(rate->unit1, rate->unit2) ? 1 : 0);
+        if (unit1 != nullptr && unit2 != nullptr) {
+            update.rates.push_back({unit1, unit2, factor});
         }
     }
     return stream.Remaining() == 0 ? std::optional(std::move(update)) : std::nullopt;
 }
 
 void Apply(const Update& update, CVelmConversionDoc& document) {
-    CVelmConversionFinder conversions(document);
+    // The first conversion between two units, in either direction.
+    std::map<std::pair<CVelmItem*, CVelmItem*>, CVelmConversion*> conversions;
+    for (const auto& conversion : document.conversions) {
+        conversions.try_emplace(std::minmax(conversion->unit1, conversion->unit2), conversion.get());
+    }
     for (const Rate& rate : update.rates) {
-        CVelmConversion& conversion = conversions.FindOrAdd(rate.unit1, rate.unit2);
-        conversion.formulaFlag = 0;
+        CVelmConversion*& conversion = conversions[std::minmax(rate.unit1, rate.unit2)];
+        if (conversion == nullptr) {
+            conversion = document.AddConversion(std::make_unique<CVelmConversion>(document));
+        }
+        conversion->formulaFlag = 0;
         // Deliberate: a conversion stored in the opposite direction is reversed to that of the rate.
-        conversion.unit1 = rate.unit1;
-        conversion.unit2 = rate.unit2;
-        conversion.factor = rate.factor;
-        conversion.offset = 0.0;
-        conversion.forwardFormula.clear();
-        conversion.reverseFormula.clear();
+        conversion->unit1 = rate.unit1;
+        conversion->unit2 = rate.unit2;
+        conversion->factor = rate.factor;
+        conversion->offset = 0.0;
+        conversion->forwardFormula.clear();
+        conversion->reverseFormula.clear();
     }
     // The file format's maximum.
     document.Touch(update.timeStamp.substr(0, CVelmFileStream::MAX_STRING));
