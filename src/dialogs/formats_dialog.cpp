@@ -3,10 +3,7 @@
 
 #include "dialogs/dialog_frame.h"
 #include "dialogs/dialogs.h"
-#include "formats/decimal_format.h"
 #include "formats/format_table.h"
-#include "formats/value_format.h"
-#include "formula/tokenizer.h"
 #include "resource.h"
 
 namespace velm {
@@ -17,23 +14,10 @@ WORD BoxOf(const FormatKind& format) {
     return static_cast<WORD>(IDC_FIRST_FORMAT + std::countr_zero(format.code));
 }
 
-struct PartBoxes {
-    WORD factor;
-    WORD label;
-    std::size_t maxLabel;
-};
-
-constexpr std::size_t LABEL_MAX = 8;
-
-// The third label has no limit, deliberately: files with longer ones there keep them.
-constexpr std::array<PartBoxes, COMPOUND_PARTS> PART_BOXES = {
-    PartBoxes{IDC_PART_FACTOR_1, IDC_PART_LABEL_1, LABEL_MAX},
-    PartBoxes{IDC_PART_FACTOR_2, IDC_PART_LABEL_2, LABEL_MAX},
-    PartBoxes{IDC_PART_FACTOR_3, IDC_PART_LABEL_3, DIALOG_FREE_TEXT_MAX},
-    PartBoxes{IDC_PART_FACTOR_4, IDC_PART_LABEL_4, LABEL_MAX},
-};
-
-constexpr double FACTOR_MAX = 1e20;
+constexpr std::array<WORD, COMPOUND_PARTS> FACTOR_BOXES = {IDC_PART_FACTOR_1, IDC_PART_FACTOR_2, IDC_PART_FACTOR_3,
+                                                           IDC_PART_FACTOR_4};
+constexpr std::array<WORD, COMPOUND_PARTS> LABEL_BOXES = {IDC_PART_LABEL_1, IDC_PART_LABEL_2, IDC_PART_LABEL_3,
+                                                          IDC_PART_LABEL_4};
 
 // Places, in pixels at scale 1.
 constexpr int CHECK_HEIGHT = 18;
@@ -96,22 +80,13 @@ public:
 
 protected:
     HWND OnInit() override {
+        const CVelmFormatEntry entry = EntryOf(format_);
         for (const FormatKind& format : Formats()) {
-            Check(BoxOf(format), (format_.allowedFormats & format.code) != 0);
+            Check(BoxOf(format), (entry.allowed & format.code) != 0);
         }
-        std::size_t used = 0;
-        if (IsChecked(IDC_FORMAT_COMPOUND)) {
-            used = 1;
-            while (used < PART_BOXES.size() && format_.compoundParts[used].factor != 0.0) {
-                ++used;
-            }
-        }
-        for (std::size_t i = 0; i < PART_BOXES.size(); ++i) {
-            const CVelmCompoundPart part = i < used ? format_.compoundParts[i] : CVelmCompoundPart();
-            factors_[i] = i == 0 ? 1.0 : part.factor;
-            factorTexts_[i] = NumberToText(factors_[i]);
-            SetText(PART_BOXES[i].factor, factorTexts_[i]);
-            SetText(PART_BOXES[i].label, part.label, PART_BOXES[i].maxLabel);
+        for (std::size_t i = 0; i < entry.parts.size(); ++i) {
+            SetText(FACTOR_BOXES[i], entry.parts[i].first);
+            SetText(LABEL_BOXES[i], entry.parts[i].second, MAX_PART_LABELS[i]);
         }
         return nullptr;
     }
@@ -123,64 +98,31 @@ protected:
     }
 
     void OnOk() override {
-        for (std::size_t i = 1; i < PART_BOXES.size(); ++i) {
-            if (!ReadFactor(i)) {
-                Refuse(PART_BOXES[i].factor, u"Please enter a number between 0 and 1E20.");
-                return;
-            }
-        }
-        for (const PartBoxes& boxes : PART_BOXES) {
-            if (LabelText(boxes).size() > boxes.maxLabel) {
-                Refuse(boxes.label, u"Please enter no more than 8 characters.");
-                return;
-            }
-        }
-        std::uint32_t mask = 0;
+        CVelmFormatEntry entry;
         for (const FormatKind& format : Formats()) {
-            mask |= IsChecked(BoxOf(format)) ? format.code : 0;
+            entry.allowed |= IsChecked(BoxOf(format)) ? format.code : 0;
         }
-        format_.SetAllowedFormats(mask);
-        if ((mask & FMT_COMPOUND) != 0) {
-            StoreParts();
+        for (std::size_t i = 0; i < entry.parts.size(); ++i) {
+            entry.parts[i] = {Text(FACTOR_BOXES[i]), Text(LABEL_BOXES[i], DIALOG_FREE_TEXT_MAX)};
         }
-        End(IDOK);
+        std::size_t part = 0;
+        switch (EditFormats(format_, entry, part)) {
+            case EntryFault::FactorIsOutOfRange:
+                Refuse(FACTOR_BOXES[part], u"Please enter a number between 0 and 1E20.");
+                return;
+            case EntryFault::LabelIsTooLong:
+                Refuse(LABEL_BOXES[part], u"Please enter no more than 8 characters.");
+                return;
+            default:
+                End(IDOK);
+        }
     }
 
 private:
     void Check(int control, bool on) const { Send(control, BM_SETCHECK, on ? BST_CHECKED : BST_UNCHECKED); }
     bool IsChecked(int control) const { return Send(control, BM_GETCHECK) == BST_CHECKED; }
-    CVelmString LabelText(const PartBoxes& boxes) const { return Text(boxes.label, DIALOG_FREE_TEXT_MAX); }
-
-    /// Reads a factor that was changed; one that was not keeps the digits that its box does not show. False when the
-    /// factor is none or out of range, which a file's own can be too.
-    bool ReadFactor(std::size_t part) {
-        const CVelmString text = Text(PART_BOXES[part].factor);
-        if (text != factorTexts_[part]) {
-            double factor = 0.0;
-            if (!text.empty() && !ScanNumber(ToLowerAscii(text), factor)) {
-                return false;
-            }
-            factors_[part] = factor;
-            factorTexts_[part] = text;
-        }
-        return factors_[part] >= 0.0 && factors_[part] <= FACTOR_MAX;
-    }
-
-    void StoreParts() const {
-        CVelmCompoundParts& parts = format_.compoundParts;
-        parts[0] = {LabelText(PART_BOXES[0]), 1.0};
-        for (std::size_t i = 1; i < parts.size(); ++i) {
-            parts[i].factor = factors_[i];
-            if (factors_[i] == 0.0) {
-                return;
-            }
-            parts[i].label = LabelText(PART_BOXES[i]);
-        }
-    }
 
     CVelmValueFormat& format_;
-    std::array<double, COMPOUND_PARTS> factors_{};
-    std::array<CVelmString, COMPOUND_PARTS> factorTexts_;
 };
 
 }  // namespace

@@ -15,7 +15,7 @@ namespace velm {
 //
 // Units linked through unsolved ones are unreachable or open all together. The marks may miss an unreachable unit but
 // are never wrong about one: all units are unreachable while nothing is known; closing a unit only takes paths away;
-// one that becomes known reopens what it leads to (AnnounceKnown); one that the search backtracks from is unreachable
+// one that becomes known reopens what it leads to (SetKnown); one that the search backtracks from is unreachable
 // like all its neighbors or reopens them (Backtrack). A missed unit is marked when the search backtracks from it.
 //
 // The marks lie side by side, apart from the items, so that a search of many units mostly stays within the cache.
@@ -30,41 +30,21 @@ public:
         taken_.reserve(items.size());
     }
 
-    /// True for an item of the document; its index is right.
-    static bool IsOwn(const CVelmItems& items, const CVelmItem* item) {
-        return item != nullptr && item->index >= 0 && static_cast<std::size_t>(item->index) < items.size() &&
-               items[static_cast<std::size_t>(item->index)].get() == item;
-    }
-
-    std::vector<CVelmStepTaken> TakeSteps() { return std::move(taken_); }
-
-    void SetKnown(std::size_t unit) {
-        marks_[unit] = Mark::Known;
-        AnnounceKnown(unit);
-    }
-
-    /// Depth-first search for a route to `target`, unless it is solved or unreachable. Its stack is route_, so that
-    /// long chains of bridges need none of the program's.
-    void Solve(std::size_t target) {
-        if (marks_[target] != Mark::Open) {
-            return;
+    /// Solves for the units that are shown or asked for. Returns the steps that it took, in order.
+    std::vector<CVelmStepTaken> Run(const CVelmItem* current, std::span<const CVelmItem* const> asked) {
+        if (IsOwn(current) && current->state == STATE_VALID) {
+            SetKnown(static_cast<std::size_t>(current->index));
         }
-        bool solved = Enter(target);
-        while (!route_.empty()) {
-            Visit& visit = route_.back();
-            if (solved) {
-                // The bridge entered last has been solved, perhaps with an error, and then the step does not apply.
-                solved = Apply(steps_[visit.nextStep - 1], visit.unit);
-                if (solved) {
-                    route_.pop_back();
-                }
-            } else if (const Step* bridge = NextBridge(visit)) {
-                solved = Enter(bridge->source);
-            } else {
-                Backtrack(visit.unit);
-                route_.pop_back();
+        std::vector<bool> isAsked(items_.size());
+        for (const CVelmItem* item : asked) {
+            isAsked[static_cast<std::size_t>(item->index)] = true;
+        }
+        for (std::size_t unit = 0; unit < items_.size(); ++unit) {
+            if (marks_[unit] == Mark::Open && (items_[unit]->shown != 0 || isAsked[unit])) {
+                Solve(unit);
             }
         }
+        return std::move(taken_);
     }
 
 private:
@@ -90,10 +70,15 @@ private:
         std::size_t nextStep;
     };
 
+    /// True for an item of the document; its index is right.
+    bool IsOwn(const CVelmItem* item) const {
+        return item != nullptr && item->index >= 0 && static_cast<std::size_t>(item->index) < items_.size() &&
+               items_[static_cast<std::size_t>(item->index)].get() == item;
+    }
+
     /// A conversion of a unit with itself never applies: its unit is being solved whenever it is looked at.
     bool IsEdge(const CVelmConversion& conversion) const {
-        return conversion.unit1 != conversion.unit2 && IsOwn(items_, conversion.unit1) &&
-               IsOwn(items_, conversion.unit2);
+        return conversion.unit1 != conversion.unit2 && IsOwn(conversion.unit1) && IsOwn(conversion.unit2);
     }
 
     /// Groups the conversions by the unit that they compute, each conversion once for either end.
@@ -128,6 +113,27 @@ private:
         return {steps_.data() + firstStep_[unit], steps_.data() + firstStep_[unit + 1]};
     }
 
+    /// Depth-first search for a route to `target`. Its stack is route_, so that long chains of bridges need none of the
+    /// program's.
+    void Solve(std::size_t target) {
+        bool solved = Enter(target);
+        while (!route_.empty()) {
+            Visit& visit = route_.back();
+            if (solved) {
+                // The bridge entered last has been solved, perhaps with an error, and then the step does not apply.
+                solved = Apply(steps_[visit.nextStep - 1], visit.unit);
+                if (solved) {
+                    route_.pop_back();
+                }
+            } else if (const Step* bridge = NextBridge(visit)) {
+                solved = Enter(bridge->source);
+            } else {
+                Backtrack(visit.unit);
+                route_.pop_back();
+            }
+        }
+    }
+
     /// Closes a unit and tries the steps from known units. True when one applied; otherwise the unit joins the route.
     bool Enter(std::size_t unit) {
         marks_[unit] = Mark::Closed;
@@ -152,6 +158,16 @@ private:
         return true;
     }
 
+    /// Reopens the units that the newly known unit leads to.
+    void SetKnown(std::size_t unit) {
+        marks_[unit] = Mark::Known;
+        for (const Step& step : StepsTo(unit)) {
+            if (step.worksBack) {
+                Reopen(step.source);
+            }
+        }
+    }
+
     /// The next step whose source is worth solving first, null when there is none left. A step that will not apply
     /// counts as well: solving its source may make other units known.
     const Step* NextBridge(Visit& visit) const {
@@ -172,15 +188,6 @@ private:
             if (source == Mark::Open || (source == Mark::Known && step.works)) {
                 Reopen(unit);
                 return;
-            }
-        }
-    }
-
-    /// Reopens the units that a newly known unit leads to.
-    void AnnounceKnown(std::size_t unit) {
-        for (const Step& step : StepsTo(unit)) {
-            if (step.worksBack) {
-                Reopen(step.source);
             }
         }
     }
@@ -218,26 +225,13 @@ private:
 std::vector<CVelmStepTaken> SolveConversions(const CVelmItems& items, const CVelmConversions& conversions,
                                              const CVelmItem* current, std::span<const CVelmItem* const> asked,
                                              FormulaContext& context) {
-    std::vector<bool> isTarget(items.size());
     for (std::size_t i = 0; i < items.size(); ++i) {
-        CVelmItem& item = *items[i];
-        item.index = static_cast<std::int32_t>(i);
-        item.state = &item == current ? item.state : STATE_NONE;
-        isTarget[i] = item.shown != 0;
-    }
-    for (const CVelmItem* item : asked) {
-        isTarget[static_cast<std::size_t>(item->index)] = true;
-    }
-    Search search(items, conversions, context);
-    if (Search::IsOwn(items, current) && current->state == STATE_VALID) {
-        search.SetKnown(static_cast<std::size_t>(current->index));
-    }
-    for (std::size_t unit = 0; unit < items.size(); ++unit) {
-        if (isTarget[unit]) {
-            search.Solve(unit);
+        items[i]->index = static_cast<std::int32_t>(i);
+        if (items[i].get() != current) {
+            items[i]->state = STATE_NONE;
         }
     }
-    return search.TakeSteps();
+    return Search(items, conversions, context).Run(current, asked);
 }
 
 bool RepeatSteps(std::span<const CVelmStepTaken> steps, FormulaContext& context) {

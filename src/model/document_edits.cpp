@@ -6,6 +6,7 @@
 #include "formats/decimal_format.h"
 #include "formula/formula.h"
 #include "formula/functions.h"
+#include "formula/tokenizer.h"
 #include "model/catalog.h"
 #include "model/file_names.h"
 
@@ -70,6 +71,30 @@ EntryFault TakeNumbers(const CVelmConversionEntry& entry, FormulaContext& contex
                                                                      : EntryFault::OffsetDoesNotEvaluate;
 }
 
+constexpr double MAX_PART_FACTOR = 1e20;
+
+/// The compound parts that an item uses; the others are empty.
+CVelmCompoundParts PartsInUse(const CVelmValueFormat& format) {
+    CVelmCompoundParts parts;
+    for (std::size_t i = 0; (format.allowedFormats & FMT_COMPOUND) != 0 && i < parts.size(); ++i) {
+        if (i > 0 && format.compoundParts[i].factor == 0.0) {
+            break;
+        }
+        parts[i] = format.compoundParts[i];
+    }
+    parts[0].factor = 1.0;
+    return parts;
+}
+
+/// Reads the factor of a part whose text was changed; an empty one is 0, which ends the parts.
+bool ReadFactor(const CVelmString& text, double& factor) {
+    if (text == NumberToText(factor)) {
+        return factor >= 0.0 && factor <= MAX_PART_FACTOR;
+    }
+    factor = 0.0;
+    return text.empty() || (ScanNumber(ToLowerAscii(text), factor) && factor >= 0.0 && factor <= MAX_PART_FACTOR);
+}
+
 }  // namespace
 
 CVelmItemEntry EntryOf(const CVelmItem& item) {
@@ -105,6 +130,38 @@ EntryFault EditItem(CVelmDocument& document, CVelmItem& item, const CVelmItemEnt
         static_cast<CVelmFormulaItem&>(item).output = entry.output;
     }
     document.Touch();
+    return EntryFault::None;
+}
+
+CVelmFormatEntry EntryOf(const CVelmValueFormat& format) {
+    CVelmFormatEntry entry{format.allowedFormats, {}};
+    const CVelmCompoundParts parts = PartsInUse(format);
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        entry.parts[i] = {NumberToText(parts[i].factor), parts[i].label};
+    }
+    return entry;
+}
+
+EntryFault EditFormats(CVelmValueFormat& format, const CVelmFormatEntry& entry, std::size_t& part) {
+    CVelmCompoundParts parts = PartsInUse(format);
+    for (part = 1; part < parts.size(); ++part) {
+        if (!ReadFactor(entry.parts[part].first, parts[part].factor)) {
+            return EntryFault::FactorIsOutOfRange;
+        }
+    }
+    for (part = 0; part < parts.size(); ++part) {
+        if (entry.parts[part].second.size() > MAX_PART_LABELS[part]) {
+            return EntryFault::LabelIsTooLong;
+        }
+    }
+    format.SetAllowedFormats(entry.allowed);
+    for (std::size_t i = 0; (entry.allowed & FMT_COMPOUND) != 0 && i < parts.size(); ++i) {
+        format.compoundParts[i].factor = parts[i].factor;
+        if (parts[i].factor == 0.0) {
+            break;
+        }
+        format.compoundParts[i].label = entry.parts[i].second;
+    }
     return EntryFault::None;
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "model/conversion_document.h"
+#include "model/file_stream.h"
 #include "platform/text.h"
 
 namespace velm {
@@ -20,6 +23,8 @@ enum class EntryFault {
     IdentifierIsBuiltIn,  ///< formulas that name it mean the language's own value
     IdentifierIsTaken,    ///< by another item of the file
     FormulaDoesNotParse,  ///< an output's
+    FactorIsOutOfRange,   ///< of a compound part
+    LabelIsTooLong,       ///< of a compound part
     FirstUnitIsMissing,
     SecondUnitIsMissing,
     ConversionExists,  ///< or the units are one and the same
@@ -49,6 +54,20 @@ EntryFault AddNewItem(CVelmDocument& document, const CVelmItemEntry& entry, cons
 
 /// An input of a calculation file whose text has changed has no value until the next recalculation reads it.
 EntryFault EditItem(CVelmDocument& document, CVelmItem& item, const CVelmItemEntry& entry, const CVelmClock& clock);
+
+/// What a user enters for the formats of an item: those allowed, and factor and label of each compound part.
+struct CVelmFormatEntry {
+    std::uint32_t allowed = 0;
+    std::array<std::pair<CVelmString, CVelmString>, COMPOUND_PARTS> parts;
+};
+CVelmFormatEntry EntryOf(const CVelmValueFormat& format);
+
+/// The longest label of each part. Deliberate: the third has no limit, files with longer ones there keep them.
+constexpr std::array<std::size_t, COMPOUND_PARTS> MAX_PART_LABELS = {8, 8, CVelmFileStream::MAX_STRING, 8};
+
+/// With a fault `part` is the part that has it. A factor with EntryOf's text keeps its digits. Formats are not stamped:
+/// how values are shown changes nothing of the data.
+EntryFault EditFormats(CVelmValueFormat& format, const CVelmFormatEntry& entry, std::size_t& part);
 
 /// Moves an item between two positions.
 void MoveItem(CVelmDocument& document, std::size_t from, std::size_t to);

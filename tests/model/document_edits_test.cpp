@@ -73,6 +73,35 @@ TEST_F(ItemEdits, AnInputStartsFromItsNewText) {
     EXPECT_EQ(metre.state, STATE_VALID) << "a unit's text is what it is restored to";
 }
 
+TEST_F(ItemEdits, PartsOfACompoundFormatAreReadAsTheyAreTyped) {
+    CVelmValueFormat format;
+    std::size_t part = 9;
+    EXPECT_EQ(EntryOf(format).parts[1].first, u"0") << "parts that are not in use";
+    CVelmFormatEntry entry{FMT_COMPOUND, {{{u"1", u"yd"}, {u"3", u"ft"}, {u"12", u"inches each"}, {u"", u"lost"}}}};
+    EXPECT_EQ(EditFormats(format, entry, part), EntryFault::None);
+    EXPECT_EQ(format.displayFormat, FMT_COMPOUND);
+    EXPECT_EQ(format.compoundParts[2].label, u"inches each") << "the third has no limit";
+    EXPECT_EQ(format.compoundParts[3].label, u"") << "a factor of 0 ends the parts";
+
+    format.compoundParts[1].factor = 1.0 / 3.0;
+    entry = EntryOf(format);
+    entry.parts[2].first = u"0ch";
+    EXPECT_EQ(EditFormats(format, entry, part), EntryFault::None);
+    EXPECT_EQ(format.compoundParts[1].factor, 1.0 / 3.0);
+    EXPECT_EQ(format.compoundParts[2].factor, 12.0);
+    for (const char16_t* factor : {u"-1", u"2e20", u"many"}) {
+        entry.parts[2].first = factor;
+        EXPECT_EQ(EditFormats(format, entry, part), EntryFault::FactorIsOutOfRange) << ToUtf8(factor);
+        EXPECT_EQ(part, 2U);
+    }
+    entry = EntryOf(format);
+    entry.parts[1].second = u"nine char";
+    entry.allowed = FMT_DECIMAL;
+    EXPECT_EQ(EditFormats(format, entry, part), EntryFault::LabelIsTooLong);
+    EXPECT_EQ(part, 1U);
+    EXPECT_EQ(format.allowedFormats, FMT_COMPOUND);
+}
+
 TEST_F(ItemEdits, ItemsAreMovedHiddenAndDeleted) {
     const auto order = [this] {
         CVelmString names;
