@@ -1,15 +1,15 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <utility>
 
 #include "platform/wide_text_win32.h"
-#include "resource.h"
 #include "support/picture.h"
 #include "support/program_test.h"
+#include "support/table.h"
+#include "support/waiting.h"
 
 namespace velm::test {
 namespace {
@@ -58,7 +58,6 @@ protected:
                    "way.</p><table border=1><tr><th>Europe</th><th>UK</th></tr><tr><td>42</td><td>8</td></tr>"
                    "<tr><td>43</td><td>9</td></tr></table><ul><li>Half sizes are usual in the UK.</li></ul>");
         CopyFileW(Wide(FromUtf8(VELMORA_HTMLVIEW)), Wide(program.ProgramFolder() + u"htmlview.dll"), FALSE);
-        Do("recent Length.cnv, TipCalc.cal; start");
     }
 
     void Take(const std::string& name) {
@@ -72,76 +71,14 @@ protected:
         WriteBitmap(before, folder_ / (name + ".bmp"));
     }
 
-    void TakeDialog(int command, const std::string& name) {
-        const DialogDriver dialog(program, command);
-        Take(name);
-        EXPECT_TRUE(dialog.Cancel());
-    }
-
     std::filesystem::path folder_;
 };
 
 TEST_F(Pictures, DISABLED_OfEveryDialog) {
-    Give(8, 26.2);
-    Take("main-window");
-    program.Command(ID_ROW_SIZE);
-    Take("two-line-rows");
-    program.Command(ID_ROW_SIZE);
-    const auto show = [this](CVelmStringView file, int top) {
-        program.Ask([file, top](CVelmFrame& frame) {
-            frame.SelectFile(frame.Catalog().GetDocument(file, false));
-            frame.List().ScrollTo(top);
-        });
-    };
-    show(u"Currency.cnv", 12);
-    Take("long-list");
-    show(u"", 0);
-    Take("empty-list");
-    show(u"Length.cnv", 0);
-    Give(0, 100);
-    TakeDialog(ID_OPEN_FILE, "open-file");
-    TakeDialog(ID_NEW_CONVERSION_FILE, "new-file");
-    TakeDialog(ID_PROPERTIES, "file-properties");
-    TakeDialog(ID_EDIT_UNIT, "unit-properties");
-    TakeDialog(ID_SHOW_UNITS, "show-units");
-    TakeDialog(ID_ABOUT, "about");
-    {
-        const DialogDriver conversions(program, ID_CONVERSIONS);
-        conversions.Choose(IDC_CONVERSION_LIST, 0);
-        Take("conversions");
-        for (const int command : {ID_ADD_STANDARD, ID_ADD_ADVANCED}) {
-            const DialogDriver add = conversions.Over(command);
-            add.Choose(IDC_UNIT1, 0);
-            add.Choose(IDC_UNIT2, 1);
-            Take(command == ID_ADD_STANDARD ? "add-conversion" : "add-formulas");
-            EXPECT_TRUE(add.Cancel());
-        }
-        EXPECT_TRUE(conversions.Cancel());
+    for (const Texts& row : ReadTable(VELMORA_GUIDE)) {
+        Do(row.at(0));
+        Take(row.at(1));
     }
-    {
-        Do("tap button0");
-        Take("format-menu");
-        ASSERT_TRUE(program.Choose("Customize..."));
-        const DialogDriver formats(program, program.WaitForDialog());
-        Take("formats");
-        EXPECT_TRUE(formats.Cancel());
-    }
-    {
-        const DialogDriver open(program, ID_OPEN_FILE);
-        open.Choose(IDC_CATEGORY, static_cast<int>(open.Entries(IDC_CATEGORY).size()) - 1);
-        const Texts pages = open.Entries(IDC_LIST);
-        open.Choose(IDC_LIST, static_cast<int>(std::find(pages.begin(), pages.end(), "Shoe sizes") - pages.begin()));
-        const DialogDriver viewer = open.Over(IDOK);
-        Take("reference");
-        EXPECT_TRUE(viewer.Ok());
-        EXPECT_TRUE(open.Cancel());
-    }
-    program.Ask([](CVelmFrame& frame) { frame.SelectFile(frame.Catalog().GetDocument(u"TipCalc.cal", false)); });
-    TakeDialog(ID_ADD_UNIT, "new-unit");
-    program.Ask([](CVelmFrame& frame) {
-        SetField(frame.Program().settings.dataFolder, u"\\Program Files\\Velmora\\Conversions\\");
-    });
-    TakeDialog(ID_OPTIONS, "settings");
 }
 
 }  // namespace

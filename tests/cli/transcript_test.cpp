@@ -1,17 +1,12 @@
 #include <gtest/gtest.h>
 
-#ifdef _WIN32
-#include "platform/wide_text_win32.h"
-#else
-#include <sys/wait.h>
-#endif
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 
+#include "cli/shell.h"
 #include "platform/file.h"
 #include "support/http_server.h"
 #include "support/table.h"
@@ -22,33 +17,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-#ifdef _WIN32
-constexpr std::pair PARENTHESES = {"", ""};  // a command is one line
-
-int RunShell(const std::string& commands) {
-    return _wsystem(ToWide(FromUtf8(commands)).c_str());
-}
-
-void SetVariable(const char* name, const std::string& value) {
-    _wputenv_s(ToWide(FromUtf8(name)).c_str(), ToWide(FromUtf8(value)).c_str());
-}
-#else
-constexpr std::pair PARENTHESES = {"(", "\n)"};
-
-int RunShell(const std::string& commands) {
-    const int ended = std::system(commands.c_str());
-    return WIFEXITED(ended) ? WEXITSTATUS(ended) : 128 + WTERMSIG(ended);
-}
-
-void SetVariable(const char* name, const std::string& value) {
-    setenv(name, value.c_str(), 1);
-}
-#endif
-
 /// Replays sessions at a command line: "$ command", continued in lines of "> ", then what it wrote to standard output
 /// ("| "), to standard error ("! ") and its status when that is not 0 ("? "). Any other line is a remark.
 /// The commands run in a folder of their own. $SERVER is a server of that folder's files, $SHIPPED the shipped data.
-class Command : public testing::TestWithParam<const char*> {
+class Command : public testing::TestWithParam<std::string> {
 protected:
     /// A folder that holds these options and data alone, or nothing and the data beside the program.
     void OpenFolder(bool ownData) {
@@ -88,9 +60,11 @@ protected:
     }
 
 private:
-    static std::string Prefixed(const std::string& prefix, const std::string& text) {
+    /// The lines of a file, each behind a prefix.
+    std::string Written(CVelmStringView name, const std::string& prefix) const {
         std::string prefixed;
-        std::istringstream lines(text);
+        const Bytes bytes = written_.Read(name);
+        std::istringstream lines(std::string(bytes.begin(), bytes.end()));
         for (std::string line; std::getline(lines, line);) {
             prefixed += prefix + line + "\n";
         }
@@ -98,14 +72,9 @@ private:
     }
 
     std::string Run(const std::string& command) {
-        const auto written = [this](CVelmStringView name) {
-            const Bytes bytes = written_.Read(name);
-            return std::string(bytes.begin(), bytes.end());
-        };
-        const int status =
-            RunShell(PARENTHESES.first + command + PARENTHESES.second + " > \"" + ToUtf8(written_.PathOf(u"output")) +
-                     "\" 2> \"" + ToUtf8(written_.PathOf(u"errors")) + "\"");
-        std::string text = Prefixed("| ", written(u"output")) + Prefixed("! ", written(u"errors"));
+        const int status = RunShell(command, " > \"" + ToUtf8(written_.PathOf(u"output")) + "\" 2> \"" +
+                                                 ToUtf8(written_.PathOf(u"errors")) + "\"");
+        std::string text = Written(u"output", "| ") + Written(u"errors", "! ");
         text += status == 0 ? "" : "? " + std::to_string(status) + "\n";
         return Replaced(Replaced(text, server_.Address(""), "$SERVER"), ToUtf8(folder_.Path()), "$FOLDER/");
     }
@@ -115,24 +84,24 @@ private:
     HttpServer server_;
 };
 
+std::vector<std::string> Transcripts() {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(VELMORA_TRANSCRIPTS)) {
+        names.push_back(entry.path().stem().string());
+    }
+    return names;
+}
+
 TEST_P(Command, DoesWhatItsTranscriptTells) {
-    const std::string name = GetParam();
-    std::ifstream file(VELMORA_TRANSCRIPTS "/" + name + ".txt", std::ios::binary);
+    std::ifstream file(VELMORA_TRANSCRIPTS "/" + GetParam() + ".txt", std::ios::binary);
     const std::string session{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     ASSERT_NE(session, "");
-    OpenFolder(name != "both_systems" && name != "shipped");
+    OpenFolder(GetParam() != "both_systems" && GetParam() != "shipped");
     EXPECT_EQ(Replay(session), session);
 }
 
-#ifdef _WIN32
-// Starting programs is slow there, so only the transcripts that differ.
-INSTANTIATE_TEST_SUITE_P(Cli, Command, testing::Values("both_systems"));
-#else
-INSTANTIATE_TEST_SUITE_P(Cli, Command,
-                         testing::Values("both_systems", "calc", "completion", "shipped", "convert", "eval", "feed",
-                                         "files", "options", "rates", "stream", "text_form", "update", "update_files"),
-                         [](const auto& transcript) { return std::string(transcript.param); });
-#endif
+INSTANTIATE_TEST_SUITE_P(Cli, Command, testing::ValuesIn(Transcripts()),
+                         [](const auto& transcript) { return transcript.param; });
 
 }  // namespace
 }  // namespace velm::test

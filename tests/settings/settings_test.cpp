@@ -5,10 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "model/catalog.h"
 #include "platform/file.h"
 #include "support/memory_options.h"
-#include "support/test_services.h"
 
 namespace velm::test {
 namespace {
@@ -100,37 +98,6 @@ TEST(Settings, EachEmptyFieldFallsBackAloneAndTextsWithoutEndsAreEnded) {
     const CVelmSettings settings = Load(empty, longFolder);
     EXPECT_EQ(settings.dataFolder[0], u'\0') << "a program folder too long for the field is not cut";
     EXPECT_EQ(DataFolder(settings, longFolder), WithSeparator(longFolder + u"Conversions"));
-}
-
-TEST(Settings, TheOpenFileListHoldsTheFirstSixNamesThatFit) {
-    // With its extension and NUL each long name takes 45 units: four fit into 192, and one of ten letters behind them.
-    const auto longName = [](char16_t letter) { return CVelmString(40, letter) + u".cnv"; };
-    const std::pair<std::vector<CVelmString>, std::vector<int>> cases[] = {
-        {{}, {}},
-        {{u"Length.cnv", u"TipCalc.cal"}, {0, 1}},
-        {{u"a.cnv", u"b.cal", u"c.cnv", u"d.cnv", u"e.cnv", u"f.cnv", u"g.cnv"}, {0, 1, 2, 3, 4, 5}},
-        {{longName(u'p'), longName(u'q'), longName(u'r'), longName(u's'), u"Lengths.cnv", u"Length.cnv"},
-         {0, 1, 2, 3, 5}},
-    };
-    TestServices services;
-    for (const auto& [names, kept] : cases) {
-        CVelmCatalog catalog(services.Services());
-        for (const CVelmString& name : names) {
-            auto document = CreateDocument(KindOfFileName(name), services.Services());
-            document->fileName = name.substr(0, name.size() - 4);
-            catalog.AddDocument(std::move(document));
-        }
-        CVelmSettings settings;
-        Fill(settings.openFiles, CVelmString(192, u'?'));
-        SaveOpenFileList(settings, catalog);
-        std::string expected;
-        for (const int index : kept) {
-            expected += ToUtf8(names[static_cast<std::size_t>(index)]) + "|";
-        }
-        EXPECT_EQ(Names(settings), expected);
-        EXPECT_EQ(settings.openFiles[191], u'\0');
-        EXPECT_EQ(settings.dataFolder[0], u'\0');
-    }
 }
 
 }  // namespace

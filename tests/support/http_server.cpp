@@ -1,34 +1,13 @@
 #include "support/http_server.h"
 
-#ifdef _WIN32
-#include <winsock2.h>
-#include <ws2tcpip.h>
-#else
-#include <arpa/inet.h>
-#include <sys/select.h>
-#include <sys/socket.h>
-#include <unistd.h>
-#endif
-
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
 
+#include VELMORA_SOCKETS
+
 namespace velm::test {
 namespace {
-
-// The two systems have the same calls, but not the same types.
-#ifdef _WIN32
-using Number = SOCKET;
-using Count = int;
-constexpr int NO_SIGNAL = 0;
-constexpr auto CloseSocket = closesocket;
-#else
-using Number = int;
-using Count = std::size_t;
-constexpr int NO_SIGNAL = MSG_NOSIGNAL;
-constexpr auto CloseSocket = close;
-#endif
 
 constexpr int POLL_MILLISECONDS = 10;
 constexpr int PATIENCE_MILLISECONDS = 5000;
@@ -43,10 +22,7 @@ bool IsReadable(Number socket, int milliseconds) {
 
 /// A socket that listens on a free port of 127.0.0.1.
 Number Listen(std::uint16_t& port) {
-#ifdef _WIN32
-    WSADATA data;
-    WSAStartup(MAKEWORD(2, 2), &data);
-#endif
+    StartSockets();
     const Number number = socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -91,12 +67,6 @@ void HttpServer::ServeRaw(const std::string& path, std::string answer) {
     answers_[path] = std::move(answer);
 }
 
-int HttpServer::Requests(const std::string& path) const {
-    const std::lock_guard lock(mutex_);
-    const auto found = requests_.find(path);
-    return found == requests_.end() ? 0 : found->second;
-}
-
 void HttpServer::Run() {
     while (!stopping_) {
         if (const auto listening = static_cast<Number>(open_.front()); IsReadable(listening, POLL_MILLISECONDS)) {
@@ -107,7 +77,6 @@ void HttpServer::Run() {
 
 std::string HttpServer::PageOf(const std::string& path) {
     const std::lock_guard lock(mutex_);
-    ++requests_[path];
     if (const auto found = answers_.find(path); found != answers_.end()) {
         return found->second;
     }

@@ -33,18 +33,12 @@ public:
     /// Serves the folder's files at all other paths. The folder outlives the server.
     void ServeFolder(const TemporaryFolder& folder) { folder_ = &folder; }
 
-    /// Answers with exactly these bytes and closes the connection.
+    /// Answers with exactly these bytes and closes the connection; with none it accepts the request and never answers.
     void ServeRaw(const std::string& path, std::string answer);
 
     void Redirect(const std::string& path, const std::string& address) {
         ServeRaw(path, "HTTP/1.1 302 Found\r\nLocation: " + address + "\r\nContent-Length: 0\r\n\r\n");
     }
-
-    /// Accepts the request and never answers.
-    void NeverAnswer(const std::string& path) { ServeRaw(path, {}); }
-
-    /// Number of requests for a path.
-    int Requests(const std::string& path) const;
 
 private:
     using Socket = std::intptr_t;
@@ -56,9 +50,8 @@ private:
     std::uint16_t port_ = 0;
     std::vector<Socket> open_;  ///< the listening one, and those that are never answered
     std::atomic<const TemporaryFolder*> folder_ = nullptr;
-    mutable std::mutex mutex_;  ///< guards the two maps
+    std::mutex mutex_;  ///< guards the answers
     std::map<std::string, std::string> answers_;
-    std::map<std::string, int> requests_;
     std::atomic<bool> stopping_ = false;
     std::thread thread_;
 };

@@ -36,9 +36,4 @@ std::string Print(const char* format, Values... values) {
     return text.data();
 }
 
-/// The text up to its first line end.
-inline std::string FirstLine(const std::string& text) {
-    return text.substr(0, text.find_first_of("\r\n"));
-}
-
 }  // namespace velm::test

@@ -81,7 +81,7 @@ TEST_F(FetchTest, TakesSixteenMebibytesAndNotOneByteMore) {
 }
 
 TEST_F(FetchTest, GivesUpOnAServerThatNeverAnswersAndCanBeStoppedBefore) {
-    server.NeverAnswer("/silent.txt");
+    server.ServeRaw("/silent.txt", {});
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(Get(server.Url("/silent.txt")), "<failed>");
     EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);

@@ -19,17 +19,17 @@ protected:
     void SetUp() override { Start("Length = meters|m, feet|ft|3.28084"); }
 
     /// Every control lies within the width of the dialog and none over another, and each has an access key of its own.
-    static void ExpectOrder(const DialogDriver& dialog) {
+    static void ExpectOrder(HWND dialog) {
         std::vector<RECT> places;
         std::set<char16_t> keys;
-        for (HWND control = GetWindow(dialog.Window(), GW_CHILD); control != nullptr;
+        for (HWND control = GetWindow(dialog, GW_CHILD); control != nullptr;
              control = GetWindow(control, GW_HWNDNEXT)) {
             if (GetDlgCtrlID(control) == 0 || !IsWindowVisible(control)) {
                 continue;
             }
             const RECT place = PlaceOf(control);
             EXPECT_TRUE(place.left >= 0 && place.left < place.right && place.top < place.bottom &&
-                        place.right <= ClientOf(dialog.Window()).right)
+                        place.right <= ClientOf(dialog).right)
                 << GetDlgCtrlID(control) << " from " << place.left << " to " << place.right;
             for (const RECT& other : places) {
                 RECT common{};
@@ -44,38 +44,37 @@ protected:
 };
 
 TEST_F(DialogFrameTest, EveryDialogFollowsTheSizeOfTheProgramsWindow) {
-    for (const int command : {ID_OPEN_FILE, ID_NEW_CONVERSION_FILE, ID_PROPERTIES, ID_ADD_UNIT, ID_CONVERSIONS,
-                              ID_OPTIONS, ID_SHOW_UNITS, ID_ABOUT}) {
-        const DialogDriver dialog(program, command);
-        SCOPED_TRACE(dialog.Caption());
-        if (command == ID_CONVERSIONS) {
-            dialog.Choose(IDC_CONVERSION_LIST, 0);
+    for (const std::string command : {"OPEN_FILE", "NEW_CONVERSION_FILE", "PROPERTIES", "ADD_UNIT", "CONVERSIONS",
+                                      "OPTIONS", "SHOW_UNITS", "ABOUT"}) {
+        SCOPED_TRACE(Do("open " + command));
+        const HWND dialog = program.TopDialog();
+        if (command == "CONVERSIONS") {
+            Do("choose CONVERSION_LIST 0");
         }
         for (const SIZE& size : {SIZE{Scaled(160), Scaled(160)}, SIZE{1000, 700}, SIZE{Scaled(240), Scaled(294)}}) {
             SCOPED_TRACE(size.cx);
             program.Resize(static_cast<int>(size.cx), static_cast<int>(size.cy));
-            const RECT place = PlaceOf(dialog.Window());
+            const RECT place = PlaceOf(dialog);
             const RECT client = ClientOf(program.Frame());
             EXPECT_TRUE(EqualRect(&place, &client));
             ExpectOrder(dialog);
         }
-        const bool isList = command == ID_OPEN_FILE || command == ID_SHOW_UNITS || command == ID_ABOUT;
-        const bool edits = !isList && command != ID_CONVERSIONS;
-        EXPECT_EQ(SHGetSipPreference(dialog.Window()), edits ? SIP_UP : SIP_DOWN) << "up while text is edited";
-        if (command == ID_PROPERTIES) {
-            SendMessageW(dialog.Window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(dialog.Control(IDC_CATEGORY)), TRUE);
-            EXPECT_EQ(SHGetSipPreference(dialog.Window()), SIP_UP) << "a category is typed or chosen";
+        const std::set<std::string> edits = {"NEW_CONVERSION_FILE", "PROPERTIES", "ADD_UNIT", "OPTIONS"};
+        EXPECT_EQ(SHGetSipPreference(dialog), edits.contains(command) ? SIP_UP : SIP_DOWN) << "up while text is edited";
+        if (command == "PROPERTIES") {
+            Do("focus CATEGORY");
+            EXPECT_EQ(SHGetSipPreference(dialog), SIP_UP) << "a category is typed or chosen";
         }
         Do("press Escape");
-        EXPECT_FALSE(IsWindow(dialog.Window()));
+        EXPECT_FALSE(IsWindow(dialog));
     }
 }
 
 TEST_F(DialogFrameTest, PaintsItsCaptionAboveABlackLine) {
-    const DialogDriver dialog(program, ID_OPTIONS);
+    Do("open OPTIONS");
     Picture picture;
     EXPECT_TRUE(WaitUntil([&] {
-        picture = Picture::OfWindow(dialog.Window());
+        picture = Picture::OfWindow(program.TopDialog());
         return picture.IsAll({0, Scaled(24), picture.Width(), Scaled(24) + 1}, RGB(0, 0, 0));
     }));
     const RECT caption{0, 0, picture.Width(), Scaled(24)};
@@ -85,11 +84,11 @@ TEST_F(DialogFrameTest, PaintsItsCaptionAboveABlackLine) {
 
 TEST_F(DialogFrameTest, ScrollsToWhatHasTheFocusWhereThereIsNoRoom) {
     Do("tap button0; menu Customize...");
-    const DialogDriver dialog(program, program.WaitForDialog());
+    const HWND dialog = Dialog();
     program.Resize(Scaled(160), Scaled(160));
     const LONG top = Scaled(25);
     const HWND first = program.Focus();
-    EXPECT_EQ(first, dialog.Control(IDC_FORMAT_DECIMAL));
+    EXPECT_EQ(first, GetDlgItem(dialog, IDC_FORMAT_DECIMAL));
     std::set<HWND> visited;
     while (visited.insert(program.Focus()).second) {
         const RECT place = PlaceOf(program.Focus());
@@ -98,7 +97,7 @@ TEST_F(DialogFrameTest, ScrollsToWhatHasTheFocusWhereThereIsNoRoom) {
     }
     EXPECT_EQ(visited.size(), 16U) << "every box comes into view";
     for (const FormatKind& format : Formats()) {
-        const HWND box = dialog.Control(IDC_FIRST_FORMAT + std::countr_zero(format.code));
+        const HWND box = GetDlgItem(dialog, IDC_FIRST_FORMAT + std::countr_zero(format.code));
         EXPECT_TRUE(visited.contains(box)) << format.word << " can be allowed";
     }
     EXPECT_EQ(program.Focus(), first);

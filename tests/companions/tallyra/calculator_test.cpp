@@ -32,12 +32,6 @@ TEST_F(CalculatorTest, SaysWhatTheTableTells) {
     }
 }
 
-TEST_F(CalculatorTest, StepsTheAngle) {
-    EXPECT_STREQ(ToUtf8(calculator.AngleLabel()).c_str(), "Rad");
-    EXPECT_STREQ(ToUtf8(calculator.CycleAngle()).c_str(), "Deg");
-    EXPECT_EQ(Compute(u"sin(30)"), "0.5");
-}
-
 TEST(Tape, KeepsTheLastFiveHundredLines) {
     CVelmTape tape;
     for (int i = 0; i < 600; ++i) {

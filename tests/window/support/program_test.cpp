@@ -1,12 +1,13 @@
 #include "support/program_test.h"
 
 #include <algorithm>
-#include <functional>
+#include <stdexcept>
 
 #include "datetime/date_time.h"
 #include "platform/services.h"
 #include "platform/wide_text_win32.h"
 #include "support/table.h"
+#include "support/waiting.h"
 #include "ui/display_scale.h"
 
 namespace velm::test {
@@ -48,6 +49,14 @@ std::pair<std::string, int> KindAndNumber(const std::string& name) {
 
 CVelmItem& ProgramTest::Item(int row) {
     return *program.Ask([row](CVelmFrame& frame) { return &frame.List().Row(row).Item(); });
+}
+
+HWND ProgramTest::Dialog() {
+    const HWND dialog = program.WaitForDialog();
+    EXPECT_NE(dialog, nullptr) << "no dialog opens";
+    EXPECT_TRUE(WaitUntil([&] { return program.Focus() == dialog || IsChild(dialog, program.Focus()); }));
+    program.Settle();
+    return dialog;
 }
 
 ProgramTest::Part ProgramTest::Find(const std::string& name) {
@@ -133,13 +142,15 @@ ProgramTest::Part ProgramTest::Find(const std::string& name) {
     };
     const auto [kind, number] = KindAndNumber(name);
     if (std::isupper(name[0])) {
-        return {Dialog().Control(IdOf(name)), {}};
+        const HWND control = GetDlgItem(Dialog(), IdOf(name));
+        return control != nullptr ? Part{control, {}} : throw std::runtime_error("the dialog has no " + name);
     }
     if (kind == "entry" || kind == "column") {
-        return {Dialog().Control(IDC_LIST), Dialog().PlaceInList(kind == "column", number)};
+        const HWND list = Find("LIST").window;
+        return {list, kind == "entry" ? PlaceOfEntry(list, number) : PlaceOfColumn(list, number)};
     }
     if (kind == "page") {
-        return {GetWindow(Dialog().Control(IDC_HTML), GW_CHILD), {}};
+        return {GetWindow(Find("HTML").window, GW_CHILD), {}};
     }
     const auto find = ValueOf(PARTS, kind);
     return program.Ask([&, number = number](CVelmFrame& frame) { return find(frame, program, number); });

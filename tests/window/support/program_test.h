@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/dialog_driver.h"
+#include "support/dialogs.h"
 #include "support/files.h"
 #include "support/http_server.h"
 #include "support/running_program.h"
@@ -40,9 +40,11 @@ public:
     void StartDistances() { Start("Distances = miles|mi, kilometers|km|1.609344, yards|yd|1760"); }
 
     CVelmItem& Item(int row);
-    DialogDriver Dialog() { return {program, program.WaitForDialog()}; }
 
-    /// A window, or a rectangle that it draws, by its name in sessions.
+    /// The dialog that is open or opens, as soon as it has the focus, which the screen gives it late.
+    HWND Dialog();
+
+    /// A window, or a rectangle that it draws, by its name in sessions. Throws when there is none.
     struct Part {
         HWND window = nullptr;
         std::optional<RECT> drawn;

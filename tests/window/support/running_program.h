@@ -43,9 +43,6 @@ public:
     /// What the next start finds in the registry.
     void StoreSettings(const std::function<void(CVelmSettings&)>& change) const;
 
-    /// What is in the registry now.
-    std::vector<std::byte> StoredBytes() const { return options_->Read(2 * sizeof(CVelmSettings)).value(); }
-
     /// Starts the program. False when it does not come up.
     bool Start();
 

@@ -144,10 +144,12 @@ void Start(T t, W) {
 }
 
 void Focus(T t, W w) {
+    const HWND window = t.Find(w[0]).window;
     if (std::isupper(w[0][0])) {
-        t.Dialog().Focus(IdOf(w[0]));
+        SendMessageW(t.Dialog(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(window), TRUE);
+        EXPECT_TRUE(WaitUntil([&] { return t.program.Focus() == window; }));
     } else {
-        t.program.Ask([window = t.Find(w[0]).window](CVelmFrame&) { SetFocus(window); });
+        t.program.Ask([window](CVelmFrame&) { SetFocus(window); });
     }
 }
 
@@ -205,18 +207,30 @@ void Give(T t, W w) {
     t.Give(row, value);
 }
 
+HWND BarOf(HWND dialog) {
+    return FindWindowExW(dialog, nullptr, L"VlCommandBar", nullptr);
+}
+
 /// To the dialog on top, or to the frame.
 void Command(T t, int id) {
     const HWND dialog = t.program.TopDialog();
-    const bool isBox = FindWindowExW(dialog, nullptr, L"VlCommandBar", nullptr) == nullptr;
-    dialog == nullptr || isBox ? t.program.Command(id) : t.Dialog().Command(id);
+    const HWND bar = dialog != nullptr ? BarOf(dialog) : nullptr;  // a message box has none
+    PostMessageW(bar != nullptr ? bar : t.program.Frame(), WM_COMMAND, MAKEWPARAM(id, 0), 0);
+}
+
+void Leave(T t, int id) {
+    const HWND dialog = t.Dialog();
+    Command(t, id);
+    EXPECT_TRUE(WaitUntil([dialog] { return !IsWindow(dialog); })) << "the dialog stays open";
 }
 
 /// The dialog or message box that a command opens.
 HWND Over(T t, int command) {
     const HWND below = t.program.TopDialog();
     Command(t, command);
-    return WaitForDialog(t.program.Thread(), below);
+    const HWND opened = WaitForDialog(t.program.Thread(), below);
+    EXPECT_NE(opened, nullptr) << "nothing opens";
+    return opened;
 }
 
 /// Presses a button of a message box and hears what it said, in one line.
@@ -253,7 +267,7 @@ void Fill(T t, W w) {
     const std::string text = InFull(t, w.BehindFirst());
     const HWND frame = t.program.Frame();
     if (w[0] != "clipboard") {
-        t.Dialog().Fill(IdOf(w[0]), text);
+        SetWindowTextW(t.Find(w[0]).window, Wide(FromUtf8(text)));
         return;
     }
     EXPECT_TRUE(WaitUntil([&] { return SetClipboardText(frame, FromUtf8(text)); }));
@@ -338,7 +352,7 @@ std::string TextOf(T t, const std::string& name) {
     return name == "clipboard" ? ToUtf8(GetClipboardText(t.program.Frame()).value_or(u""))
            : name == "panel"   ? t.Entry()
            : name == "page"    ? FirstLineOfPage(t)
-                               : FirstLine(t.Dialog().Text(IdOf(name)));
+                               : Split(ToUtf8(WindowText(t.Find(name).window)), "\r\n")[0];
 }
 
 /// "1 ft, 12 in, 0, 0"
@@ -356,15 +370,14 @@ std::string EntriesOf(T t, W w) {
         return menu ? menu->Words() : "";
     }
     if (w[0] == "bar") {
-        const HWND bar = FindWindowExW(t.Dialog().Window(), nullptr, L"VlCommandBar", nullptr);
-        const auto menu = [bar](CVelmFrame&) { return CommandBar_GetMenu(bar); };
+        const auto menu = [bar = BarOf(t.Dialog())](CVelmFrame&) { return CommandBar_GetMenu(bar); };
         return "[" + OpenMenu(nullptr, t.program.Ask(menu)).Words() + "]";
     }
     const auto [kind, number] = KindAndNumber(w[0]);
     return kind == "tabs"    ? t.Tabs()
            : kind == "tools" ? t.Tools()
            : kind == "parts" ? PartsOf(t.Item(number))
-                             : Join(t.Dialog().Entries(IdOf(w[0])));
+                             : Join(Entries(t.Find(w[0]).window));
 }
 
 std::string StateOf(T t, W w) {
@@ -423,11 +436,16 @@ const std::map<std::string, void (*)(T, W)> ACTS = {
      [](T t, W w) { SendMessageW(t.program.Frame(), WM_ENDSESSION, w.rest == "yes" ? TRUE : FALSE, 0); }},
     // Commands, dialogs, message boxes and menus.
     {"do", [](T t, W w) { Command(t, IdOf(w[0])); }},
-    {"open", [](T t, W w) { t.heard = DialogDriver(t.program, Over(t, IdOf(w[0]))).Caption(); }},
+    {"open",
+     [](T t, W w) {
+         Over(t, IdOf(w[0]));
+         t.Dialog();
+         t.heard = t.Title();
+     }},
     {"ask", [](T t, W w) { Answer(t, Over(t, IdOf(w[0])), w.Has(1) ? IdOf(w[1]) : IDOK); }},
     {"answer", [](T t, W w) { Answer(t, nullptr, IdOf(w[0])); }},
-    {"ok", [](T t, W) { EXPECT_TRUE(t.Dialog().Ok()); }},
-    {"cancel", [](T t, W) { EXPECT_TRUE(t.Dialog().Cancel()); }},
+    {"ok", [](T t, W) { Leave(t, IDOK); }},
+    {"cancel", [](T t, W) { Leave(t, IDCANCEL); }},
     {"menu", [](T t, W w) { EXPECT_TRUE(t.program.Choose(w.rest)) << "the menu has no such entry"; }},
     // Keys and texts.
     {"press", Press},
@@ -443,8 +461,8 @@ const std::map<std::string, void (*)(T, W)> ACTS = {
     {"drag", Drag},
     {"right-click",
      [](T t, W w) { t.program.RightClick(LiftPen(t, t.Find(w[0]).window), Scaled(w.Number(1)), Scaled(w.Number(2))); }},
-    {"choose", [](T t, W w) { t.Dialog().Choose(IdOf(w[0]), w.Number(1)); }},
-    {"tick", [](T t, W w) { t.Dialog().Tick(IdOf(w[0]), w.Has(1) ? w.Number(1) : 0); }},
+    {"choose", [](T t, W w) { Choose(t.Find(w[0]).window, w.BehindFirst()); }},
+    {"tick", [](T t, W w) { Tick(t.Find(w[0]).window, w.Has(1) ? w.Number(1) : 0); }},
     {"scroll", Scroll},
     {"size", Size},
 };
