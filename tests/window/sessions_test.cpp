@@ -15,12 +15,12 @@ struct Session {
     std::vector<SessionLine> lines;
 };
 
-/// Of a session that fails its name is enough.
+/// Failure messages show the name only.
 std::ostream& operator<<(std::ostream& out, const Session& session) {
     return out << session.name;
 }
 
-/// The sessions of the text files, as README.md describes them. Each has a program and a folder of its own.
+/// Reads the sessions, which README.md describes. Each has a program and a folder of its own.
 std::vector<Session> ReadSessions() {
     std::vector<Session> sessions;
     for (const auto& entry : std::filesystem::directory_iterator(VELMORA_SESSIONS)) {

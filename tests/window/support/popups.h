@@ -36,11 +36,11 @@ bool PressInBox(HWND box, int button);
 /// The name of a window's class.
 std::string ClassOf(HWND window);
 
-/// The menu that opened last, or that opens; nothing when none is open, or opens.
+/// The menu that opened last, or nothing; the second one waits for it.
 std::optional<OpenMenu> TopMenu(DWORD thread);
 std::optional<OpenMenu> WaitForMenu(DWORD thread);
 
-/// The topmost dialog or message box, or one that opens, other than the one below it; null when there is none.
+/// The topmost dialog or message box, or null; the second one waits for one other than `below`.
 HWND TopDialog(DWORD thread);
 HWND WaitForDialog(DWORD thread, HWND below = nullptr);
 

@@ -9,6 +9,7 @@
 #include "support/table.h"
 #include "support/waiting.h"
 #include "ui/display_scale.h"
+#include "ui/window_text.h"
 
 namespace velm::test {
 namespace {

@@ -14,7 +14,7 @@
 
 namespace velm::test {
 
-/// A line of a session: where it stands, what is done, and what is to be seen then, if anything.
+/// A line of a session: its place, its acts, and what must be seen after them, if anything.
 struct SessionLine {
     std::string file;
     int number = 0;
@@ -22,29 +22,29 @@ struct SessionLine {
     std::optional<std::string> expected;
 };
 
-/// "row2" as "row" and 2; the number is 0 where there is none.
+/// Splits "row2" into "row" and 2; the number is 0 if there is none.
 std::pair<std::string, int> KindAndNumber(const std::string& name);
 
 /// A user at the program.
 class ProgramTest : public testing::Test {
 public:
-    /// Does one thing after the other; tests/window/README.md explains the words. Gives back what the last act shows.
-    /// Throws for words that do not exist.
+    /// Performs acts, whose language tests/window/README.md describes, and returns what the last one shows. Throws for
+    /// unknown words.
     std::string Do(const std::string& acts);
 
     /// Plays a session up to the first line that fails.
     void Play(const std::vector<SessionLine>& lines);
 
-    /// Writes a file, in the words of the verb, and starts the program on it.
+    /// Writes a file, described as for the verb `file`, and starts the program with it.
     void Start(const std::string& file) { Do("file " + file + "; start"); }
     void StartDistances() { Start("Distances = miles|mi, kilometers|km|1.609344, yards|yd|1760"); }
 
     CVelmItem& Item(int row);
 
-    /// The dialog that is open or opens, as soon as it has the focus, which the screen gives it late.
+    /// The topmost dialog, or the one that opens. Waits until it has the focus.
     HWND Dialog();
 
-    /// A window, or a rectangle that it draws, by its name in sessions. Throws when there is none.
+    /// A window, or a rectangle drawn by it, by its name in sessions. Throws if there is none.
     struct Part {
         HWND window = nullptr;
         std::optional<RECT> drawn;
@@ -52,7 +52,7 @@ public:
     Part Find(const std::string& name);
     RECT PlaceOfPart(const std::string& name);
 
-    // What the user sees; README.md explains the words.
+    // What the user sees, as README.md describes it.
     std::string Title();
     std::string Rows();
     std::string ListState();
@@ -60,19 +60,19 @@ public:
     std::string Tabs();
     std::string Tools();
 
-    /// Gives the item of a row a value, as though it had been entered, and selects the row anew.
+    /// Sets the value of a row's item, as if it had been entered, and selects the row again.
     void Give(int row, double value);
     void Select(int row);
 
-    /// Gives the list that many pixels of an ordinary screen.
+    /// Resizes the list, in pixels at scale 1.
     void ResizeList(int width, int height);
 
     RunningProgram program;
     HttpServer server;
-    std::map<std::string, Bytes> known;  ///< the files as the user knows them
+    std::map<std::string, Bytes> known;  ///< the files at the start, or as a session wrote them
     HANDLE locked = nullptr;
     HWND penDown = nullptr;
-    std::optional<std::string> heard;  ///< what the last act had for an answer
+    std::optional<std::string> heard;  ///< the answer of the last act, if it has one
 
 private:
     std::string DoOne(const std::string& act);

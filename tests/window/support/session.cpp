@@ -15,6 +15,7 @@
 #include "support/waiting.h"
 #include "ui/clipboard.h"
 #include "ui/display_scale.h"
+#include "ui/window_text.h"
 #include "version.h"
 
 namespace velm::test {
@@ -22,7 +23,7 @@ namespace {
 
 using T = ProgramTest&;
 
-/// What stands behind a verb.
+/// The words that follow a verb.
 struct Words {
     explicit Words(const std::string& text) : rest(text), words(Split(text, " ")) {}
 
@@ -46,7 +47,7 @@ const std::map<std::string, WPARAM> SCROLLS = {{"up", SB_LINEUP},      {"down", 
                                                {"page-up", SB_PAGEUP}, {"page-down", SB_PAGEDOWN},
                                                {"top", SB_TOP},        {"bottom", SB_BOTTOM}};
 
-/// Repeats what stands in braces: "{n*128}".
+/// Expands repetitions: "{n*128}" is 128 times n.
 std::string Spoken(const std::string& text) {
     static const std::regex REPEATED("\\{([^{}*]+)\\*(\\d+)\\}");
     std::smatch match;
@@ -60,7 +61,7 @@ std::string Spoken(const std::string& text) {
     return match.prefix().str() + repeated + Spoken(match.suffix().str());
 }
 
-/// $FOLDER stands for the data folder, $SERVER for the server, $VERSION for the program's version.
+/// Replaces $FOLDER by the data folder and $SERVER by the server's address; Shortened does the opposite.
 std::string InFull(T t, const std::string& text) {
     return Replaced(Replaced(text, "$FOLDER", ToUtf8(t.program.DataFolder())), "$SERVER", t.server.Address(""));
 }
@@ -111,7 +112,7 @@ void StoreRecent(T t, W w) {
     });
 }
 
-/// With no text there is never an answer. A text with a head of its own is sent as it is.
+/// Without a text the server never answers. A text that begins with an HTTP head is sent unchanged.
 void Serve(T t, W w) {
     const std::string page = Replaced(Replaced(InFull(t, w.BehindFirst()), "|", "\r\n"), "\\t", "\t");
     page.empty() || page.starts_with("HTTP/") ? t.server.ServeRaw(w[0], page) : t.server.Serve(w[0], page);
@@ -153,7 +154,7 @@ void Focus(T t, W w) {
     }
 }
 
-/// 0 for what is no format.
+/// The code of a format; 0 for an unknown word.
 std::uint32_t CodeOf(const std::string& word) {
     const FormatKind* const format = FindFormat(word);
     return format != nullptr ? format->code : 0;
@@ -211,7 +212,7 @@ HWND BarOf(HWND dialog) {
     return FindWindowExW(dialog, nullptr, L"VlCommandBar", nullptr);
 }
 
-/// To the dialog on top, or to the frame.
+/// Sends a command to the topmost dialog, or else to the frame.
 void Command(T t, int id) {
     const HWND dialog = t.program.TopDialog();
     const HWND bar = dialog != nullptr ? BarOf(dialog) : nullptr;  // a message box has none
@@ -224,7 +225,7 @@ void Leave(T t, int id) {
     EXPECT_TRUE(WaitUntil([dialog] { return !IsWindow(dialog); })) << "the dialog stays open";
 }
 
-/// The dialog or message box that a command opens.
+/// Sends a command and returns the dialog or message box that it opens.
 HWND Over(T t, int command) {
     const HWND below = t.program.TopDialog();
     Command(t, command);
@@ -233,14 +234,14 @@ HWND Over(T t, int command) {
     return opened;
 }
 
-/// Presses a button of a message box and hears what it said, in one line.
+/// Presses a button of a message box. Its text, in one line, is the answer.
 void Answer(T t, HWND box, int button) {
     t.heard = Shortened(t, Join(Split(t.program.Answer(button, box), "\n"), "\\n"));
 }
 
 void Press(T t, W w) {
     if (t.program.TopDialog() != nullptr) {
-        t.Dialog();  // which gets the focus back some time after a box over it is closed
+        t.Dialog();  // it gets the focus back some time after a message box is closed
     }
     const Texts keys = Split(w.rest, "+");
     const auto code = [](const std::string& key) {
@@ -271,14 +272,14 @@ void Fill(T t, W w) {
         return;
     }
     EXPECT_TRUE(WaitUntil([&] { return SetClipboardText(frame, FromUtf8(text)); }));
-    if (text.empty()) {  // not even an empty text is there then
+    if (text.empty()) {  // an empty text would still be a text
         EXPECT_TRUE(WaitUntil([&] { return OpenClipboard(frame) != FALSE; }));
         EmptyClipboard();
         CloseClipboard();
     }
 }
 
-/// The window where the pen is to go next.
+/// Lifts the pen if it is down. Returns the window that is tapped next.
 HWND LiftPen(T t, HWND window) {
     if (t.penDown != nullptr) {
         t.program.PenUp(std::exchange(t.penDown, nullptr), 0, 0);
@@ -296,7 +297,7 @@ void Tap(T t, W w) {
     }
 }
 
-/// Where the row has no button.
+/// Taps the row beside its button.
 void TapRow(T t, W w) {
     const RECT row = t.PlaceOfPart("row" + w.rest);
     t.program.Tap(LiftPen(t, t.program.List()), static_cast<int>(row.right) - Scaled(10),
@@ -334,7 +335,7 @@ void Size(T t, W w) {
     }
 }
 
-/// The page's first line that is in sight.
+/// The first visible line of a reference.
 std::string FirstLineOfPage(T t) {
     std::array<wchar_t, 64> line{static_cast<wchar_t>(line.size() - 1)};
     const HWND text = t.Find("page").window;
@@ -392,14 +393,14 @@ std::string StateOf(T t, W w) {
            (kind == "Static" && answers(STM_GETICON) ? ", icon" : "") + (red ? ", red" : "");
 }
 
-/// "left,top right,bottom" in pixels of an ordinary screen; one that lies between two of them reads "20.5".
+/// "left,top right,bottom" in pixels at scale 1; an odd pixel at scale 2 reads "20.5".
 std::string PlaceIn(T t, W w) {
     const RECT area = t.PlaceOfPart(w[0]);
     const auto scaled = [](LONG number) { return static_cast<double>(number) / DisplayScale(); };
     return Print("%g,%g %g,%g", scaled(area.left), scaled(area.top), scaled(area.right), scaled(area.bottom));
 }
 
-/// What a file holds; before it the stamp in brackets, unless it is the time of the last change.
+/// A file's content, preceded by its update text in brackets unless that is a time of day.
 std::string Saved(T t, W w) {
     const auto document = LoadFile(t.program, FromUtf8(w.rest));
     const std::string stamp = document == nullptr ? "" : ToUtf8(document->updatedText);
@@ -407,7 +408,7 @@ std::string Saved(T t, W w) {
     return (isTime ? "" : "[" + stamp + "] ") + Describe(document.get());
 }
 
-/// The files that are not as the user knows them.
+/// The files that have changed since the start, or since a session wrote them.
 std::string Changes(T t, W) {
     std::map<std::string, Bytes> now = Files(t.program);
     std::map<std::string, Bytes> all = t.known;
@@ -422,7 +423,7 @@ std::string Changes(T t, W) {
 }
 
 const std::map<std::string, void (*)(T, W)> ACTS = {
-    // What there is before the user comes, and what goes on beside the user.
+    // What happens before the program starts, or outside it.
     {"file", SaveFile},
     {"write", Write},
     {"recent", StoreRecent},
@@ -484,13 +485,13 @@ std::string VerbOf(const std::string& act) {
     return act.substr(0, act.find(' '));
 }
 
-/// What is seen at this scale: "this || and that at the double one" where odd numbers of pixels part them.
+/// The expectation for this scale: "at scale 1 || at scale 2" where odd pixels make a difference.
 std::string Expected(const std::string& words) {
     const Texts both = Split(words, " || ");
     return Spoken(DisplayScale() == 1 ? both.front() : both.back());
 }
 
-/// Both texts below each other, with a mark below the first character that is not the same.
+/// Both texts, one below the other, with a mark under the first character that differs.
 std::string Difference(const std::string& expected, const std::string& seen) {
     const auto differing = static_cast<std::size_t>(std::ranges::mismatch(expected, seen).in1 - expected.begin());
     return "  expected: " + expected + "\n      seen: " + seen + "\n" + std::string(12 + differing, ' ') + "^";
@@ -500,8 +501,8 @@ std::string Difference(const std::string& expected, const std::string& seen) {
 
 std::string ProgramTest::DoOne(const std::string& act) {
     if (program.IsRunning()) {
-        program.Settle();  // what was begun before
-        // From now on the panel's timer ticks when an act says so; a test of its own has the real ticks.
+        program.Settle();  // finishes the previous act
+        // The commit timer fires only when a session says `wait`; value_entry_test.cpp has the real timer.
         program.Ask([](CVelmFrame& frame) { KillTimer(frame.Panel().Handle(), COMMIT_TIMER); });
     }
     const std::string verb = VerbOf(act);
@@ -543,7 +544,7 @@ void ProgramTest::Play(const std::vector<SessionLine>& lines) {
             ADD_FAILURE_AT(line.file.c_str(), line.number) << error.what();
         }
         if (HasFailure()) {
-            return;  // what follows builds on it
+            return;  // the following lines depend on this one
         }
     }
 }
