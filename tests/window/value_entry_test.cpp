@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 
 #include "listview/value_panel.h"
 #include "support/program_test.h"
+#include "support/table.h"
 
 namespace velm::test {
 namespace {
@@ -36,6 +38,42 @@ TEST_F(ValueEntryTest, TypingShowsEveryOtherUnitSomeTimeAfterTheLastKey) {
         Select(0);
     }
     EXPECT_LE(shortest, milliseconds(700));
+}
+
+std::string received;
+
+/// A calculator that notes the messages handed to it.
+LRESULT CALLBACK CalculatorProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_COPYDATA) {
+        const auto& data = *reinterpret_cast<const COPYDATASTRUCT*>(lParam);
+        received += Print("%lu %lu %g; ", static_cast<unsigned long>(data.dwData), data.cbData,
+                          *static_cast<const double*>(data.lpData));
+        return TRUE;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+TEST_F(ValueEntryTest, TheCalculatorIsGivenTheCurrentValue) {
+    StartDistances();
+    std::atomic<HWND> calculator = nullptr;
+    std::thread thread([&calculator] {
+        const HWND window = CreateWindowW(L"Static", L"Tallyra", WS_POPUP | WS_VISIBLE, 40, 40, 200, 100, nullptr,
+                                          nullptr, nullptr, nullptr);
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(CalculatorProc));
+        calculator = window;
+        for (MSG message{}; GetMessageW(&message, nullptr, 0, 0) > 0;) {
+            DispatchMessageW(&message);
+        }
+        DestroyWindow(window);
+    });
+    EXPECT_TRUE(WaitUntil([&] { return calculator.load(); }));
+    Do("do OPEN_CALCULATOR");
+    EXPECT_EQ(received, "") << "there is no value yet";
+    Give(0, 26.2);
+    Do("do OPEN_CALCULATOR");
+    EXPECT_EQ(received, "1 8 26.2; ");
+    PostMessageW(calculator, WM_QUIT, 0, 0);
+    thread.join();
 }
 
 TEST_F(ValueEntryTest, NothingIsDrawnWhileNothingIsEdited) {
