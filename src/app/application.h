@@ -16,7 +16,7 @@ class CVelmFrame;
 /// The program from its start to its end: settings, formula context, shared images and the one main window.
 class CVelmApplication {
 public:
-    /// What is given outlives the application. `programFolder` ends with a backslash.
+    /// The arguments outlive the application. `programFolder` ends with a backslash.
     CVelmApplication(const CVelmServices& services, CVelmOptionsStore& options, const CVelmString& programFolder);
     ~CVelmApplication();
     CVelmApplication(const CVelmApplication&) = delete;
@@ -31,7 +31,7 @@ public:
     /// Writes the settings and releases the shared images.
     void ExitInstance();
 
-    /// The main window; null before InitInstance and after its end.
+    /// The main window; null before InitInstance and after it is destroyed.
     CVelmFrame* Frame() const { return frame_.get(); }
 
 private:

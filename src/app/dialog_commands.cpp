@@ -11,7 +11,7 @@
 namespace velm {
 namespace {
 
-/// A new file needs the data folder: one that is missing is made when the user agrees. False when there is none then.
+/// Offers to create a missing data folder, which a new file needs. False if there is still none.
 bool HasDataFolder(const CVelmFrame& frame, const CVelmString& folder) {
     if (frame.Program().services.files.Exists(folder)) {
         return true;
@@ -87,7 +87,7 @@ void EditUnit(CVelmFrame& frame, WORD) {
     }
     frame.SaveDocument();
     frame.List().RefreshNames();
-    // What can be edited here of a unit decides no value.
+    // Nothing that is edited here affects a unit's value.
     if (document->GetKind() == KIND_CALCULATION) {
         RunCommand(frame, ID_CALCULATE);
     }
@@ -99,7 +99,7 @@ void EditConversions(CVelmFrame& frame, WORD) {
     ShowConversionsDialog(frame.Handle(), document, frame.Program().context);
     document.Touch();
     frame.SaveDocument();
-    // From a unit without a value every other unit would lose its own.
+    // A unit without a value would clear all others.
     if (HasCurrentValue(frame)) {
         RunCommand(frame, ID_CALCULATE);
     }

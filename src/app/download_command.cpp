@@ -23,8 +23,8 @@ void KeepCloseRequest(const MSG& message) {
     }
 }
 
-/// Whether the user wants to stop. Drops other keys and taps, so that none takes effect late; closing the window stops,
-/// and stays in the queue.
+/// True if the user wants to stop. Discards other keys and taps, so that none takes effect late. Closing the window
+/// stops too; its message stays in the queue.
 bool IsStopRequested() {
     MSG message{};
     bool stop = false;
@@ -54,7 +54,7 @@ void MergeIntoCurrent(CVelmFrame& frame) {
     if (Merge(document, frame.Catalog(), frame.Program().context)) {
         document.Recalculate(frame.Program().context);
         frame.List().RefreshValues();
-        frame.SaveDocument();  // reports when the merge could not write the file
+        frame.SaveDocument();  // reports a merge that could not be written
     }
 }
 
@@ -82,7 +82,7 @@ void DownloadUpdates(CVelmFrame& frame, WORD) {
                    IntegerText(downloader.DownloadedCount()) + u")."
              : u"Velmora could NOT complete downloading due to a system error: " + downloader.ErrorText();
     MessageBoxW(frame.Handle(), Wide(text), L"Download", MB_OK | (done ? MB_ICONINFORMATION : MB_ICONSTOP));
-    // The window may have been closed under the box. What came waits for the next start then.
+    // The window may have been closed under the box. The update then waits for the next start.
     if (downloader.DownloadedCount() > 0 && IsWindow(frame.Handle())) {
         MergeIntoCurrent(frame);
     }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int QUICK_MENU_TOP = 49;
 
-/// A title as a menu shows it letter for letter.
+/// A title with its ampersands doubled, for a menu.
 CVelmString MenuText(const CVelmString& title) {
     CVelmString text;
     for (const char16_t unit : title) {
@@ -78,7 +78,7 @@ void DeleteUnit(CVelmFrame& frame, WORD) {
         frame.Document() != document || frame.CurrentItem() != item) {
         return;
     }
-    frame.List().SetDocument(nullptr);  // it shows the item that goes
+    frame.List().SetDocument(nullptr);  // it shows the item that is deleted
     DeleteItem(*document, *item);
     frame.List().SetDocument(document);
     frame.SaveDocument();
@@ -116,7 +116,7 @@ void SelectQuickFile(CVelmFrame& frame, WORD id) {
     if (index >= documents.size()) {
         return;
     }
-    // A file that could not be read may be there again.
+    // A file that could not be read may be readable again.
     if (documents[index].get() != frame.Document() || !documents[index]->loaded) {
         frame.SelectFile(documents[index].get());
     }

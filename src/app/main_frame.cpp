@@ -137,7 +137,7 @@ void CVelmFrame::OpenStartupFile() {
         const auto wait = ShowWaitCursor();
         MergeWhenOpened(catalog_, program_.context);
         catalog_.SetFolder(DataFolder(program_.settings, program_.programFolder));
-        // The recent files first: the catalog keeps them in front of what the folder holds besides.
+        // Recent files first: the catalog keeps them before the folder's other files.
         catalog_.AddFiles(OpenFileList(program_.settings));
         catalog_.ScanFolder();
         const CVelmStringView recent = FirstOpenFile(program_.settings);
@@ -389,7 +389,7 @@ void CVelmFrame::OnEndSession() {
 
 void CVelmFrame::OnDestroy() {
     WriteBack();
-    // Written by the application at its end: a frame that could not be made comes here too, with no file listed yet.
+    // The application writes them. A frame that could not be created gets here too, before any file is listed.
     SaveOpenFileList(program_.settings, catalog_);
     PostQuitMessage(0);
 }

@@ -8,7 +8,7 @@ namespace {
 constexpr std::size_t ROW_UNIT_MAX = 16;
 constexpr std::size_t ROW_MAX = 37;
 
-/// Of the list, in pixels of an ordinary screen.
+/// Column width of the list, in pixels at scale 1.
 constexpr int MIN_LIST_HEIGHT = 44;
 
 constexpr auto PLACEMENTS = JoinPlacements(
@@ -81,7 +81,7 @@ protected:
         if (key != VK_DELETE && key != VK_INSERT) {
             return false;
         }
-        // The question or dialog opens when the list is done with its key.
+        // Posted: the list must finish handling its key first.
         PostMessageW(Handle(), WM_COMMAND, key == VK_DELETE ? ID_DELETE_CONVERSION : ID_ADD_STANDARD, 0);
         return true;
     }
@@ -96,7 +96,7 @@ private:
 
     int SelectedRow() const { return static_cast<int>(Send(IDC_CONVERSION_LIST, LB_GETCURSEL)); }
 
-    /// Makes the selected row's conversion the selected one, and shows it.
+    /// Selects the conversion of the selected row and shows it.
     void ShowDetails() {
         const int row = SelectedRow();
         selected_ = row < 0 ? nullptr
@@ -136,7 +136,7 @@ private:
         const int row = AddRow(*document_.conversions.back());
         Send(IDC_CONVERSION_LIST, LB_SETCURSEL, static_cast<WPARAM>(row));
         ShowDetails();
-        SetFocus(Control(IDC_CONVERSION_LIST));  // the box that had it may be hidden now
+        SetFocus(Control(IDC_CONVERSION_LIST));  // the focused box may be hidden now
     }
 
     CVelmConversionDoc& document_;

@@ -15,12 +15,11 @@
 
 namespace velm {
 
-/// What a box of a dialog takes at most, in UTF-16 units; and one whose text is kept as it stands: what a file takes.
+/// The longest text of a dialog's box, in UTF-16 units. A free text is limited only by what a file can hold.
 constexpr std::size_t DIALOG_TEXT_MAX = 127;
 constexpr std::size_t DIALOG_FREE_TEXT_MAX = CVelmFileStream::MAX_STRING;
 
-/// Where one edge of a control lies: a share of the room, in percent, and a distance from there in pixels of an
-/// ordinary screen.
+/// Position of a control's edge: a percentage of the room plus an offset in pixels at scale 1.
 struct CVelmEdge {
     int percent;
     int offset;
@@ -32,7 +31,7 @@ constexpr CVelmEdge FromEnd(int offset) {
     return {100, -offset};
 }
 
-/// Where a control of a dialog goes in the room under the caption. The bottom of a drop-down box is that of its list.
+/// A control's place in the room below the caption. For a drop-down box `bottom` is the bottom of its list.
 struct CVelmPlacement {
     WORD control;
     CVelmEdge left;
@@ -41,7 +40,7 @@ struct CVelmPlacement {
     CVelmEdge bottom;
 };
 
-// Rows of fields: label at the left, box at the right. In pixels of an ordinary screen.
+// Rows of fields, with the label on the left and the box on the right. In pixels at scale 1.
 constexpr int DIALOG_MARGIN = 4;
 constexpr int DIALOG_LABEL_WIDTH = 64;
 constexpr int DIALOG_ROW_HEIGHT = 25;
@@ -61,8 +60,7 @@ constexpr CVelmPlacement PlaceField(WORD control, int row, int height = DIALOG_F
             FromEnd(DIALOG_MARGIN), FromStart(DialogRow(row) + height)};
 }
 
-/// What a dialog says of a fault in an entry. A text that begins with a blank stands behind the control's own in
-/// quotes.
+/// The message for a fault in an entry. A text that begins with a space follows the control's own text in quotes.
 struct CVelmFaultText {
     EntryFault fault;
     WORD control;
@@ -76,20 +74,19 @@ RECT PlaceInParent(HWND control);
 /// The common caption painter: the text in the system's caption color at the top, a black line under it.
 void PaintDialogCaption(HDC dc, int width, const CVelmString& text);
 
-/// A modal dialog that covers the program's window: caption, controls, and a menu bar. Where there is no room for all
-/// controls they scroll.
+/// A modal dialog that covers the program's window: caption, controls and menu bar. Controls that do not fit scroll.
 class CVelmDialog {
 public:
     virtual ~CVelmDialog() = default;
     CVelmDialog(const CVelmDialog&) = delete;
     CVelmDialog& operator=(const CVelmDialog&) = delete;
 
-    /// Runs the dialog over its parent. Returns the code that it ended with; below 1 when it could not be made.
+    /// Runs the dialog. Returns the code that it was ended with, or less than 1 if it could not be created.
     int Show(HWND parent);
 
 protected:
-    /// Identifiers of a dialog template and of a menu resource. The placements outlive the dialog; `minHeight` is
-    /// what they need under the caption, in pixels of an ordinary screen.
+    /// `dialog` and `menuBar` are resources. The placements outlive the dialog and need `minHeight` pixels at scale 1
+    /// below the caption.
     CVelmDialog(WORD dialog, WORD menuBar, CVelmString caption, std::span<const CVelmPlacement> placements,
                 int minHeight = 0)
         : template_(dialog),
@@ -107,13 +104,13 @@ protected:
     /// A command of a control or of the menu bar other than OK and Cancel.
     virtual void OnCommand(WORD /*id*/, WORD /*notification*/) {}
 
-    /// Returns what the control is to be answered.
+    /// Returns the result of the notification.
     virtual LRESULT OnNotify(const NMHDR& /*notification*/) { return 0; }
 
-    /// A key pressed in a list box that asks for its keys. True when it was used up.
+    /// A key pressed in a list box that wants keyboard input. True if handled.
     virtual bool OnListKey(WORD /*key*/) { return false; }
 
-    /// The controls have their places.
+    /// Called after the controls are placed.
     virtual void OnLayout() {}
 
     const CVelmString& Caption() const { return caption_; }
@@ -124,36 +121,36 @@ protected:
     }
     void End(INT_PTR code) const { EndDialog(handle_, code); }
 
-    /// Puts a text into a box that takes `longest` units.
+    /// Sets a box's text and its limit of `longest` UTF-16 units.
     void SetText(int id, const CVelmString& text, std::size_t longest = DIALOG_TEXT_MAX) const;
 
-    /// The box's text, cut after `longest` units.
+    /// A box's text, truncated to `longest` UTF-16 units.
     CVelmString Text(int id, std::size_t longest = DIALOG_TEXT_MAX) const;
 
     void ShowControls(std::span<const WORD> controls, bool on) const;
 
-    /// A message box over the dialog, under the dialog's caption unless another is given.
+    /// Shows a message box, with the dialog's caption unless another is given.
     void Tell(const CVelmString& message, UINT icon = 0, const wchar_t* caption = nullptr) const;
 
-    /// The message, and then the focus in the control that it is about, with its text selected.
+    /// Shows a message, then moves the focus to the control it is about and selects its text.
     void Refuse(int id, const CVelmString& message, UINT icon = 0, const wchar_t* caption = nullptr) const;
 
-    /// Refuses an entry in the words for its fault. False when it has none.
+    /// Refuses a faulty entry with the message for its fault. False if there is no fault.
     bool RefuseFault(EntryFault fault, std::span<const CVelmFaultText> texts, UINT icon = 0) const;
 
-    /// Makes the list view one of full rows, with the extended styles besides.
+    /// Sets up a list view with full-row selection and the given extended styles.
     void InitList(int id, DWORD extendedStyles) const;
 
-    /// Puts a column into it, `width` pixels of an ordinary screen wide.
+    /// Inserts a column, `width` pixels wide at scale 1.
     void AddColumn(int id, int index, int format, int width) const;
 
-    /// Appends a row that carries a value. Returns its index.
+    /// Appends a row with a value attached. Returns its index.
     int AddRow(int id, const CVelmString& text, LPARAM value) const;
 
-    /// The value that a row of it carries.
+    /// The value attached to a row.
     LPARAM RowValue(int id, int row) const;
 
-    /// The room under the caption, above the menu bar.
+    /// The area between caption and menu bar.
     RECT Room() const;
 
 private:
