@@ -148,7 +148,8 @@ void Focus(T t, W w) {
     const HWND window = t.Find(w[0]).window;
     if (std::isupper(w[0][0])) {
         SendMessageW(t.Dialog(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(window), TRUE);
-        EXPECT_TRUE(WaitUntil([&] { return t.program.Focus() == window; }));
+        // An editable drop-down box passes the focus to its edit box.
+        EXPECT_TRUE(WaitUntil([&] { return t.program.Focus() == window || IsChild(window, t.program.Focus()); }));
     } else {
         t.program.Ask([window](CVelmFrame&) { SetFocus(window); });
     }
@@ -353,7 +354,7 @@ std::string TextOf(T t, const std::string& name) {
     return name == "clipboard" ? ToUtf8(GetClipboardText(t.program.Frame()).value_or(u""))
            : name == "panel"   ? t.Entry()
            : name == "page"    ? FirstLineOfPage(t)
-                               : Split(ToUtf8(WindowText(t.Find(name).window)), "\r\n")[0];
+                               : Split(Replaced(ToUtf8(WindowText(t.Find(name).window)), "\r", ""), "\n")[0];
 }
 
 /// "1 ft, 12 in, 0, 0"
@@ -382,6 +383,9 @@ std::string EntriesOf(T t, W w) {
 }
 
 std::string StateOf(T t, W w) {
+    if (w[0] == "HTML" && GetDlgItem(t.Dialog(), IDC_HTML) == nullptr) {
+        return "hidden";  // without its library a page has no control
+    }
     const HWND window = t.Find(w[0]).window;
     const std::string kind = ClassOf(window);
     const auto answers = [window](UINT message) { return SendMessageW(window, message, 0, 0) != 0; };
