@@ -52,6 +52,7 @@ private:
         if (json_) {
             context_.out.WriteLine(ResultsAsJson(printed_, context_.services.locale, true, days_));
         } else if (targets_.empty()) {
+            LeaveOutUnreachable();
             PrintResults(printed_, {unit_}, context_.services.locale, raw_, context_.out);
         } else {
             PrintTargets();
@@ -59,20 +60,41 @@ private:
         return STATUS_OK;
     }
 
+    std::vector<const CVelmItem*> FailedBridges() const {
+        const auto& document = static_cast<const CVelmConversionDoc&>(*document_);
+        return FindFailedBridges(document.items, document.conversions);
+    }
+
+    /// Units of another kind stay out of the list; those that a failed conversion leaves empty do not.
+    void LeaveOutUnreachable() {
+        const std::vector<const CVelmItem*> bridges = FailedBridges();
+        std::erase_if(printed_, [&](const CVelmItem* item) {
+            return item->state == STATE_NONE && bridges[static_cast<std::size_t>(item->index)] == nullptr;
+        });
+    }
+
     void PrintTargets() {
         for (const CVelmItem* item : printed_) {
-            if (item->state == STATE_NONE) {
-                Fail(fmt::format("convert: {} has no conversion from {} to {}", ToUtf8(document_->fileName),
-                                 ToUtf8(unit_->name), ToUtf8(item->name)));
-            }
             if (item->state != STATE_VALID) {
-                Fail(fmt::format("convert: {} of {} has no value in {}", Quoted(value_), ToUtf8(unit_->name),
-                                 ToUtf8(item->name)));
+                FailWithout(*item);
             }
         }
         for (const CVelmItem* item : printed_) {
             context_.out.WriteLine(ResultText(*item, context_.services.locale, raw_));
         }
+    }
+
+    [[noreturn]] void FailWithout(const CVelmItem& item) const {
+        const std::string from = ToUtf8(unit_->name);
+        const std::string to = ToUtf8(item.name);
+        if (item.state == STATE_ERROR) {
+            Fail(fmt::format("convert: {} of {} has no value in {}", Quoted(value_), from, to));
+        }
+        if (const CVelmItem* const bridge = FailedBridges()[static_cast<std::size_t>(item.index)]) {
+            Fail(fmt::format("convert: {} of {} has no value in {} because it has none in {}", Quoted(value_), from, to,
+                             ToUtf8(bridge->name)));
+        }
+        Fail(fmt::format("convert: {} has no conversion from {} to {}", ToUtf8(document_->fileName), from, to));
     }
 
     /// The same for one value of many: the routes found for the first serve the others.

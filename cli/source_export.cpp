@@ -7,8 +7,8 @@
 #include <limits>
 
 #include "data_file.h"
-#include "find_item.h"
 #include "formats/format_table.h"
+#include "model/identifier_match.h"
 #include "number_text.h"
 #include "source_keys.h"
 
@@ -192,7 +192,7 @@ private:
     /// What import finds this very item by.
     std::string UnitAsToml(const CVelmItem& item) const {
         for (const CVelmString& text : {item.identifier, item.name}) {
-            const std::span<CVelmItem* const> found = units_.Find(text);
+            const std::span<CVelmItem* const> found = units_.FindExact(text);
             if (found.size() == 1 && found.front() == &item) {
                 return TextAsToml(text);
             }
@@ -202,7 +202,7 @@ private:
 
     const CVelmDocument& document_;
     const CVelmRateDays& days_;
-    CVelmItemIndex units_;
+    CVelmIdentifierIndex units_;
     std::string text_;
 };
 

@@ -10,6 +10,7 @@
 #include "find_item.h"
 #include "formats/format_table.h"
 #include "model/document_edits.h"
+#include "model/identifier_match.h"
 #include "source_keys.h"
 #include "suggest.h"
 
@@ -135,7 +136,7 @@ public:
             document_.updatedText = table.Text(KEY_UPDATED);
         }
         ForEachTable(table, KEY_ITEM, [this](const toml::table& item) { ReadItem(item); });
-        const CVelmItemIndex units(document_);
+        const CVelmIdentifierIndex units(document_);
         auto* conversionDoc = dynamic_cast<CVelmConversionDoc*>(&document_);
         if (table.Has(KEY_CONVERSION) && conversionDoc == nullptr) {
             table.FailAtKey(KEY_CONVERSION, "a calculation file has no conversions");
@@ -180,7 +181,7 @@ private:
         }
     }
 
-    void ReadConversion(const toml::table& source, const CVelmItemIndex& units, CVelmConversionDoc& document) {
+    void ReadConversion(const toml::table& source, const CVelmIdentifierIndex& units, CVelmConversionDoc& document) {
         const CVelmSourceTable table(file_, source, "a conversion", CONVERSION_KEYS);
         CVelmConversion& conversion = *document.AddConversion(std::make_unique<CVelmConversion>(document));
         conversion.unit1 = &ReadUnit(table, units, KEY_FROM);
@@ -218,7 +219,7 @@ private:
     }
 
     /// By identifier or name, exactly; or by number.
-    CVelmItem& ReadUnit(const CVelmSourceTable& table, const CVelmItemIndex& units, std::string_view key) const {
+    CVelmItem& ReadUnit(const CVelmSourceTable& table, const CVelmIdentifierIndex& units, std::string_view key) const {
         if (!table.Has(key)) {
             table.FailHere(fmt::format("a conversion has no {}", key));
         }
@@ -229,7 +230,7 @@ private:
             return *document_.GetItem(static_cast<std::size_t>(index->get()));
         }
         const CVelmString text = table.Text(key);
-        const std::span<CVelmItem* const> found = units.Find(text);
+        const std::span<CVelmItem* const> found = units.FindExact(text);
         if (found.size() > 1) {
             table.FailAtKey(key,
                             fmt::format("several items are called {}; give the number of the item, counting from 0",

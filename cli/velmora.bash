@@ -8,16 +8,19 @@ _velmora_plain() {
     printf '%s' "${text%[\"\']}"
 }
 
-# Offers the lines of its input that begin with the word, in any letter case. Names have spaces in them: they are
-# quoted unless the word is being typed in quotation marks. $1 goes behind each.
+# Offers the lines of its input that begin with the word, or with it in another letter case if there are none. Names
+# have spaces in them: they are quoted unless the word is being typed in quotation marks. $1 goes behind each.
 _velmora_offer() {
-    local typed line
+    local typed line exact=()
     typed=$(_velmora_plain "$word")
     while IFS= read -r line; do
         [[ ${line,,} == "${typed,,}"* ]] || continue
-        [[ $word == [\"\']* ]] || printf -v line '%q' "$line"
-        COMPREPLY+=("$line${1-}")
+        local offered=$line
+        [[ $word == [\"\']* ]] || printf -v offered '%q' "$line"
+        COMPREPLY+=("$offered${1-}")
+        [[ $line != "$typed"* ]] || exact+=("$offered${1-}")
     done
+    ((${#exact[@]} == 0)) || COMPREPLY=("${exact[@]}")
 }
 
 _velmora_paths() {

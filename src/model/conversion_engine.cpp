@@ -22,6 +22,17 @@ namespace velm {
 
 namespace {
 
+/// True for an item of the document; its index is right.
+bool IsOwn(const CVelmItems& items, const CVelmItem* item) {
+    return item != nullptr && item->index >= 0 && static_cast<std::size_t>(item->index) < items.size() &&
+           items[static_cast<std::size_t>(item->index)].get() == item;
+}
+
+/// A conversion of a unit with itself never applies: its unit is being solved whenever it is looked at.
+bool IsEdge(const CVelmItems& items, const CVelmConversion& conversion) {
+    return conversion.unit1 != conversion.unit2 && IsOwn(items, conversion.unit1) && IsOwn(items, conversion.unit2);
+}
+
 class Search {
 public:
     Search(const CVelmItems& items, const CVelmConversions& conversions, FormulaContext& context)
@@ -32,7 +43,7 @@ public:
 
     /// Solves for the units that are shown or asked for. Returns the steps that it took, in order.
     std::vector<CVelmStepTaken> Run(const CVelmItem* current, std::span<const CVelmItem* const> asked) {
-        if (IsOwn(current) && current->state == STATE_VALID) {
+        if (IsOwn(items_, current) && current->state == STATE_VALID) {
             SetKnown(static_cast<std::size_t>(current->index));
         }
         std::vector<bool> isAsked(items_.size());
@@ -70,22 +81,11 @@ private:
         std::size_t nextStep;
     };
 
-    /// True for an item of the document; its index is right.
-    bool IsOwn(const CVelmItem* item) const {
-        return item != nullptr && item->index >= 0 && static_cast<std::size_t>(item->index) < items_.size() &&
-               items_[static_cast<std::size_t>(item->index)].get() == item;
-    }
-
-    /// A conversion of a unit with itself never applies: its unit is being solved whenever it is looked at.
-    bool IsEdge(const CVelmConversion& conversion) const {
-        return conversion.unit1 != conversion.unit2 && IsOwn(conversion.unit1) && IsOwn(conversion.unit2);
-    }
-
     /// Groups the conversions by the unit that they compute, each conversion once for either end.
     void BuildSteps(const CVelmConversions& conversions) {
         firstStep_.resize(items_.size() + 1);
         for (const auto& conversion : conversions) {
-            if (IsEdge(*conversion)) {
+            if (IsEdge(items_, *conversion)) {
                 ++firstStep_[static_cast<std::size_t>(conversion->unit1->index)];
                 ++firstStep_[static_cast<std::size_t>(conversion->unit2->index)];
             }
@@ -94,7 +94,7 @@ private:
         steps_.resize(firstStep_.back());
         // Filled backward, so that each group keeps the conversions' order and its entry ends at its start.
         for (auto conversion = conversions.rbegin(); conversion != conversions.rend(); ++conversion) {
-            if (IsEdge(**conversion)) {
+            if (IsEdge(items_, **conversion)) {
                 AddSteps(**conversion);
             }
         }
@@ -232,6 +232,41 @@ std::vector<CVelmStepTaken> SolveConversions(const CVelmItems& items, const CVel
         }
     }
     return Search(items, conversions, context).Run(current, asked);
+}
+
+std::vector<const CVelmItem*> FindFailedBridges(const CVelmItems& items, const CVelmConversions& conversions) {
+    std::vector<std::vector<const CVelmItem*>> leadsTo(items.size());
+    for (const auto& conversion : conversions) {
+        if (!IsEdge(items, *conversion)) {
+            continue;
+        }
+        if (conversion->WorksForward()) {
+            leadsTo[static_cast<std::size_t>(conversion->unit1->index)].push_back(conversion->unit2);
+        }
+        if (conversion->WorksInReverse()) {
+            leadsTo[static_cast<std::size_t>(conversion->unit2->index)].push_back(conversion->unit1);
+        }
+    }
+    std::vector<const CVelmItem*> bridges(items.size());
+    std::vector<const CVelmItem*> reached;
+    for (const auto& item : items) {
+        if (item->state == STATE_ERROR) {
+            reached.push_back(item.get());
+        }
+    }
+    for (std::size_t next = 0; next < reached.size(); ++next) {
+        const CVelmItem* const source = reached[next];
+        const CVelmItem* const bridge =
+            source->state == STATE_ERROR ? source : bridges[static_cast<std::size_t>(source->index)];
+        for (const CVelmItem* unit : leadsTo[static_cast<std::size_t>(source->index)]) {
+            const CVelmItem*& found = bridges[static_cast<std::size_t>(unit->index)];
+            if (unit->state == STATE_NONE && found == nullptr) {
+                found = bridge;
+                reached.push_back(unit);
+            }
+        }
+    }
+    return bridges;
 }
 
 bool RepeatSteps(std::span<const CVelmStepTaken> steps, FormulaContext& context) {

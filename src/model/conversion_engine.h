@@ -36,6 +36,10 @@ std::vector<CVelmStepTaken> SolveConversions(const CVelmItems& items, const CVel
                                              const CVelmItem* current, std::span<const CVelmItem* const> asked,
                                              FormulaContext& context);
 
+/// After a search, for every item the unit whose failed conversion left it without a value: the nearest in state 2 from
+/// which conversions lead to it. Null for items in another state than 0 and for those that no route leads to.
+std::vector<const CVelmItem*> FindFailedBridges(const CVelmItems& items, const CVelmConversions& conversions);
+
 /// Repeats the steps for another value of the current item in an otherwise unchanged document, at a fraction of the
 /// cost of a search. False when a step yields another state than before: search again then.
 bool RepeatSteps(std::span<const CVelmStepTaken> steps, FormulaContext& context);

@@ -26,7 +26,8 @@ struct Update {
     CVelmString timeStamp;
 };
 
-/// By identifier, letter case set aside; the items that carry one are in the document's order.
+/// By identifier. Deliberate: update files name units in any letter case, whatever it may mean elsewhere. The items
+/// that carry one are in the document's order.
 using Units = std::unordered_map<CVelmString, std::vector<CVelmItem*>>;
 
 Units UnitsOf(const CVelmDocument& document) {

@@ -65,6 +65,22 @@ TEST(ConversionEngine, CarriesTheEnteredValueAlongTheConversions) {
     EXPECT_FALSE(EvaluateFormula(context, u"x", x)) << "x is not bound afterwards";
 }
 
+TEST(ConversionEngine, FindsTheFailureThatLeavesAUnitWithoutAValue) {
+    FormulaContext context(SystemClock());
+    CVelmConversionDoc document(SystemServices());
+    AddUnits(document, 8);
+    // 1 fails, and with it 2 and, in reverse, 3; 4 leads to 1 but not back; 5 has a value; 6 and 7 are on their own.
+    AddConversions(document, "0{1/(x-3)|x}1 1*2=2 3*2=2 4{x|}1 0*2=5 6*2=7");
+    Enter(document, 0, 3.0);
+    document.Recalculate(context);
+    EXPECT_EQ(Values(document, 15), "3 error none none none 6 none none");
+    std::string bridges;
+    for (const CVelmItem* bridge : FindFailedBridges(document.items, document.conversions)) {
+        bridges += bridge == nullptr ? "-" : ToUtf8(bridge->name);
+    }
+    EXPECT_EQ(bridges, "--11----");
+}
+
 /// The naive search: recursive, exponential in the worst case.
 class PlainSearch {
 public:
