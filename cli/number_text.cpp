@@ -22,7 +22,7 @@ std::string ShortestText(double value) {
 
 std::string ValueFault(const CVelmValueFormat& format, CVelmString text, FormulaContext& formulas) {
     if (const CVelmString group = format.UnreadableDate(text, formulas.Clock()); !group.empty()) {
-        return ToUtf8(group) + " is no date; write {2026-11-22}, {11/22/2026} or {today}";
+        return ToUtf8(group) + " is not a date; write {2026-11-22}, {11/22/2026} or {today}";
     }
     if (!format.ToFormula(text, formulas.Clock())) {
         return "A group in [] or {} is out of range";

@@ -9,8 +9,8 @@
 
 namespace velm {
 
-/// Makes a document of the text form of a data file (UTF-8). Ends the command with the file, the line and what is
-/// wrong there when the text is not right, or when it is no file of that kind. `days` gets the dates of its rates.
+/// Makes a document of the text form of a data file (UTF-8). Ends the command with the file, the line and the reason
+/// if the text is wrong or says that the file is of another kind. `days` gets the dates of its rates.
 std::unique_ptr<CVelmDocument> DocumentFromSource(const SourceFile& file, std::string_view text, std::int32_t kind,
                                                   const CVelmServices& services, CVelmRateDays& days);
 

@@ -49,7 +49,7 @@ public:
     /// False, with `value` untouched, when the formula fails or a group's value is out of range.
     bool ParseValueText(CVelmString text, FormulaContext& context, double& value) const;
 
-    /// The first group in {} that is no date, braces included; reading takes it for the cleared date. Empty when there
+    /// The first group in {} that is not a date, braces included; reading takes it for the cleared date. Empty when there
     /// is none.
     CVelmString UnreadableDate(CVelmString text, const CVelmClock& clock) const;
 
