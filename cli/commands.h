@@ -14,6 +14,7 @@ int RunFeed(CommandContext& context, const std::vector<std::string>& arguments);
 int RunFiles(CommandContext& context, const std::vector<std::string>& arguments);
 int RunImport(CommandContext& context, const std::vector<std::string>& arguments);
 int RunOptions(CommandContext& context, const std::vector<std::string>& arguments);
+int RunPage(CommandContext& context, const std::vector<std::string>& arguments);
 int RunShow(CommandContext& context, const std::vector<std::string>& arguments);
 int RunUpdate(CommandContext& context, const std::vector<std::string>& arguments);
 

@@ -25,7 +25,8 @@ int RunImport(CommandContext& context, const std::vector<std::string>& arguments
     const SourceFile file{source, context.formulas};
     const std::string text = ReadWholeFile(context.services.files, source, SIZE_MAX);
     CVelmRateDays days;
-    const std::unique_ptr<CVelmDocument> document = DocumentFromSource(file, text, path.kind, context.services, days);
+    const std::unique_ptr<CVelmDocument> document =
+        DocumentFromSource(file, ParseSource(file, text), path.kind, context.services, days);
     document->fileName = path.name;
     const auto* conversionDoc = dynamic_cast<const CVelmConversionDoc*>(document.get());
     if (!document->Save(path.folder) ||

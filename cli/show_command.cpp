@@ -1,5 +1,7 @@
 #include <fmt/ranges.h>
 
+#include <algorithm>
+
 #include "arguments.h"
 #include "cli_error.h"
 #include "commands.h"
@@ -7,6 +9,7 @@
 #include "formats/format_table.h"
 #include "json.h"
 #include "number_text.h"
+#include "page_section.h"
 #include "table.h"
 
 namespace velm {
@@ -141,6 +144,23 @@ void PrintDocument(const CVelmDocument& document, const CVelmRateDays& days, CVe
     PrintTable(conversionRows, out);
 }
 
+/// Says so when the file has changed since the text was written.
+void PrintSources(const CommandContext& context, const CVelmString& folder, const CVelmDocument& document) {
+    const CVelmString name = document.FileNameWithExtension();
+    const std::vector<std::string> lines = ReadSection(context.services, folder, name);
+    if (lines.empty()) {
+        Fail(fmt::format("no text reference in {} has the sources of {}", ToUtf8(folder), ToUtf8(name)));
+    }
+    for (const std::string& line : lines) {
+        context.out.WriteLine(OneLine(line));
+    }
+    const std::string day = fmt::format("{}, {}", ToUtf8(name), ToUtf8(document.updatedText));
+    if (std::find(lines.begin(), lines.end(), day) == lines.end()) {
+        PrintError(fmt::format("{} changed on {}; these are the sources of the original file", ToUtf8(name),
+                               ToUtf8(document.updatedText)));
+    }
+}
+
 /// Every text that an item which takes a value is called by on the command line.
 void PrintNames(const CVelmDocument& document, CVelmOutput& out) {
     for (const auto& item : document.items) {
@@ -158,15 +178,21 @@ int RunShow(CommandContext& context, const std::vector<std::string>& arguments) 
     std::string file;
     bool json = false;
     bool names = false;
-    if (!ReadArguments(
-            context, arguments,
-            {{"FILE", &file, "Data file: a path or a name in the data folder"},
-             {"--json", &json, "Write everything as JSON"},
-             {"--names", &names, "Print the names of the units or inputs alone, one to a line", "--json"}})) {
+    bool sources = false;
+    if (!ReadArguments(context, arguments,
+                       {{"FILE", &file, "Data file: a path or a name in the data folder"},
+                        {"--json", &json, "Write everything as JSON"},
+                        {"--names", &names, "Print the names of the units or inputs alone, one to a line", "--json"},
+                        {"--sources", &sources,
+                         "Print what the file is about and where its numbers and formulas come from", "--json"}})) {
         return STATUS_OK;
     }
     const DataFilePath path = FindDataFile(context, file);
     const std::unique_ptr<CVelmDocument> document = OpenDataFile(context, path, file);
+    if (sources) {
+        PrintSources(context, path.folder, *document);
+        return STATUS_OK;
+    }
     if (names) {
         PrintNames(*document, context.out);
         return STATUS_OK;

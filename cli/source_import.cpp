@@ -250,14 +250,18 @@ private:
 
 }  // namespace
 
-std::unique_ptr<CVelmDocument> DocumentFromSource(const SourceFile& file, std::string_view text, std::int32_t kind,
-                                                  const CVelmServices& services, CVelmRateDays& days) {
-    const toml::parse_result source = toml::parse(text);
+toml::table ParseSource(const SourceFile& file, std::string_view text) {
+    toml::parse_result source = toml::parse(text);
     if (!source) {
         Fail(fmt::format("{}:{}: {}", file.name, source.error().source().begin.line, source.error().description()));
     }
+    return std::move(source).table();
+}
+
+std::unique_ptr<CVelmDocument> DocumentFromSource(const SourceFile& file, const toml::table& source, std::int32_t kind,
+                                                  const CVelmServices& services, CVelmRateDays& days) {
     std::unique_ptr<CVelmDocument> document = CreateDocument(kind, services);
-    Importer(file, *document, days).Read(source.table());
+    Importer(file, *document, days).Read(source);
     return document;
 }
 

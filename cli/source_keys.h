@@ -11,6 +11,7 @@ inline constexpr std::string_view KEY_CATEGORY = "category";
 inline constexpr std::string_view KEY_UPDATED = "updated";
 inline constexpr std::string_view KEY_KIND = "kind";
 inline constexpr std::string_view KEY_SOURCE = "source";
+inline constexpr std::string_view KEY_ABOUT = "about";
 inline constexpr std::string_view KEY_NOTE = "note";
 inline constexpr std::string_view KEY_ITEM = "item";
 inline constexpr std::string_view KEY_CONVERSION = "conversion";
@@ -39,11 +40,14 @@ inline constexpr std::string_view KEY_DATE = "date";
 /// Of a text that is written as its UTF-16 units.
 inline constexpr std::string_view KEY_UTF16 = "utf16";
 
-inline constexpr std::array FILE_KEYS{KEY_TITLE,  KEY_CATEGORY, KEY_UPDATED, KEY_KIND,
-                                      KEY_SOURCE, KEY_NOTE,     KEY_ITEM,    KEY_CONVERSION};
+/// What readers are given to know, each a text or a list of texts.
+inline constexpr std::array REMARK_KEYS{KEY_SOURCE, KEY_ABOUT, KEY_NOTE};
+
+inline constexpr std::array FILE_KEYS{KEY_TITLE, KEY_CATEGORY, KEY_UPDATED, KEY_KIND,      KEY_SOURCE,
+                                      KEY_ABOUT, KEY_NOTE,     KEY_ITEM,    KEY_CONVERSION};
 inline constexpr std::array ITEM_KEYS{KEY_ID,     KEY_NAME,   KEY_TYPE,    KEY_VALUE,   KEY_FORMULA,
                                       KEY_OUTPUT, KEY_SHOWN,  KEY_FORMATS, KEY_DISPLAY, KEY_INPUT,
-                                      KEY_PARTS,  KEY_SOURCE, KEY_NOTE};
+                                      KEY_PARTS,  KEY_SOURCE, KEY_ABOUT,   KEY_NOTE};
 inline constexpr std::array CONVERSION_KEYS{KEY_FROM,    KEY_TO,   KEY_FACTOR, KEY_OFFSET, KEY_FORWARD,
                                             KEY_REVERSE, KEY_FLAG, KEY_DATE,   KEY_SOURCE, KEY_NOTE};
 

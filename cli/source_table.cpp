@@ -111,10 +111,8 @@ CVelmSourceTable::CVelmSourceTable(const SourceFile& file, const toml::table& ta
                                DidYouMean(key.str(), known)));
         }
     }
-    for (const std::string_view key : {KEY_SOURCE, KEY_NOTE}) {
-        if (Has(key) && !At(key).is_string() && !At(key).is_array()) {
-            FailAtKey(key, fmt::format("{} must be a text or a list of texts", key));
-        }
+    for (const std::string_view key : REMARK_KEYS) {
+        Texts(key);
     }
 }
 
@@ -144,6 +142,24 @@ CVelmString CVelmSourceTable::TextOrNumber(std::string_view key) const {
     // Formulas have no "+" in an exponent.
     text.erase(std::remove(text.begin(), text.end(), '+'), text.end());
     return FromUtf8(text);
+}
+
+std::vector<CVelmString> CVelmSourceTable::Texts(std::string_view key) const {
+    if (!Has(key)) {
+        return {};
+    }
+    if (At(key).is_string()) {
+        return {Text(key)};
+    }
+    const auto* list = At(key).as_array();
+    if (list == nullptr) {
+        FailAtKey(key, fmt::format("{} must be a text or a list of texts", key));
+    }
+    std::vector<CVelmString> texts;
+    for (const toml::node& node : *list) {
+        texts.push_back(ReadText(file_, node, key));
+    }
+    return texts;
 }
 
 double CVelmSourceTable::Number(std::string_view key, double otherwise) const {

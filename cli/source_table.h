@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "formula/formula_context.h"
 #include "platform/text.h"
@@ -34,6 +35,9 @@ public:
     /// The text of a key, empty when it is missing. RequiredText fails instead.
     CVelmString Text(std::string_view key) const;
     CVelmString RequiredText(std::string_view key) const;
+
+    /// The texts of a key that has one or a list of them, none when it is missing.
+    std::vector<CVelmString> Texts(std::string_view key) const;
 
     /// A text, or a number as the formula language writes it.
     CVelmString TextOrNumber(std::string_view key) const;

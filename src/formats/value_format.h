@@ -49,8 +49,8 @@ public:
     /// False, with `value` untouched, when the formula fails or a group's value is out of range.
     bool ParseValueText(CVelmString text, FormulaContext& context, double& value) const;
 
-    /// The first group in {} that is not a date, braces included; reading takes it for the cleared date. Empty when there
-    /// is none.
+    /// The first group in {} that is not a date, braces included; reading takes it for the cleared date. Empty when
+    /// there is none.
     CVelmString UnreadableDate(CVelmString text, const CVelmClock& clock) const;
 
     /// Reads a text as it is typed in a format: in a number base by its digits alone, otherwise as ParseValueText.

@@ -1,12 +1,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include "data/data_file.h"
 #include "formula/functions.h"
 #include "formula/operators.h"
 #include "htmlview/html_document.h"
 #include "model/reference_list.h"
+#include "support/table.h"
 
 namespace velm::test {
 namespace {
@@ -64,6 +67,36 @@ TEST(References, ExplainEveryOperatorAndFunctionWithExamplesThatHold) {
             << ToUtf8(name);
     }
     EXPECT_NE(page.find(u"iif("), CVelmString::npos);
+}
+
+TEST(References, HaveASectionForEveryDataFileAndALinkToIt) {
+    for (const auto& [page, kind] :
+         {std::pair{u"Sources of the units", KIND_CONVERSION}, {u"About the calculations", KIND_CALCULATION}}) {
+        HtmlDocument document = ReadHtml(ReadPage(page));
+        std::vector<CVelmString> targets;
+        for (const CVelmString& anchor : document.anchors) {
+            targets.push_back(u"#" + anchor);
+        }
+        EXPECT_EQ(document.links, targets);
+        std::sort(document.anchors.begin(), document.anchors.end());
+        EXPECT_EQ(document.anchors, DataFileNames(kind));
+    }
+}
+
+TEST(Documents, ListEveryDataFile) {
+    std::set<std::string> listed;
+    for (const auto& cells : ReadTable(VELMORA_FILE_LIST, "|")) {
+        const bool isFileRow = cells.size() == 5 && cells[2] != "file" && cells[2] != "---";
+        const std::vector<std::string> names = isFileRow ? Split(cells[2], ",") : std::vector<std::string>();
+        listed.insert(names.begin(), names.end());
+    }
+    std::set<std::string> present;
+    for (const std::int32_t kind : {KIND_CONVERSION, KIND_CALCULATION}) {
+        for (const CVelmString& name : DataFileNames(kind)) {
+            present.insert(ToUtf8(name.substr(0, name.rfind(u'.'))));
+        }
+    }
+    EXPECT_EQ(listed, present);
 }
 
 }  // namespace

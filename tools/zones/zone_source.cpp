@@ -24,8 +24,8 @@ title = "Time zones"
 category = "Everyday"
 updated = "{1}"
 source = "IANA time zone database, release {0}"
-note = [
-    "An hour that comes twice is taken as the first one, and one that the clocks leave out as if they had not been changed yet.",
+about = [
+    "An hour that occurs twice is taken as the first one. An hour that the clocks skip is read as if they had not been changed yet.",
     "Zone codes are those of the functions fromutc and toutc, without their own daylight saving time.",
 ]
 
