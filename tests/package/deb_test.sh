@@ -15,6 +15,12 @@ cd "$work"
 export HOME=$work/home PATH=$work/usr/bin:$PATH
 unset XDG_CONFIG_HOME XDG_DATA_HOME VELMORA_DATA
 [ "$(velmora convert length mi 26.2 --to km)" = 42.1648128 ] || fail "the command does not convert"
+for source in usr/share/velmora/sources/*.toml; do
+    name=$(basename "$source" .toml)
+    file=$(echo usr/share/velmora/Conversions/"$name".c??)
+    velmora import "$source" "made.${file##*.}" && cmp "made.${file##*.}" "$file" || fail "$source is not that of $file"
+done
+[ "$(velmora show length --sources | head -1)" = Length ] || fail "the command knows no sources"
 
 # The man page renders, and names every command and every option.
 page=usr/share/man/man1/velmora.1.gz

@@ -16,4 +16,14 @@ unzip -q "$zip" -d "$work"
 for program in Velmora.exe Tallyra.exe peghelp.exe htmlview.dll; do
     at_most 2000000 "$work/$program"
 done
+# The terminal command converts with the data beside it, and the sources are those of that data.
+tools=$(dirname "$0")/../../tools
+at_most 3000000 "$work/velmora.com"
+at_terminal() { (unset VELMORA_DATA && "$tools/wine" "$work/velmora.com" "$@"); }
+[ "$(at_terminal convert length mi 26.2 --to km | tr -d '\r')" = 42.1648128 ] || fail "the command does not convert"
+at_terminal import "Z:$work/Sources/Length.toml" "Z:$work/Length.cnv"
+cmp "$work/Length.cnv" "$work/Conversions/Length.cnv"
+for name in $(sed -nE 's/^([A-Za-z.]+)  .*/\1/p' "$work/README.txt"); do
+    [ -e "$work/$name" ] || fail "the readme names $name, which is missing"
+done
 VELMORA_PACKAGE="Z:$work" VELMORA_SCREEN=1024x800 "$(dirname "$0")/../../tools/xvfb-wine" "$driver"
