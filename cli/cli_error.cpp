@@ -1,5 +1,7 @@
 #include "cli_error.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "platform/fetch.h"
@@ -17,6 +19,13 @@ void FailUsage(const std::string& text) {
 void CheckHttp(const CVelmString& url) {
     if (!StartsWithNoCase(url, HTTP_SCHEME)) {
         Fail(Quoted(ToUtf8(url)) + " does not begin with " + ToUtf8(HTTP_SCHEME));
+    }
+}
+
+void CheckWebAddress(const CVelmString& url) {
+    if (!IsWebAddress(url)) {
+        Fail(fmt::format("{} does not begin with {} or {}", Quoted(ToUtf8(url)), ToUtf8(HTTP_SCHEME),
+                         ToUtf8(HTTPS_SCHEME)));
     }
 }
 

@@ -23,8 +23,9 @@ public:
 [[noreturn]] void Fail(const std::string& text);
 [[noreturn]] void FailUsage(const std::string& text);
 
-/// Ends the command unless files can be fetched from the address.
+/// Ends the command unless the address begins with http://, or else with https://.
 void CheckHttp(const CVelmString& url);
+void CheckWebAddress(const CVelmString& url);
 
 /// The text in quotation marks, for a message.
 std::string Quoted(const std::string& text);

@@ -1,6 +1,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <filesystem>
 
 #include "arguments.h"
@@ -8,7 +10,9 @@
 #include "commands.h"
 #include "data_file.h"
 #include "model/file_replacement.h"
-#include "rates_table.h"
+#include "rates_input.h"
+#include "update/rates_table.h"
+#include "update/table_merge.h"
 #include "update/update_file.h"
 
 namespace velm {
@@ -16,19 +20,26 @@ namespace velm {
 namespace {
 
 constexpr const char* LIST_NAME = "convupd.txt";
-constexpr std::size_t MAX_TABLE_SIZE = 16 << 20;
 constexpr char16_t MAX_BYTE = 0xFF;
 
-std::string ReadTable(CVelmFileSystem& files, const std::string& path) {
-    std::string bytes = ReadWholeFile(files, path, MAX_TABLE_SIZE + 1);
-    if (bytes.size() > MAX_TABLE_SIZE) {
-        Fail(Quoted(path) + " is too large for a table of rates");
+CVelmRatesTable ReadTable(const CommandContext& context, const std::string& source) {
+    CVelmString error;
+    const auto table = ReadRatesTable(ReadRatesInput(context, source), error);
+    if (!table) {
+        Fail(ToUtf8(error));
     }
-    return bytes;
+    return *table;
 }
 
-/// In update files each byte is one character.
+/// Whether an update file can hold the text, each byte of which is one character.
+bool FitsInBytes(const CVelmString& text) {
+    return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit <= MAX_BYTE; });
+}
+
 std::string AsBytes(const CVelmString& text) {
+    if (!FitsInBytes(text)) {
+        Fail(Quoted(ToUtf8(text)) + " has characters that an update file cannot hold");
+    }
     std::string bytes;
     for (const char16_t unit : text) {
         bytes += static_cast<char>(unit);
@@ -38,20 +49,27 @@ std::string AsBytes(const CVelmString& text) {
 
 CVelmString CheckedFileName(const std::string& file) {
     CVelmString name = FromUtf8(file);
-    const bool fits = std::all_of(name.begin(), name.end(), [](char16_t unit) { return unit <= MAX_BYTE; });
-    if (!fits || !IsUsableFileName(name)) {
+    if (!FitsInBytes(name) || !IsUsableFileName(name)) {
         Fail(Quoted(file) + " cannot be the name of a data file that is updated over the network");
     }
     return name;
 }
 
-std::string UpdateText(const RatesTable& table, const CVelmString& fileName) {
+/// Digits and at most one point, as the formulas of update files read them.
+std::string PlainNumber(double value) {
+    std::array<char, 512> text;
+    const auto result = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
+    return {text.data(), result.ptr};
+}
+
+std::string UpdateText(const CVelmRatesTable& table, const CVelmString& fileName) {
     std::string text = ToUtf8(UPDATE_MAGIC) + "\r\n" + ToUtf8(FILE_NAME_LINE) + AsBytes(fileName) + "\r\n";
-    if (!table.date.empty()) {
-        text += ToUtf8(UPDATED_LINE) + table.date + "\r\n";
+    if (table.day) {
+        text += ToUtf8(UPDATED_LINE) + ToUtf8(DayText(*table.day)) + "\r\n";
     }
-    for (const RatesTable::Line& line : table.lines) {
-        text += fmt::format("{}\t{}\t{}\r\n", table.base, line.code, line.rate);
+    const std::string base = AsBytes(table.base);
+    for (const CVelmTableRate& rate : table.rates) {
+        text += fmt::format("{}\t{}\t{}\r\n", base, AsBytes(rate.code), PlainNumber(rate.value));
     }
     return text;
 }
@@ -87,9 +105,9 @@ int RunFeed(CommandContext& context, const std::vector<std::string>& arguments) 
     std::string rates;
     std::string baseUrl;
     std::string folder;
-    std::string file = "Currency";
+    std::string file = ToUtf8(RATES_FILE);
     if (!ReadArguments(context, arguments,
-                       {{"--rates RATES", &rates, "Table of rates: the central bank's XML or CSV, or CODE RATE lines"},
+                       {{"--rates RATES", &rates, "Table of rates as for update: a file, - or a web address"},
                         {"--base-url URL", &baseUrl, "Address under which the files will be served"},
                         {"--out DIR", &folder, "Folder that the files are written to"},
                         {"--file NAME", &file, "Data file that the rates are for (Currency)"}})) {
@@ -100,14 +118,14 @@ int RunFeed(CommandContext& context, const std::vector<std::string>& arguments) 
     }
     const CVelmString fileName = CheckedFileName(file);
     const std::string base = CheckedBase(baseUrl);
-    const RatesTable table = ReadRates(ReadTable(context.services.files, rates));
+    const std::string update = UpdateText(ReadTable(context, rates), fileName);
     std::error_code error;
     const CVelmString out = WithSeparator(FromUtf8(folder));
     std::filesystem::create_directories(std::filesystem::path(out), error);
 
     // Written last, so that the list never names a missing file.
     const std::string page = file + ".upd.txt";
-    WriteFile(context, out + FromUtf8(page), UpdateText(table, fileName));
+    WriteFile(context, out + FromUtf8(page), update);
     WriteFile(context, out + FromUtf8(LIST_NAME),
               fmt::format("{}\r\n{}/{}\r\n", ToUtf8(LIST_MAGIC), base, Escaped(page)));
     return STATUS_OK;

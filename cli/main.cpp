@@ -24,7 +24,7 @@ constexpr std::array COMMANDS{
     Command{"import", "SOURCE.toml OUT.cnv|OUT.cal", "Create a data file from its text form", RunImport},
     Command{"export", "FILE [-o SOURCE.toml]", "Write the text form of a data file", RunExport},
     Command{"page", "INTRO.htm OUT.htm SOURCE.toml...", "Create a text reference from text forms", RunPage},
-    Command{"update", "[--url URL] [FILE]...", "Merge new rates into the data files", RunUpdate},
+    Command{"update", "[--rates RATES] [FILE]...", "Merge new rates into the data files", RunUpdate},
     Command{"feed", "--rates RATES --base-url URL ...", "Create update files from a table of rates", RunFeed},
     Command{"options", "[NAME [VALUE]]", "Show or change the program's options", RunOptions},
 };

@@ -48,7 +48,7 @@ std::string ShowUpdateUrl(const CVelmSettings& settings) {
 
 void SetUpdateUrl(CVelmSettings& settings, const CVelmString& value) {
     if (!value.empty()) {
-        CheckHttp(value);
+        CheckWebAddress(value);
     }
     SetText(settings.updateUrl, value);
 }

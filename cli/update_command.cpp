@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "arguments.h"
 #include "cli_error.h"
 #include "commands.h"
@@ -7,39 +9,20 @@
 #include "model/catalog.h"
 #include "platform/fetch.h"
 #include "platform/system_error.h"
-#include "platform/terminal.h"
+#include "rates_input.h"
 #include "stored_options.h"
 #include "update/downloader.h"
 #include "update/merge.h"
+#include "update/table_download.h"
+#include "update/table_merge.h"
 #include "update/update_file.h"
 
 namespace velm {
 
 namespace {
 
-/// A progress line that is overwritten on a terminal; nothing elsewhere.
-class CVelmProgressLine {
-public:
-    CVelmProgressLine() : visible_(StandardErrorIsTerminal()) {}
-    ~CVelmProgressLine() { Show(""); }
-    CVelmProgressLine(const CVelmProgressLine&) = delete;
-    CVelmProgressLine& operator=(const CVelmProgressLine&) = delete;
-
-    void Show(const CVelmDownloadProgress& progress) {
-        Show(fmt::format("Downloading {} of {}, {} bytes", progress.file, progress.fileCount, progress.bytes));
-    }
-
-private:
-    void Show(const std::string& text) {
-        if (visible_ && text != shown_) {
-            WriteStandardError(fmt::format("\r{:<{}}\r{}", "", shown_.size(), text));
-            shown_ = text;
-        }
-    }
-
-    bool visible_;
-    std::string shown_;
-};
+/// Where the European Central Bank publishes its rates every working day.
+constexpr std::string_view RATES_ADDRESS = "https://www.ecb.europa.eu/stats/eurofxref/eurofxref-daily.xml";
 
 /// Downloads and prints the system's own message. False when the run failed.
 bool Download(const CVelmCatalog& catalog, const CVelmString& url, CVelmOutput& out) {
@@ -91,12 +74,21 @@ std::vector<CVelmConversionDoc*> DocumentsToUpdate(const CommandContext& context
     return documents;
 }
 
-/// Merges and reports the result. False when the new rates could not be written.
-bool MergeAndPrint(CommandContext& context, const CVelmCatalog& catalog, CVelmConversionDoc& document) {
+/// Merges and reports the result. False when the new rates could not be written, or are older and that is not wanted.
+bool MergeAndPrint(CommandContext& context, const CVelmCatalog& catalog, CVelmConversionDoc& document, TableAge age) {
     const std::string name = ToUtf8(document.FileNameWithExtension());
     if (!document.EnsureLoaded(catalog.Folder())) {
         PrintError(Quoted(name) + " " + LoadFailureText(document.lastLoad));
         return false;
+    }
+    if (age == TableAge::NotOlder) {
+        if (const auto older = RemoveOlderUpdate(document, catalog, context.formulas)) {
+            PrintError(
+                fmt::format("the update of {} is not used: its rates are of {}, older than those of {} in the data "
+                            "file; --force takes them",
+                            Quoted(name), ToUtf8(DayText(older->update)), ToUtf8(DayText(older->held))));
+            return false;
+        }
     }
     if (!Merge(document, catalog, context.formulas)) {
         context.out.WriteLine(OneLine(name + ": no new rates"));
@@ -112,29 +104,102 @@ bool MergeAndPrint(CommandContext& context, const CVelmCatalog& catalog, CVelmCo
     return true;
 }
 
-}  // namespace
+/// Whether update files wait in the data folder.
+bool HasPendingUpdate(const CVelmCatalog& catalog) {
+    const auto entries = catalog.Services().files.List(catalog.Folder());
+    return entries && std::ranges::any_of(*entries, [](const CVelmFolderEntry& entry) {
+               return !entry.isFolder && EndsWithNoCase(entry.name, UPDATE_EXTENSION);
+           });
+}
 
-int RunUpdate(CommandContext& context, const std::vector<std::string>& arguments) {
-    std::string url;
-    std::vector<std::string> files;
-    if (!ReadArguments(context, arguments,
-                       {{"[FILE]...", &files, "Data files to bring up to date; without one all that rates came for"},
-                        {"--url URL", &url, "Address of the update list (velmora options update-url)"}})) {
-        return STATUS_OK;
+void PrintUnknown(const std::string& name, const std::vector<CVelmString>& codes) {
+    constexpr std::size_t MOST = 12;
+    std::string list;
+    for (std::size_t i = 0; i < std::min(codes.size(), MOST); ++i) {
+        list += (i == 0 ? "" : ", ") + ToUtf8(codes[i]);
     }
-    if (!url.empty()) {
-        CheckHttp(FromUtf8(url));
+    if (codes.size() > MOST) {
+        list += fmt::format(" and {} more", codes.size() - MOST);
     }
+    PrintError(fmt::format("skipped, because {} has no such unit: {}", name, list));
+}
+
+/// Merges a table of rates into one data file.
+int MergeRates(CommandContext& context, const std::string& source, const std::vector<std::string>& files,
+               TableAge age) {
+    if (files.size() > 1) {
+        FailUsage("a table of rates is for one data file");
+    }
+    const std::string file = files.empty() ? ToUtf8(RATES_FILE) : files.front();
+    const DataFilePath path = FindDataFile(context, file);
+    const auto opened = OpenDataFile(context, path, file, KIND_CONVERSION);
+    auto& document = static_cast<CVelmConversionDoc&>(*opened);
+    const std::string table = ReadRatesInput(context, source);
+    const CVelmTableMerge result = MergeTable(document, path.folder, table, age, context.services);
+    if (!result.merged) {
+        Fail(ToUtf8(result.errorText) + (result.isAgeProblem ? "; --force takes it" : ""));
+    }
+    if (document.modified) {
+        FailToWrite(document.PathIn(path.folder));
+    }
+    const std::string name = ToUtf8(document.FileNameWithExtension());
+    if (!result.unknown.empty()) {
+        PrintUnknown(name, result.unknown);
+    }
+    const std::string day = ToUtf8(DayText(result.day));
+    if (result.dayIsAssumed) {
+        PrintError("the table has no date; its rates count as those of today, " + day);
+    }
+    context.out.WriteLine(
+        OneLine(fmt::format("{}: {} {} of {}", name, result.rateCount, result.rateCount == 1 ? "rate" : "rates", day)));
+    return STATUS_OK;
+}
+
+/// Downloads update files and merges them.
+int MergeUpdates(CommandContext& context, const CVelmString& url, const std::vector<std::string>& files, TableAge age) {
     FilesOfDataFolder(context);  // ends the command when there is none
     CVelmCatalog catalog(context.services);
     catalog.SetFolder(context.dataFolder);
     catalog.ScanFolder();
     DocumentsToUpdate(context, catalog, files);  // a wrong FILE ends the command before anything is fetched
-    bool ok = Download(catalog, url.empty() ? UpdateUrlOfOptions() : FromUtf8(url), context.out);
+    bool ok = true;
+    if (url != DEFAULT_UPDATE_URL) {
+        ok = Download(catalog, url, context.out);
+    } else if (!HasPendingUpdate(catalog)) {
+        Fail(
+            "there is no server to ask yet; \"velmora update --rates\" takes new rates from a file or an address, such "
+            "as " +
+            std::string(RATES_ADDRESS));
+    }
     for (CVelmConversionDoc* document : DocumentsToUpdate(context, catalog, files)) {
-        ok = MergeAndPrint(context, catalog, *document) && ok;
+        ok = MergeAndPrint(context, catalog, *document, age) && ok;
     }
     return ok ? STATUS_OK : STATUS_FAILED;
+}
+
+}  // namespace
+
+int RunUpdate(CommandContext& context, const std::vector<std::string>& arguments) {
+    std::string url;
+    std::string rates;
+    bool force = false;
+    std::vector<std::string> files;
+    if (!ReadArguments(context, arguments,
+                       {{"[FILE]...", &files, "Data files to bring up to date; without one all that rates came for"},
+                        {"--rates RATES", &rates, "Table of rates: a file, - for standard input, or a web address"},
+                        {"--url URL", &url, "Address of the update list (velmora options update-url)", "--rates"},
+                        {"--force", &force, "Take rates that are older than those of the data file"}})) {
+        return STATUS_OK;
+    }
+    if (!url.empty()) {
+        CheckWebAddress(FromUtf8(url));
+    }
+    const TableAge age = force ? TableAge::Any : TableAge::NotOlder;
+    const CVelmString address = url.empty() ? UpdateUrlOfOptions() : FromUtf8(url);
+    if (rates.empty() && IsTableAddress(address)) {
+        rates = ToUtf8(address);
+    }
+    return rates.empty() ? MergeUpdates(context, address, files, age) : MergeRates(context, rates, files, age);
 }
 
 }  // namespace velm

@@ -18,7 +18,7 @@ namespace {
 constexpr int FIRST_LEFT = 5;
 
 bool IsWebAddress(const CVelmString& target) {
-    return StartsWithNoCase(target, HTTP_SCHEME) || StartsWithNoCase(target, u"https://");
+    return IsWebAddress(target);
 }
 
 /// Highest error code of ShellExecuteW.

@@ -9,8 +9,13 @@
 
 namespace velm {
 
-/// The only scheme that is fetched, in any letter case.
+/// The schemes that are fetched, in any letter case.
 constexpr CVelmStringView HTTP_SCHEME = u"http://";
+constexpr CVelmStringView HTTPS_SCHEME = u"https://";
+
+inline bool IsWebAddress(CVelmStringView url) {
+    return StartsWithNoCase(url, HTTP_SCHEME) || StartsWithNoCase(url, HTTPS_SCHEME);
+}
 
 /// When a fetch gives up.
 struct CVelmFetchLimits {
@@ -31,13 +36,13 @@ struct CVelmFetched {
     CVelmString cacheFile;  ///< path of the local copy when the status is Ok; the caller removes it
 };
 
-/// Fetches files over HTTP. Tests substitute their own.
+/// Fetches files over HTTP and HTTPS. Tests substitute their own.
 class CVelmFetcher {
 public:
     virtual ~CVelmFetcher() = default;
 
-    /// Bypasses every cache. Anything but a whole file from an "http://" address, redirections included, is Failed and
-    /// leaves nothing on the disk.
+    /// Bypasses every cache. Anything but a whole file from an "http://" or "https://" address, redirections included,
+    /// is Failed and leaves nothing on the disk. An "https://" address is redirected to such addresses only.
     virtual CVelmFetched Fetch(const CVelmString& url, const CVelmFetchProgress& progress) = 0;
 };
 

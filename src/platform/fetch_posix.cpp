@@ -150,8 +150,8 @@ private:
             ok = Curl().set(handle, option, value) == CURLE_OK && ok;
         };
         set(CURLOPT_URL, url.c_str());
-        set(CURLOPT_PROTOCOLS_STR, "http");
-        set(CURLOPT_REDIR_PROTOCOLS_STR, "http");
+        set(CURLOPT_PROTOCOLS_STR, "http,https");
+        set(CURLOPT_REDIR_PROTOCOLS_STR, IsSecure(FromUtf8(url)) ? "https" : "http,https");
         set(CURLOPT_FOLLOWLOCATION, 1L);
         set(CURLOPT_MAXREDIRS, static_cast<long>(MAX_REDIRECTIONS));
         set(CURLOPT_FAILONERROR, 1L);

@@ -11,9 +11,13 @@ constexpr bool IsSuccess(long status) {
     return status >= 200 && status <= 203;
 }
 
+inline bool IsSecure(CVelmStringView url) {
+    return StartsWithNoCase(url, HTTPS_SCHEME);
+}
+
 /// An embedded NUL would make the system fetch a different address than the one checked here.
 inline bool IsFetchable(CVelmStringView url) {
-    return StartsWithNoCase(url, HTTP_SCHEME) && url.find(u'\0') == CVelmStringView::npos;
+    return IsWebAddress(url) && url.find(u'\0') == CVelmStringView::npos;
 }
 
 }  // namespace velm

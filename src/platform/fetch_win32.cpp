@@ -87,7 +87,7 @@ public:
     }
 
     STDMETHODIMP OnProgress(ULONG bytes, ULONG wholeSize, ULONG status, LPCWSTR text) override {
-        if (status == BINDSTATUS_REDIRECTING && !IsHttp(text)) {
+        if (status == BINDSTATUS_REDIRECTING && !IsAllowed(text)) {
             refused_ = true;
         }
         if (status == BINDSTATUS_SENDINGREQUEST) {
@@ -108,7 +108,7 @@ public:
     }
     STDMETHODIMP OnResponse(DWORD code, LPCWSTR, LPCWSTR, LPWSTR*) override {
         connected_ = true;
-        if (!IsSuccess(static_cast<long>(code)) || IsSecured()) {
+        if (!IsSuccess(static_cast<long>(code)) || HasLostSecurity()) {
             refused_ = true;
         }
         return refused_ ? E_ABORT : S_OK;
@@ -138,12 +138,17 @@ private:
         }
     }
 
-    static bool IsHttp(LPCWSTR url) {
-        return url != nullptr && StartsWithNoCase(reinterpret_cast<const char16_t*>(url), HTTP_SCHEME);
+    /// Whether a redirection to this address may be followed.
+    bool IsAllowed(LPCWSTR address) const {
+        const auto* const text = reinterpret_cast<const char16_t*>(address);
+        return text != nullptr && (IsSecure(url_) ? IsSecure(text) : IsWebAddress(text));
     }
 
-    /// Whether a redirection has led to another scheme.
-    bool IsSecured() const {
+    /// Whether a redirection has led from a secure address to another one.
+    bool HasLostSecurity() const {
+        if (!IsSecure(url_)) {
+            return false;
+        }
         IWinInetInfo* info = nullptr;
         if (binding_ == nullptr ||
             FAILED(binding_->QueryInterface(IID_IWinInetInfo, reinterpret_cast<void**>(&info)))) {
@@ -153,7 +158,7 @@ private:
         DWORD size = sizeof flags;
         const HRESULT result = info->QueryOption(INTERNET_OPTION_SECURITY_FLAGS, &flags, &size);
         info->Release();
-        return result == S_OK && (flags & SECURITY_FLAG_SECURE) != 0;
+        return result == S_OK && (flags & SECURITY_FLAG_SECURE) == 0;
     }
 
     /// The system takes a broken connection for the end of the file.

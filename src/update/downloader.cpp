@@ -8,6 +8,11 @@
 #include "update/update_file.h"
 
 namespace velm {
+
+CVelmString DownloadErrorText(FetchStatus status, const CVelmString& url) {
+    return status == FetchStatus::Stopped ? CVelmString(u"stopped") : u"Error downloading HTTP file: " + url;
+}
+
 bool CVelmDownloader::Run(const CVelmDownloadObserver& observer) {
     downloadedCount_ = 0;
     errorText_.clear();
@@ -29,14 +34,11 @@ bool CVelmDownloader::Download(std::size_t index, const CVelmDownloadObserver& o
     const CVelmString url = urls_[index];
     const auto report = [&](std::uint64_t bytes) { return !observer || observer({index + 1, urls_.size(), bytes}); };
     if (index >= MAX_DOWNLOADS) {
-        return Fail(u"Error downloading HTTP file: " + url);
+        return Fail(DownloadErrorText(FetchStatus::Failed, url));
     }
     const CVelmFetched fetched = report(0) ? fetcher_.Fetch(url, report) : CVelmFetched{FetchStatus::Stopped, {}};
-    if (fetched.status == FetchStatus::Stopped) {
-        return Fail(u"stopped");
-    }
     if (fetched.status != FetchStatus::Ok) {
-        return Fail(u"Error downloading HTTP file: " + url);
+        return Fail(DownloadErrorText(fetched.status, url));
     }
     return TakePage(fetched.cacheFile);
 }

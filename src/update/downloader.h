@@ -24,6 +24,9 @@ struct CVelmDownloadProgress {
 /// Called when a file begins, when bytes arrive, and several times a second while waiting. False stops the run.
 using CVelmDownloadObserver = std::function<bool(const CVelmDownloadProgress&)>;
 
+/// Why a fetch that was not Ok failed: "stopped" or the address.
+CVelmString DownloadErrorText(FetchStatus status, const CVelmString& url);
+
 /// One download run: fetches an update list and what it names, and keeps the update files in the catalog's folder.
 class CVelmDownloader {
 public:

@@ -4,11 +4,12 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "model/file_stream.h"
+#include "model/rate_days.h"
+#include "update/unit_finder.h"
 #include "update/update_file.h"
 
 namespace velm {
@@ -22,42 +23,27 @@ struct Rate {
 
 /// The content of an update file.
 struct Update {
+    CVelmString path;
     std::vector<Rate> rates;
     CVelmString timeStamp;
+    std::optional<CVelmDay> day;  ///< of the rates; none when the time stamp names no day
 };
 
-/// By identifier. Deliberate: update files name units in any letter case, whatever it may mean elsewhere. The items
-/// that carry one are in the document's order.
-using Units = std::unordered_map<CVelmString, std::vector<CVelmItem*>>;
-
-Units UnitsOf(const CVelmDocument& document) {
-    Units units;
-    for (const auto& item : document.items) {
-        if (!item->identifier.empty()) {
-            units[FoldCase(item->identifier)].push_back(item.get());
-        }
-    }
-    return units;
-}
-
-/// The n-th unit that carries the identifier, counted from 0; null when there is none.
-CVelmItem* FindUnit(const Units& units, CVelmStringView identifier, std::size_t n) {
-    const auto found = units.find(FoldCase(identifier));
-    return found == units.end() || n >= found->second.size() ? nullptr : found->second[n];
-}
-
 /// Nothing when the file is not an update file or cannot be read to its end.
-std::optional<Update> ReadUpdate(CVelmFileStream& stream, const CVelmDocument& document, FormulaContext& context) {
+std::optional<Update> ReadUpdate(CVelmFileStream& stream, const CVelmDocument& document, FormulaContext& context,
+                                 const CVelmClock& clock) {
     CVelmString line;
     if (stream.ReadLine(line) <= 0 || !line.starts_with(UPDATE_MAGIC)) {
         return std::nullopt;
     }
     Update update;
-    const Units units = UnitsOf(document);
+    const CVelmUnitFinder units(document);
+    CVelmString stamp;
     while (ReadFilledLine(stream, line)) {
         if (line.starts_with(UPDATED_LINE)) {
             update.timeStamp += u"Downloaded file timestamp: ";
-            update.timeStamp.append(line, UPDATED_LINE.size());
+            stamp = line.substr(UPDATED_LINE.size());
+            update.timeStamp += stamp;
         }
         const auto rate = SplitRateLine(line);
         double factor = 0.0;
@@ -65,21 +51,62 @@ std::optional<Update> ReadUpdate(CVelmFileStream& stream, const CVelmDocument& d
             continue;
         }
         // A rate between equal identifiers refers to the first two items with it.
-        CVelmItem* const unit1 = FindUnit(units, rate->unit1, 0);
-        CVelmItem* const unit2 = FindUnit(units, rate->unit2, EqualsNoCase(rate->unit1, rate->unit2) ? 1 : 0);
+        CVelmItem* const unit1 = units.Find(rate->unit1);
+        CVelmItem* const unit2 = units.Find(rate->unit2, EqualsNoCase(rate->unit1, rate->unit2) ? 1 : 0);
         if (unit1 != nullptr && unit2 != nullptr) {
             update.rates.push_back({unit1, unit2, factor});
         }
     }
+    update.day = update.timeStamp.empty() ? Today(clock) : ReadDay(Trim(CVelmStringView(stamp), u" \t"));
     return stream.Remaining() == 0 ? std::optional(std::move(update)) : std::nullopt;
 }
 
-void Apply(const Update& update, CVelmConversionDoc& document) {
-    // The first conversion between two units, in either direction.
-    std::map<std::pair<CVelmItem*, CVelmItem*>, CVelmConversion*> conversions;
+/// The update that waits for the document, which is loaded for it; nothing when there is none or it cannot be read.
+std::optional<Update> ReadPending(CVelmConversionDoc& document, const CVelmCatalog& catalog, FormulaContext& context) {
+    const CVelmServices& services = catalog.Services();
+    const CVelmString& folder = catalog.Folder();
+    const auto name = document.fileName.empty()
+                          ? std::nullopt
+                          : FindInFolder(services.files, folder, document.fileName + CVelmString(UPDATE_EXTENSION));
+    // A partially loaded document must not overwrite its file.
+    if (!name || !document.EnsureLoaded(folder)) {
+        return std::nullopt;
+    }
+    CVelmFileStream stream(services.files, services.clock);
+    if (!stream.OpenRead(folder + *name)) {
+        return std::nullopt;
+    }
+    auto update = ReadUpdate(stream, document, context, services.clock);
+    if (update) {
+        update->path = folder + *name;
+    }
+    return update;
+}
+
+/// The first conversion between two units, in either direction.
+using Conversions = std::map<std::pair<CVelmItem*, CVelmItem*>, CVelmConversion*>;
+
+Conversions ConversionsOf(const CVelmConversionDoc& document) {
+    Conversions conversions;
     for (const auto& conversion : document.conversions) {
         conversions.try_emplace(std::minmax(conversion->unit1, conversion->unit2), conversion.get());
     }
+    return conversions;
+}
+
+/// The latest day of a rate that the update would replace.
+std::optional<CVelmDay> LatestDay(const Update& update, const CVelmConversionDoc& document, const CVelmRateDays& days) {
+    const Conversions conversions = ConversionsOf(document);
+    std::optional<CVelmDay> latest;
+    for (const Rate& rate : update.rates) {
+        const auto found = conversions.find(std::minmax(rate.unit1, rate.unit2));
+        latest = found == conversions.end() ? latest : std::max(latest, days.DayOf(*found->second));
+    }
+    return latest;
+}
+
+void Apply(const Update& update, CVelmConversionDoc& document, CVelmRateDays& days) {
+    Conversions conversions = ConversionsOf(document);
     for (const Rate& rate : update.rates) {
         CVelmConversion*& conversion = conversions[std::minmax(rate.unit1, rate.unit2)];
         if (conversion == nullptr) {
@@ -93,6 +120,9 @@ void Apply(const Update& update, CVelmConversionDoc& document) {
         conversion->offset = 0.0;
         conversion->forwardFormula.clear();
         conversion->reverseFormula.clear();
+        if (update.day) {
+            days.Set(*conversion, *update.day);
+        }
     }
     // The file format's maximum.
     document.Touch(update.timeStamp.substr(0, CVelmFileStream::MAX_STRING));
@@ -103,27 +133,32 @@ void Apply(const Update& update, CVelmConversionDoc& document) {
 bool Merge(CVelmConversionDoc& document, const CVelmCatalog& catalog, FormulaContext& context) {
     const CVelmServices& services = catalog.Services();
     const CVelmString& folder = catalog.Folder();
-    const auto name = document.fileName.empty()
-                          ? std::nullopt
-                          : FindInFolder(services.files, folder, document.fileName + CVelmString(UPDATE_EXTENSION));
-    // A partially loaded document must not overwrite its file.
-    if (!name || !document.EnsureLoaded(folder)) {
-        return false;
-    }
-    CVelmFileStream stream(services.files, services.clock);
-    if (!stream.OpenRead(folder + *name)) {
-        return false;
-    }
-    const auto update = ReadUpdate(stream, document, context);
-    stream.Close();
+    const auto update = ReadPending(document, catalog, context);
     if (!update) {
         return false;
     }
-    Apply(*update, document);
+    CVelmRateDays days = CVelmRateDays::Read(document, folder, services.files);
+    Apply(*update, document, days);
     if (document.Save(folder)) {
-        services.files.Remove(folder + *name);
+        days.Write(document, folder, services.files);
+        services.files.Remove(update->path);
     }
     return true;
+}
+
+std::optional<CVelmOlderUpdate> RemoveOlderUpdate(CVelmConversionDoc& document, const CVelmCatalog& catalog,
+                                                  FormulaContext& context) {
+    const auto update = ReadPending(document, catalog, context);
+    if (!update || !update->day) {
+        return std::nullopt;
+    }
+    CVelmFileSystem& files = catalog.Services().files;
+    const auto held = LatestDay(*update, document, CVelmRateDays::Read(document, catalog.Folder(), files));
+    if (!held || *held <= *update->day) {
+        return std::nullopt;
+    }
+    files.Remove(update->path);
+    return CVelmOlderUpdate{*update->day, *held};
 }
 
 void MergeWhenOpened(CVelmCatalog& catalog, FormulaContext& context) {

@@ -5,6 +5,7 @@
 #include "support/memory_files.h"
 #include "support/sample_documents.h"
 #include "update/page_fetcher.h"
+#include "update/table_download.h"
 
 namespace velm::test {
 namespace {
@@ -89,6 +90,24 @@ TEST_F(DownloaderTest, AListThatNamesItselfEndsAfterAThousandFiles) {
     EXPECT_EQ(Run("http://list"), "0, 0 downloaded: Error downloading HTTP file: http://list");
     EXPECT_EQ(fetcher.requests["http://list"], 1000);
     EXPECT_EQ(files.Names(), NOTHING);
+}
+
+TEST_F(DownloaderTest, ATableIsFetchedAsItIs) {
+    for (const CVelmStringView url : {u"http://x/daily.xml", u"HTTPS://x/y.CSV?day=1", u"https://x/a.csv#b"}) {
+        EXPECT_TRUE(IsTableAddress(url)) << ToUtf8(url);
+    }
+    for (const CVelmStringView url : {u"http://x/convupd.txt", u"http://x/?a.xml", u"file:///a.xml", u"a.csv", u""}) {
+        EXPECT_FALSE(IsTableAddress(url)) << ToUtf8(url);
+    }
+    fetcher.pages["https://table"] = "USD 1.5";
+    CVelmString error;
+    EXPECT_EQ(DownloadTable(fetcher, files, u"https://table", {}, error), "USD 1.5");
+    EXPECT_EQ(files.Names(), NOTHING) << "the local copy is removed";
+    EXPECT_FALSE(DownloadTable(fetcher, files, u"https://none", {}, error));
+    EXPECT_EQ(ToUtf8(error), "Error downloading HTTP file: https://none");
+    const auto stop = [](const CVelmDownloadProgress& progress) { return progress.bytes == 0; };
+    EXPECT_FALSE(DownloadTable(fetcher, files, u"https://table", stop, error));
+    EXPECT_EQ(ToUtf8(error), "stopped");
 }
 
 }  // namespace

@@ -91,5 +91,24 @@ TEST_F(MergeTest, TheUpdateFileStaysUntilTheDocumentIsSaved) {
     EXPECT_FALSE(IsPending());
 }
 
+TEST_F(MergeTest, AnUpdateOlderThanTheRatesThatItReplacesCanBeRemoved) {
+    const auto olderThan = [this](std::string_view update) {
+        CVelmConversionDoc& document = Open();
+        files.AddText(catalog.Folder() + u"Currency.upd", update);
+        const auto older = RemoveOlderUpdate(document, catalog, context);
+        return older ? ToUtf8(DayText(older->update) + u" " + DayText(older->held)) : "nothing";
+    };
+    EXPECT_TRUE(MergeText(Open(), "VLMUPD\n--Updated:2024-07-04\nUSD\tEUR\t2\n"));
+    EXPECT_EQ(olderThan("VLMUPD\n--Updated: 2024-07-03\nEUR\tUSD\t3\nUSD\tGBP\t3\n"), "2024-07-03 2024-07-04");
+    EXPECT_FALSE(IsPending());
+    for (const char* const update :
+         {"VLMUPD\n--Updated:2024-07-04\nUSD\tEUR\t3\n", "VLMUPD\n--Updated:2024-07-03\nUSD\tGBP\t3\n",
+          "VLMUPD\n--Updated:once\nUSD\tEUR\t3\n", "VLMUPD\nUSD\tEUR\t3\n", "none"}) {
+        EXPECT_EQ(olderThan(update), "nothing") << update;
+        EXPECT_TRUE(IsPending()) << update;
+    }
+    EXPECT_EQ(Conversions(Open()), "USD*2=EUR EUR{x+1|x-1}GBP ");
+}
+
 }  // namespace
 }  // namespace velm::test
