@@ -76,7 +76,7 @@ _velmora() {
         convert:--to:*) _velmora_offer < <(_velmora_ask show "${arguments[0]}" --names) ;;
         eval:--as:* | eval:--angle:*) _velmora_offer < <(_velmora_choices) ;;
         feed:--out:*) _velmora_paths -d ;;
-        feed:--rates:* | export:-o:* | check:* | import:* | page:*) _velmora_paths -f ;;
+        feed:--rates:* | update:--rates:* | export:-o:* | check:* | import:* | page:*) _velmora_paths -f ;;
         *:--url:* | *:--base-url:* | *:--parts:*) ;;
         feed:--file:* | convert:*:0 | calc:*:0 | show:*:0 | export:*:0 | update:*)
             if [[ $word == */* ]]; then
