@@ -53,10 +53,6 @@ protected:
         for (const auto& entry : std::filesystem::directory_iterator(data)) {
             std::filesystem::copy(entry, std::filesystem::path(program.DataFolder()) / entry.path().filename());
         }
-        WriteBytes(program, u"Shoe sizes.htm",
-                   "<h1>Shoe sizes</h1><p>A <b>size</b> says how long the foot is, each country in its own "
-                   "way.</p><table border=1><tr><th>Europe</th><th>UK</th></tr><tr><td>42</td><td>8</td></tr>"
-                   "<tr><td>43</td><td>9</td></tr></table><ul><li>Half sizes are usual in the UK.</li></ul>");
         CopyFileW(Wide(FromUtf8(VELMORA_HTMLVIEW)), Wide(program.ProgramFolder() + u"htmlview.dll"), FALSE);
     }
 
