@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cwchar>
 #include <memory>
+#include <vector>
 
 #include "app/main_frame.h"
 #include "peghelp/help_window.h"
@@ -28,27 +29,36 @@ protected:
         const char* const folder = std::getenv("VELMORA_PACKAGE");
         ASSERT_NE(folder, nullptr);
         folder_ = WithSeparator(FromUtf8(folder));
-        // What an earlier run has stored names another folder.
-        CVelmSettings settings;
-        std::copy_n(u"Length.cnv", 10, settings.openFiles);
-        ASSERT_EQ(SaveSettings(settings, *OpenOptionsStore(DefaultOptionsLocation())), 0);
+        ForgetFolder();
     }
 
     void TearDown() override {
         for (const wchar_t* name : {CALCULATOR_CLASS, HELP_CLASS, FRAME_CLASS}) {
             Close(FindWindowW(name, nullptr));
         }
+        for (const Process& process : started_) {
+            EXPECT_EQ(WaitForSingleObject(process.get(), 20000), WAIT_OBJECT_0);
+        }
+        ForgetFolder();
     }
 
-    using Process = std::unique_ptr<void, decltype(&CloseHandle)>;
-    Process Start(const CVelmString& program, const CVelmString& arguments = {}) const {
+    /// The programs store the data folder, which whoever uses this Wine prefix next does not have.
+    static void ForgetFolder() {
+        CVelmSettings settings;
+        std::copy_n(u"Length.cnv", 10, settings.openFiles);
+        ASSERT_EQ(SaveSettings(settings, *OpenOptionsStore(DefaultOptionsLocation())), 0);
+    }
+
+    /// The process stays this object's.
+    HANDLE Start(const CVelmString& program, const CVelmString& arguments = {}) {
         std::wstring line = ToWide(u"\"" + folder_ + program + u"\" " + arguments);
         STARTUPINFOW startup{};
         PROCESS_INFORMATION process{};
         EXPECT_TRUE(
             CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process));
         CloseHandle(process.hThread);
-        return {process.hProcess, CloseHandle};
+        started_.emplace_back(process.hProcess, CloseHandle);
+        return process.hProcess;
     }
 
     static HWND WaitForWindow(const wchar_t* className) {
@@ -68,7 +78,7 @@ protected:
     }
 
     /// Starts the program and waits until it gets the keys that are pressed.
-    void StartVelmora() const {
+    void StartVelmora() {
         Start(u"Velmora.exe");
         WaitForKeys(WaitForWindow(FRAME_CLASS));
     }
@@ -112,6 +122,10 @@ protected:
     }
 
     CVelmString folder_;
+
+private:
+    using Process = std::unique_ptr<void, decltype(&CloseHandle)>;
+    std::vector<Process> started_;
 };
 
 TEST_F(UnpackedPrograms, ConvertMilesAndHandThemToTheCalculator) {
@@ -158,7 +172,7 @@ TEST_F(UnpackedPrograms, ASecondStartBringsTheFirstToTheFront) {
         Start(program);
         const HWND window = WaitForWindow(name);
         ShowWindow(window, SW_MINIMIZE);
-        EXPECT_EQ(WaitForSingleObject(Start(program).get(), 20000), WAIT_OBJECT_0) << "the second one stays";
+        EXPECT_EQ(WaitForSingleObject(Start(program), 20000), WAIT_OBJECT_0) << "the second one stays";
         EXPECT_TRUE(WaitUntil([&] { return !IsIconic(window) && GetForegroundWindow() == window; }));
     }
 }
