@@ -17,10 +17,6 @@ namespace {
 /// Pixels at scale 1, until the first layout.
 constexpr int FIRST_LEFT = 5;
 
-bool IsWebAddress(const CVelmString& target) {
-    return IsWebAddress(target);
-}
-
 /// Highest error code of ShellExecuteW.
 constexpr INT_PTR LAST_SHELL_ERROR = 32;
 
