@@ -82,7 +82,7 @@ bool MergeAndPrint(CommandContext& context, const CVelmCatalog& catalog, CVelmCo
         return false;
     }
     if (age == TableAge::NotOlder) {
-        if (const auto older = RemoveOlderUpdate(document, catalog, context.formulas)) {
+        if (const auto older = RemoveOlderUpdate(document, catalog.Folder(), context.services, context.formulas)) {
             PrintError(
                 fmt::format("the update of {} is not used: its rates are of {}, older than those of {} in the data "
                             "file; --force takes them",
@@ -112,18 +112,6 @@ bool HasPendingUpdate(const CVelmCatalog& catalog) {
            });
 }
 
-void PrintUnknown(const std::string& name, const std::vector<CVelmString>& codes) {
-    constexpr std::size_t MOST = 12;
-    std::string list;
-    for (std::size_t i = 0; i < std::min(codes.size(), MOST); ++i) {
-        list += (i == 0 ? "" : ", ") + ToUtf8(codes[i]);
-    }
-    if (codes.size() > MOST) {
-        list += fmt::format(" and {} more", codes.size() - MOST);
-    }
-    PrintError(fmt::format("skipped, because {} has no such unit: {}", name, list));
-}
-
 /// Merges a table of rates into one data file.
 int MergeRates(CommandContext& context, const std::string& source, const std::vector<std::string>& files,
                TableAge age) {
@@ -142,16 +130,13 @@ int MergeRates(CommandContext& context, const std::string& source, const std::ve
     if (document.modified) {
         FailToWrite(document.PathIn(path.folder));
     }
-    const std::string name = ToUtf8(document.FileNameWithExtension());
-    if (!result.unknown.empty()) {
-        PrintUnknown(name, result.unknown);
-    }
-    const std::string day = ToUtf8(DayText(result.day));
-    if (result.dayIsAssumed) {
-        PrintError("the table has no date; its rates count as those of today, " + day);
+    // An update that waits would bring its older rates back.
+    RemoveOlderUpdate(document, path.folder, context.services, context.formulas);
+    for (const CVelmString& remark : RemarksOn(result)) {
+        PrintError(ToUtf8(remark));
     }
     context.out.WriteLine(
-        OneLine(fmt::format("{}: {} {} of {}", name, result.rateCount, result.rateCount == 1 ? "rate" : "rates", day)));
+        OneLine(fmt::format("{}: {}", ToUtf8(document.FileNameWithExtension()), ToUtf8(SummaryOf(result)))));
     return STATUS_OK;
 }
 

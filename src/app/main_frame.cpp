@@ -31,8 +31,11 @@ constexpr int FIRST_SHOW_UNITS_BOTTOM = 20;
 constexpr int SHOW_UNITS_ROOM = 24;
 constexpr int SHOW_UNITS_LEFT = 22;
 constexpr int TITLE_FONT = 20;
+constexpr int DAY_FONT = 14;
 
 constexpr COLORREF HEADER_COLOR = RGB(255, 255, 255);
+constexpr COLORREF DAY_COLOR = RGB(96, 96, 96);
+constexpr COLORREF OLD_DAY_COLOR = RGB(176, 0, 0);
 
 constexpr const wchar_t* SAVE_CAPTION = L"Save";
 
@@ -62,6 +65,7 @@ CVelmFrame::CVelmFrame(const CVelmProgram& program)
       references_(program.services),
       htmlLibrary_(program.programFolder),
       titleFont_(CreateProgramFont(TITLE_FONT, true)),
+      dayFont_(CreateProgramFont(DAY_FONT, false)),
       conversionIcon_(LoadProgramIcon(IDI_CONVERSION_FILE)),
       calculationIcon_(LoadProgramIcon(IDI_CALCULATION_FILE)),
       showUnitsIcon_(LoadProgramIcon(IDI_SHOW_UNITS)),
@@ -126,6 +130,7 @@ bool CVelmFrame::CreateCommandBar() {
 void CVelmFrame::CreateHeader(const RECT& area) {
     titleButton_.Init(TitlePlace(area), Handle(), IDC_TITLE);
     titleButton_.SetFont(titleFont_.get());
+    titleButton_.SetNoteFont(dayFont_.get());
     titleButton_.SetMenuSign(true);
     showUnitsButton_.Init(ShowUnitsPlace(area, FIRST_SHOW_UNITS_BOTTOM), Handle(), ID_SHOW_UNITS);
     showUnitsButton_.SetIcon(showUnitsIcon_.get());
@@ -168,6 +173,7 @@ void CVelmFrame::SelectFile(CVelmDocument* document) {
     titleButton_.SetIcon(IconOf(document_ != nullptr ? document_->GetKind() : KIND_CONVERSION));
     RefreshTitle();
     list_.SetDocument(document_);
+    RefreshRateDays();
 }
 
 HICON CVelmFrame::IconOf(std::int32_t kind) const {
@@ -184,6 +190,32 @@ void CVelmFrame::RefreshTitle() {
 
 void CVelmFrame::ShowTitle(const CVelmString& text) {
     titleButton_.SetText(text);
+}
+
+void CVelmFrame::RefreshRateDays() {
+    rateDays_ = {};
+    latestRate_.reset();
+    if (document_ != nullptr && document_->GetKind() == KIND_CONVERSION) {
+        const auto& document = static_cast<const CVelmConversionDoc&>(*document_);
+        rateDays_ = CVelmRateDays::Read(document, catalog_.Folder(), catalog_.Services().files);
+        if (const auto range = rateDays_.Range(document)) {
+            latestRate_ = range->second;
+        }
+    }
+    ShowRateDay();
+}
+
+void CVelmFrame::ShowRateDay() {
+    if (!latestRate_) {
+        titleButton_.SetNote({}, DAY_COLOR);
+        return;
+    }
+    const auto& document = static_cast<const CVelmConversionDoc&>(*document_);
+    const CVelmItem* const item = document.currentItem;
+    const auto own = item != nullptr ? rateDays_.DayOf(*item, document) : std::nullopt;
+    const CVelmDay day = own.value_or(*latestRate_);
+    const bool isOld = DaysBetween(day, Today(catalog_.Services().clock)) > MAX_RATE_AGE;
+    titleButton_.SetNote(DayText(day), isOld ? OLD_DAY_COLOR : DAY_COLOR);
 }
 
 bool CVelmFrame::SaveDocument() {
@@ -210,6 +242,7 @@ void CVelmFrame::UpdateCommands() {
             CommandBar_EnableButton(commandBar_, tool.command, IsCommandEnabled(*this, tool.command));
         }
     }
+    ShowRateDay();
 }
 
 void CVelmFrame::Layout() {

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <vector>
 
 #include "app/command_table.h"
@@ -9,6 +10,7 @@
 #include "listview/item_list.h"
 #include "listview/value_panel.h"
 #include "model/catalog.h"
+#include "model/rate_days.h"
 #include "model/reference_list.h"
 #include "ui/drawn_button.h"
 #include "ui/gdi.h"
@@ -39,13 +41,17 @@ public:
     /// Shows the current document's title again.
     void RefreshTitle();
 
+    /// Reads the days of the current document's rates again. The day of the selected item's rate, or else the latest
+    /// one, is beside the title.
+    void RefreshRateDays();
+
     /// Shows another text in the title's place, until RefreshTitle.
     void ShowTitle(const CVelmString& text);
 
     /// While the frame is busy the pen shows as the wait cursor.
     void SetBusy(bool busy) { busy_ = busy; }
 
-    /// Updates the toolbar's buttons; call when idle.
+    /// Updates the toolbar's buttons and the day of the rates; call when idle.
     void UpdateCommands();
 
     /// Writes the current document to its file when it has edits. False, after a message box, on failure.
@@ -81,6 +87,7 @@ private:
     void OnActivate(bool active);
     bool OnSysCommand(WPARAM command, LPARAM key);
     CVelmString WriteBack();
+    void ShowRateDay();
 
     /// Whether the edits are written or the user gives them up.
     bool MayClose();
@@ -98,7 +105,10 @@ private:
     CVelmReferenceList references_;
     CVelmHtmlLibrary htmlLibrary_;
     CVelmDocument* document_ = nullptr;  ///< one of the catalog's, or null
+    CVelmRateDays rateDays_;             ///< of the current document
+    std::optional<CVelmDay> latestRate_;
     CVelmFont titleFont_;
+    CVelmFont dayFont_;
     CVelmIcon conversionIcon_;
     CVelmIcon calculationIcon_;
     CVelmIcon showUnitsIcon_;

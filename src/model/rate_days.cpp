@@ -104,6 +104,21 @@ std::optional<CVelmDay> CVelmRateDays::DayOf(const CVelmConversion& conversion) 
                                                                               : std::nullopt;
 }
 
+std::optional<CVelmDay> CVelmRateDays::DayOf(const CVelmItem& item, const CVelmConversionDoc& document) const {
+    std::optional<CVelmDay> found;
+    for (const auto& conversion : document.conversions) {
+        if (conversion->unit1 != &item && conversion->unit2 != &item) {
+            continue;
+        }
+        const auto day = DayOf(*conversion);
+        if (day && found) {
+            return std::nullopt;
+        }
+        found = day ? day : found;
+    }
+    return found;
+}
+
 CVelmItemDays CVelmRateDays::DaysOfValues(std::span<const CVelmStepTaken> steps) const {
     CVelmItemDays days;
     for (const CVelmStepTaken& taken : steps) {

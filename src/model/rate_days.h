@@ -37,6 +37,9 @@ public:
 
     std::optional<CVelmDay> DayOf(const CVelmConversion& conversion) const;
 
+    /// The day of an item's own rate: of its only dated conversion.
+    std::optional<CVelmDay> DayOf(const CVelmItem& item, const CVelmConversionDoc& document) const;
+
     /// From the steps of a calculation, in their order.
     CVelmItemDays DaysOfValues(std::span<const CVelmStepTaken> steps) const;
 

@@ -11,6 +11,7 @@ namespace {
 
 constexpr int SIGN_HALF_WIDTH = 4;
 constexpr int SIGN_ROOM = 14;
+constexpr int NOTE_GAP = 8;
 
 /// Lightening of a selected button's face.
 constexpr int SELECTED_TINT = 170;
@@ -23,6 +24,14 @@ constexpr COLORREF DISABLED_COLOR = RGB(144, 144, 144);
 void CVelmDrawnButton::SetText(CVelmString text) {
     if (text != text_) {
         text_ = std::move(text);
+        Redraw();
+    }
+}
+
+void CVelmDrawnButton::SetNote(CVelmString note, COLORREF color) {
+    if (note != note_ || color != noteColor_) {
+        note_ = std::move(note);
+        noteColor_ = color;
         Redraw();
     }
 }
@@ -55,8 +64,25 @@ void CVelmDrawnButton::Draw(HDC dc) const {
         return;
     }
     const HFONT font = font_ != nullptr ? font_ : static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
+    DrawNote(dc, font, textArea);
     DrawLine(dc, font, State() == BUTTON_DISABLED ? DISABLED_COLOR : TEXT_COLOR, text_, textArea,
              DT_END_ELLIPSIS | (icon_ != nullptr ? DT_LEFT : DT_CENTER));
+}
+
+void CVelmDrawnButton::DrawNote(HDC dc, HFONT textFont, RECT& area) const {
+    if (note_.empty()) {
+        return;
+    }
+    const auto widthIn = [dc](HFONT font, const CVelmString& text) {
+        const CVelmSelect selected(dc, font);
+        return TextWidth(dc, text);
+    };
+    const int room = widthIn(noteFont_, note_) + Scaled(NOTE_GAP);
+    if (widthIn(textFont, text_) + room > Width(area)) {
+        return;
+    }
+    DrawLine(dc, noteFont_, noteColor_, note_, area, DT_RIGHT);
+    area.right -= room;
 }
 
 void CVelmDrawnButton::DrawFrame(HDC dc) const {

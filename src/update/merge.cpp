@@ -62,9 +62,8 @@ std::optional<Update> ReadUpdate(CVelmFileStream& stream, const CVelmDocument& d
 }
 
 /// The update that waits for the document, which is loaded for it; nothing when there is none or it cannot be read.
-std::optional<Update> ReadPending(CVelmConversionDoc& document, const CVelmCatalog& catalog, FormulaContext& context) {
-    const CVelmServices& services = catalog.Services();
-    const CVelmString& folder = catalog.Folder();
+std::optional<Update> ReadPending(CVelmConversionDoc& document, const CVelmString& folder,
+                                  const CVelmServices& services, FormulaContext& context) {
     const auto name = document.fileName.empty()
                           ? std::nullopt
                           : FindInFolder(services.files, folder, document.fileName + CVelmString(UPDATE_EXTENSION));
@@ -133,7 +132,7 @@ void Apply(const Update& update, CVelmConversionDoc& document, CVelmRateDays& da
 bool Merge(CVelmConversionDoc& document, const CVelmCatalog& catalog, FormulaContext& context) {
     const CVelmServices& services = catalog.Services();
     const CVelmString& folder = catalog.Folder();
-    const auto update = ReadPending(document, catalog, context);
+    const auto update = ReadPending(document, folder, services, context);
     if (!update) {
         return false;
     }
@@ -146,18 +145,17 @@ bool Merge(CVelmConversionDoc& document, const CVelmCatalog& catalog, FormulaCon
     return true;
 }
 
-std::optional<CVelmOlderUpdate> RemoveOlderUpdate(CVelmConversionDoc& document, const CVelmCatalog& catalog,
-                                                  FormulaContext& context) {
-    const auto update = ReadPending(document, catalog, context);
+std::optional<CVelmOlderUpdate> RemoveOlderUpdate(CVelmConversionDoc& document, const CVelmString& folder,
+                                                  const CVelmServices& services, FormulaContext& context) {
+    const auto update = ReadPending(document, folder, services, context);
     if (!update || !update->day) {
         return std::nullopt;
     }
-    CVelmFileSystem& files = catalog.Services().files;
-    const auto held = LatestDay(*update, document, CVelmRateDays::Read(document, catalog.Folder(), files));
+    const auto held = LatestDay(*update, document, CVelmRateDays::Read(document, folder, services.files));
     if (!held || *held <= *update->day) {
         return std::nullopt;
     }
-    files.Remove(update->path);
+    services.files.Remove(update->path);
     return CVelmOlderUpdate{*update->day, *held};
 }
 

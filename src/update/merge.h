@@ -21,10 +21,10 @@ struct CVelmOlderUpdate {
     CVelmDay held;
 };
 
-/// Removes the document's update file when it is older than the latest of the rates that it would replace. Nothing when
-/// it is not, or does not name its day.
-std::optional<CVelmOlderUpdate> RemoveOlderUpdate(CVelmConversionDoc& document, const CVelmCatalog& catalog,
-                                                  FormulaContext& context);
+/// Removes the document's update file in the folder when it is older than the latest of the rates that it would
+/// replace. Nothing when it is not, or does not name its day.
+std::optional<CVelmOlderUpdate> RemoveOlderUpdate(CVelmConversionDoc& document, const CVelmString& folder,
+                                                  const CVelmServices& services, FormulaContext& context);
 
 /// Makes the catalog merge the update file of every conversion document that it opens. The context outlives it.
 void MergeWhenOpened(CVelmCatalog& catalog, FormulaContext& context);

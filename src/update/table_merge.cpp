@@ -149,4 +149,28 @@ CVelmTableMerge MergeTable(CVelmConversionDoc& document, const CVelmString& fold
     return result;
 }
 
+CVelmString SummaryOf(const CVelmTableMerge& result) {
+    return IntegerText(static_cast<std::int64_t>(result.rateCount)) +
+           (result.rateCount == 1 ? u" rate of " : u" rates of ") + DayText(result.day);
+}
+
+std::vector<CVelmString> RemarksOn(const CVelmTableMerge& result) {
+    constexpr std::size_t MOST = 12;
+    std::vector<CVelmString> remarks;
+    CVelmString codes;
+    for (std::size_t i = 0; i < std::min(result.unknown.size(), MOST); ++i) {
+        codes += (i == 0 ? u"" : u", ") + result.unknown[i];
+    }
+    if (result.unknown.size() > MOST) {
+        codes += u" and " + IntegerText(static_cast<std::int64_t>(result.unknown.size() - MOST)) + u" more";
+    }
+    if (!codes.empty()) {
+        remarks.push_back(u"skipped, because there is no such unit: " + codes);
+    }
+    if (result.dayIsAssumed) {
+        remarks.push_back(u"the table has no date; its rates count as those of today, " + DayText(result.day));
+    }
+    return remarks;
+}
+
 }  // namespace velm

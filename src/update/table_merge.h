@@ -35,4 +35,10 @@ struct CVelmTableMerge {
 CVelmTableMerge MergeTable(CVelmConversionDoc& document, const CVelmString& folder, std::string_view table,
                            TableAge age, const CVelmServices& services);
 
+/// Of a table that was merged: "29 rates of 2024-07-05".
+CVelmString SummaryOf(const CVelmTableMerge& result);
+
+/// What a user should know besides: which currencies were skipped, and that a day was assumed.
+std::vector<CVelmString> RemarksOn(const CVelmTableMerge& result);
+
 }  // namespace velm

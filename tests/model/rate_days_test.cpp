@@ -86,6 +86,9 @@ TEST_F(RateDaysTest, AValueIsAsOldAsTheOldestRateOnItsWay) {
         text += day == found.end() ? "none " : ToUtf8(DayText(day->second)) + " ";
     }
     EXPECT_EQ(text, "2024-07-05 none 2023-01-02 none 2023-01-02 ");
+    const auto own = [&](std::size_t item) { return days.DayOf(*document->GetItem(item), *document); };
+    EXPECT_EQ(own(1), *ReadDay(u"2024-07-05"));
+    EXPECT_FALSE(own(0) || own(3)) << "the base has several, a fixed one has none";
     const auto range = days.Range(*document);
     EXPECT_EQ(ToUtf8(DayText(range->first) + u" " + DayText(range->second)), "2023-01-02 2024-07-05");
     EXPECT_FALSE(CVelmRateDays().Range(*document));

@@ -95,7 +95,7 @@ TEST_F(MergeTest, AnUpdateOlderThanTheRatesThatItReplacesCanBeRemoved) {
     const auto olderThan = [this](std::string_view update) {
         CVelmConversionDoc& document = Open();
         files.AddText(catalog.Folder() + u"Currency.upd", update);
-        const auto older = RemoveOlderUpdate(document, catalog, context);
+        const auto older = RemoveOlderUpdate(document, catalog.Folder(), services.Services(), context);
         return older ? ToUtf8(DayText(older->update) + u" " + DayText(older->held)) : "nothing";
     };
     EXPECT_TRUE(MergeText(Open(), "VLMUPD\n--Updated:2024-07-04\nUSD\tEUR\t2\n"));

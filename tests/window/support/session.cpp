@@ -354,6 +354,7 @@ std::string TextOf(T t, const std::string& name) {
     return name == "clipboard" ? ToUtf8(GetClipboardText(t.program.Frame()).value_or(u""))
            : name == "panel"   ? t.Entry()
            : name == "page"    ? FirstLineOfPage(t)
+           : name == "day"     ? t.program.Ask([](CVelmFrame& frame) { return ToUtf8(frame.TitleButton().Note()); })
                                : Split(Replaced(ToUtf8(WindowText(t.Find(name).window)), "\r", ""), "\n")[0];
 }
 
