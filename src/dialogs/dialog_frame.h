@@ -15,8 +15,9 @@
 
 namespace velm {
 
-/// The longest text of a dialog's box, in UTF-16 units. A free text is limited only by what a file can hold.
-constexpr std::size_t DIALOG_TEXT_MAX = 127;
+/// The longest text that is typed into a dialog's box, in UTF-16 units. A free text is limited only by what a file can
+/// hold.
+constexpr std::size_t DIALOG_TEXT_MAX = ENTRY_TEXT_MAX;
 constexpr std::size_t DIALOG_FREE_TEXT_MAX = CVelmFileStream::MAX_STRING;
 
 /// Position of a control's edge: a percentage of the room plus an offset in pixels at scale 1.
@@ -124,7 +125,7 @@ protected:
     /// Sets a box's text and its limit of `longest` UTF-16 units.
     void SetText(int id, const CVelmString& text, std::size_t longest = DIALOG_TEXT_MAX) const;
 
-    /// A box's text, truncated to `longest` UTF-16 units.
+    /// A box's text, truncated to `longest` UTF-16 units: it may have been filled with more than can be typed.
     CVelmString Text(int id, std::size_t longest = DIALOG_TEXT_MAX) const;
 
     void ShowControls(std::span<const WORD> controls, bool on) const;

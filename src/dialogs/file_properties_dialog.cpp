@@ -41,7 +41,7 @@ protected:
 
     void OnOk() override {
         const CVelmString typed = Text(IDC_FILE_NAME);
-        CVelmFileEntry entry{Text(IDC_FILE_TITLE), Text(IDC_CATEGORY), {}};
+        CVelmFileEntry entry{Text(IDC_FILE_TITLE, DIALOG_FREE_TEXT_MAX), Text(IDC_CATEGORY, DIALOG_FREE_TEXT_MAX), {}};
         if (isNew_) {
             entry.fileName = MakeNewFileName(catalog_, document_.GetKind(), typed.empty() ? entry.title : typed);
         }

@@ -57,7 +57,9 @@ protected:
 
     void OnOk() override {
         const auto output = hasType_ ? static_cast<std::int32_t>(Send(IDC_ITEM_TYPE, CB_GETCURSEL)) : 0;
-        const CVelmItemEntry entry{Text(IDC_ITEM_NAME), Text(IDC_ITEM_IDENTIFIER), Text(IDC_ITEM_VALUE), output};
+        const CVelmItemEntry entry{Text(IDC_ITEM_NAME, DIALOG_FREE_TEXT_MAX),
+                                   Text(IDC_ITEM_IDENTIFIER, DIALOG_FREE_TEXT_MAX),
+                                   Text(IDC_ITEM_VALUE, DIALOG_FREE_TEXT_MAX), output};
         const EntryFault fault =
             item_ != nullptr ? EditItem(document_, *item_, entry, clock_) : AddNewItem(document_, entry, clock_);
         if (!RefuseFault(fault, FAULT_TEXTS)) {

@@ -16,6 +16,12 @@ namespace {
 /// With so many conversions a unit may be a bridge between others.
 constexpr std::int32_t BRIDGE_CONVERSIONS = 2;
 
+void LimitText(CVelmString& entered, const CVelmString& held) {
+    if (entered != held && entered.size() > ENTRY_TEXT_MAX) {
+        entered.resize(ENTRY_TEXT_MAX);
+    }
+}
+
 bool Parses(CVelmStringView formula) {
     return CVelmFormula(formula).Parses();
 }
@@ -116,16 +122,19 @@ EntryFault AddNewItem(CVelmDocument& document, const CVelmItemEntry& entry, cons
     return fault;
 }
 
-EntryFault EditItem(CVelmDocument& document, CVelmItem& item, const CVelmItemEntry& entry, const CVelmClock& clock) {
+EntryFault EditItem(CVelmDocument& document, CVelmItem& item, CVelmItemEntry entry, const CVelmClock& clock) {
+    LimitText(entry.name, item.name);
+    LimitText(entry.identifier, item.identifier);
+    LimitText(entry.valueText, item.valueText);
     if (const EntryFault fault = CheckItem(document, item, entry, clock); fault != EntryFault::None) {
         return fault;
     }
     if (document.GetKind() == KIND_CALCULATION && item.valueText != entry.valueText) {
         item.state = STATE_NONE;
     }
-    item.name = entry.name;
-    item.identifier = entry.identifier;
-    item.valueText = entry.valueText;
+    item.name = std::move(entry.name);
+    item.identifier = std::move(entry.identifier);
+    item.valueText = std::move(entry.valueText);
     if (item.GetType() == ITEM_FORMULA) {
         static_cast<CVelmFormulaItem&>(item).output = entry.output;
     }
@@ -259,7 +268,9 @@ void DeleteConversion(CVelmConversionDoc& document, const CVelmConversion& conve
     document.Touch();
 }
 
-EntryFault EditFile(CVelmDocument& document, const CVelmFileEntry& entry, const CVelmCatalog& catalog) {
+EntryFault EditFile(CVelmDocument& document, CVelmFileEntry entry, const CVelmCatalog& catalog) {
+    LimitText(entry.title, document.title);
+    LimitText(entry.category, document.category);
     if (entry.title.empty()) {
         return EntryFault::TitleIsEmpty;
     }
@@ -270,10 +281,10 @@ EntryFault EditFile(CVelmDocument& document, const CVelmFileEntry& entry, const 
         if (IsFileNameTaken(catalog, document.GetKind(), entry.fileName)) {
             return EntryFault::FileNameIsTaken;
         }
-        document.fileName = entry.fileName;
+        document.fileName = std::move(entry.fileName);
     }
-    document.title = entry.title;
-    document.category = entry.category;
+    document.title = std::move(entry.title);
+    document.category = std::move(entry.category);
     document.Touch();
     return EntryFault::None;
 }

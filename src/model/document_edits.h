@@ -15,6 +15,10 @@ class CVelmCatalog;
 
 // What users do to documents. Each edit stamps the document; one with a fault changes nothing.
 
+/// The longest text that is entered for an item or a file, in UTF-16 units. A longer one is cut, but one that a file
+/// holds stays whole as long as it is entered unchanged.
+constexpr std::size_t ENTRY_TEXT_MAX = 127;
+
 /// Why what a user entered is refused.
 enum class EntryFault {
     None,
@@ -53,7 +57,7 @@ std::int32_t ItemTypeOf(std::int32_t kind);
 EntryFault AddNewItem(CVelmDocument& document, const CVelmItemEntry& entry, const CVelmClock& clock);
 
 /// An input of a calculation file whose text has changed has no value until the next recalculation reads it.
-EntryFault EditItem(CVelmDocument& document, CVelmItem& item, const CVelmItemEntry& entry, const CVelmClock& clock);
+EntryFault EditItem(CVelmDocument& document, CVelmItem& item, CVelmItemEntry entry, const CVelmClock& clock);
 
 /// What a user enters for the formats of an item: those allowed, and factor and label of each compound part.
 struct CVelmFormatEntry {
@@ -107,6 +111,6 @@ struct CVelmFileEntry {
     CVelmString category;
     CVelmString fileName;  ///< without extension
 };
-EntryFault EditFile(CVelmDocument& document, const CVelmFileEntry& entry, const CVelmCatalog& catalog);
+EntryFault EditFile(CVelmDocument& document, CVelmFileEntry entry, const CVelmCatalog& catalog);
 
 }  // namespace velm

@@ -73,6 +73,23 @@ TEST_F(ItemEdits, AnInputStartsFromItsNewText) {
     EXPECT_EQ(metre.state, STATE_VALID) << "a unit's text is what it is restored to";
 }
 
+TEST_F(ItemEdits, ALongTextIsCutUnlessItIsTheOneThatTheFileHolds) {
+    const CVelmString formula = CVelmString(126, u'1') + u"+20";
+    Add(calculation, {u"Sum", u"sum", u"1", 1});
+    CVelmItem& sum = *calculation.GetItem(0);
+    sum.valueText = formula;
+    CVelmItemEntry entry = EntryOf(sum);
+    entry.name = CVelmString(130, u'n');
+    EXPECT_EQ(EditItem(calculation, sum, entry, SystemClock()), EntryFault::None);
+    EXPECT_EQ(sum.name.size(), 127U);
+    EXPECT_EQ(sum.valueText, formula);
+    entry.valueText = u"9" + formula;
+    EXPECT_EQ(EditItem(calculation, sum, entry, SystemClock()), EntryFault::None);
+    EXPECT_EQ(sum.valueText, u"9" + formula.substr(0, 126));
+    EXPECT_EQ(EditItem(calculation, sum, {u"Sum", u"", formula, 1}, SystemClock()), EntryFault::FormulaDoesNotParse)
+        << "cut behind its plus sign";
+}
+
 TEST_F(ItemEdits, PartsOfACompoundFormatAreReadAsTheyAreTyped) {
     CVelmValueFormat format;
     std::size_t part = 9;
@@ -216,6 +233,9 @@ TEST(FileEdits, ANewFileGetsANameThatNoOtherHasAndKeepsIt) {
         EXPECT_EQ(document.modified, fault == EntryFault::None);
     }
     EXPECT_EQ(document.title + u"|" + document.category + u"|" + document.fileName, u"Title||Mine");
+    document.category = CVelmString(130, u'c');
+    EditFile(document, {CVelmString(130, u't'), document.category, u""}, catalog);
+    EXPECT_EQ(document.title.size() + document.category.size(), 127U + 130U);
 }
 
 }  // namespace
