@@ -59,14 +59,18 @@ EntryFault CheckItem(const CVelmDocument& document, const CVelmItem& item, const
                                                                     : EntryFault::FormulaDoesNotParse;
 }
 
+bool IsEmptyOrParses(CVelmStringView formula) {
+    return formula.empty() || Parses(formula);
+}
+
 EntryFault TakeFormulas(const CVelmConversionEntry& entry, CVelmConversion& conversion) {
     conversion.formulaFlag = 1;
     conversion.forwardFormula = entry.forward;
     conversion.reverseFormula = entry.reverse;
-    if (!Parses(entry.forward)) {
+    if (!IsEmptyOrParses(entry.forward)) {
         return EntryFault::ForwardFormulaDoesNotParse;
     }
-    return entry.reverse.empty() || Parses(entry.reverse) ? EntryFault::None : EntryFault::ReverseFormulaDoesNotParse;
+    return IsEmptyOrParses(entry.reverse) ? EntryFault::None : EntryFault::ReverseFormulaDoesNotParse;
 }
 
 EntryFault TakeNumbers(const CVelmConversionEntry& entry, FormulaContext& context, CVelmConversion& conversion) {

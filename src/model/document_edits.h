@@ -91,8 +91,8 @@ struct CVelmConversionEntry {
     bool isFormula = false;
     CVelmString factor;
     CVelmString offset;
-    CVelmString forward;
-    CVelmString reverse;  ///< empty: the conversion works one way
+    CVelmString forward;  ///< empty: the conversion does not work in this direction
+    CVelmString reverse;  ///< the same
 };
 CVelmConversionEntry EntryOf(const CVelmConversion& conversion);
 

@@ -162,8 +162,8 @@ protected:
         return AddNewConversion(*document, unit1, unit2, {false, factor, offset, u"", u""}, context);
     }
 
-    EntryFault AddFormulas(const CVelmString& forward, const CVelmString& reverse) {
-        return AddNewConversion(*document, Unit(0), Unit(3), {true, u"", u"", forward, reverse}, context);
+    EntryFault AddFormulas(CVelmItem* unit2, const CVelmString& forward, const CVelmString& reverse) {
+        return AddNewConversion(*document, Unit(0), unit2, {true, u"", u"", forward, reverse}, context);
     }
 
     std::unique_ptr<CVelmConversionDoc> document =
@@ -178,14 +178,15 @@ TEST_F(ConversionEdits, AConversionThatCouldNeverWorkIsRefused) {
     EXPECT_EQ(AddLinear(Unit(0), Unit(0), u"1", u"0"), EntryFault::ConversionExists);
     EXPECT_EQ(AddLinear(Unit(0), Unit(1), u"3*", u"0"), EntryFault::FactorDoesNotEvaluate);
     EXPECT_EQ(AddLinear(Unit(0), Unit(1), u"3", u""), EntryFault::OffsetDoesNotEvaluate);
-    EXPECT_EQ(AddFormulas(u"", u"x"), EntryFault::ForwardFormulaDoesNotParse);
-    EXPECT_EQ(AddFormulas(u"x", u"x+"), EntryFault::ReverseFormulaDoesNotParse);
+    EXPECT_EQ(AddFormulas(Unit(3), u"x+", u"x"), EntryFault::ForwardFormulaDoesNotParse);
+    EXPECT_EQ(AddFormulas(Unit(3), u"x", u"x+"), EntryFault::ReverseFormulaDoesNotParse);
     EXPECT_FALSE(document->modified);
     EXPECT_EQ(AddLinear(Unit(0), Unit(1), u"1/4", u"2-1"), EntryFault::None);
     EXPECT_EQ(AddLinear(Unit(1), Unit(0), u"1", u"0"), EntryFault::ConversionExists) << "in the other direction";
-    EXPECT_EQ(AddFormulas(u"x*9/5+32", u""), EntryFault::None);
+    EXPECT_EQ(AddFormulas(Unit(3), u"x*9/5+32", u""), EntryFault::None);
+    EXPECT_EQ(AddFormulas(Unit(2), u"", u"x"), EntryFault::None);
     EXPECT_TRUE(document->modified);
-    EXPECT_EQ(Conversions(*document), "m*0.25+1=ft m{x*9/5+32|}F ");
+    EXPECT_EQ(Conversions(*document), "m*0.25+1=ft m{x*9/5+32|}F m{|x}in ");
 }
 
 TEST_F(ConversionEdits, ANumberKeepsTheDigitsThatItsTextDoesNotShow) {
