@@ -45,7 +45,7 @@ constexpr std::array COMMANDS = {
     One(ID_ROW_SIZE, Always, ToggleRowSize, {'L', FCONTROL}),
     One(ID_FORMATS, HasCurrentItem, ShowFormats, {'F', FCONTROL}),
     One(ID_HELP, Always, ShowHelp, {VK_F1, 0}),
-    WhileBusy(One(ID_SAVE, HasDocument, SaveEdits)),
+    WhileBusy(One(ID_SAVE, HasDocument, SaveFormats)),
     CVelmCommand{ID_QUICK_FILE_FIRST, ID_QUICK_FILE_LAST, Always, SelectQuickFile, {}, false},
     One(IDC_TITLE, Always, ShowQuickFileMenu, {VK_F4, 0}),
 };

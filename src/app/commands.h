@@ -23,7 +23,7 @@ void ExitProgram(CVelmFrame& frame, WORD id);
 void Calculate(CVelmFrame& frame, WORD id);
 void RemoveFromList(CVelmFrame& frame, WORD id);
 void DeleteUnit(CVelmFrame& frame, WORD id);
-void SaveEdits(CVelmFrame& frame, WORD id);
+void SaveFormats(CVelmFrame& frame, WORD id);
 void CopyValue(CVelmFrame& frame, WORD id);
 void PasteText(CVelmFrame& frame, WORD id);
 void ToggleRowSize(CVelmFrame& frame, WORD id);

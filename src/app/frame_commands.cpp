@@ -84,9 +84,11 @@ void DeleteUnit(CVelmFrame& frame, WORD) {
     frame.SaveDocument();
 }
 
-void SaveEdits(CVelmFrame& frame, WORD) {
-    frame.Document()->modified = true;
-    frame.SaveDocument();
+void SaveFormats(CVelmFrame& frame, WORD) {
+    if (!frame.Document()->SaveChanges(frame.Catalog().Folder())) {
+        frame.Document()->modified = true;  // reported, and written with the next edit
+        frame.SaveDocument();
+    }
 }
 
 void CopyValue(CVelmFrame& frame, WORD) {

@@ -45,6 +45,7 @@ public:
     bool EnsureLoaded(const CVelmString& folder);
     bool Unload(const CVelmString& folder) { return file_.Unload(folder); }
     bool Save(const CVelmString& folder) { return file_.Save(folder); }
+    bool SaveChanges(const CVelmString& folder) { return file_.SaveChanges(folder); }
     CVelmString PathIn(const CVelmString& folder) const { return file_.PathIn(folder); }
 
     /// Sets the updated text: `text`, or the current local date and time when it is empty. Marks edits to save.

@@ -107,7 +107,7 @@ bool CVelmDocumentFile::Unload(const CVelmString& folder) {
     if (!document_.loaded) {
         return true;
     }
-    if (!folder.empty() && !WriteBack(folder) && document_.modified) {
+    if (!folder.empty() && !SaveChanges(folder) && document_.modified) {
         return false;
     }
     document_.storedItemCount = static_cast<std::int32_t>(document_.ItemCount());
@@ -117,13 +117,15 @@ bool CVelmDocumentFile::Unload(const CVelmString& folder) {
     return true;
 }
 
-bool CVelmDocumentFile::WriteBack(const CVelmString& folder) {
+bool CVelmDocumentFile::SaveChanges(const CVelmString& folder) {
+    if (!document_.loaded) {
+        return false;  // the items are in the file only
+    }
     // Comparing is much cheaper than writing, and spares a handheld's memory card.
     const auto bytes = DocumentBytes(document_);
     if (bytes && HasContent(services_.files, PathIn(folder), *bytes)) {
         return true;
     }
-    // Changed display formats alone must not overwrite rates that another program has fetched meanwhile.
     return (!document_.modified && IsReplaced(folder)) || (bytes && Write(folder, *bytes));
 }
 

@@ -34,8 +34,8 @@ public:
     /// reason. A file in the older format is rewritten immediately.
     bool Load(const CVelmString& folder, bool full);
 
-    /// Saves into `folder` (unless it is empty or the file is identical) and drops the items. False, with the items
-    /// kept, when edits could not be saved; without edits the items are dropped even when saving fails.
+    /// SaveChanges, unless `folder` is empty, and drops the items. False, with the items kept, when edits could not be
+    /// saved; without edits the items are dropped even when saving fails.
     bool Unload(const CVelmString& folder);
 
     /// Atomically replaces the file by the whole document. On failure, or when the items are not loaded, returns false
@@ -43,15 +43,16 @@ public:
     /// keeps that file under its full name followed by ".bak".
     bool Save(const CVelmString& folder);
 
+    /// Saves unless the file has this content already, or nothing was edited and another program has replaced it: a
+    /// changed display format alone must not overwrite newer rates. False when saving fails.
+    bool SaveChanges(const CVelmString& folder);
+
     /// File name with the folder before it, in the letter case of the disk when the file was loaded.
     CVelmString PathIn(const CVelmString& folder) const;
 
 private:
     LoadStatus Read(const CVelmString& folder, bool full, CVelmFileHeader& header);
     bool Open(CVelmFileStream& stream, const CVelmString& folder);
-
-    /// Writes the file if it differs, unless nothing was edited and the file has been replaced.
-    bool WriteBack(const CVelmString& folder);
 
     /// Writes the serialized document to its file.
     bool Write(const CVelmString& folder, const std::string& bytes);

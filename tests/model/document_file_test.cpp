@@ -93,10 +93,18 @@ TEST_F(DocumentFile, UnloadWritesOnlyWhatTheFileDoesNotHoldAlready) {
     const auto elsewhere = Loaded(u"f");
     elsewhere->Touch(u"newer");
     EXPECT_TRUE(elsewhere->Save(FOLDER));
-    open->items[0]->name = u"";
-    EXPECT_TRUE(open->Unload(FOLDER));
+    open->items[0]->format.displayFormat = FMT_HEX;
+    EXPECT_TRUE(open->SaveChanges(FOLDER));
     EXPECT_EQ(Loaded(u"f")->updatedText, u"newer") << "what another program wrote stays when nothing was edited";
-    EXPECT_EQ(Loaded(u"f")->items[0]->name, u"Ell");
+    EXPECT_TRUE(open->Unload(FOLDER));
+    EXPECT_EQ(Loaded(u"f")->updatedText, u"newer");
+    EXPECT_EQ(Loaded(u"f")->items[0]->format.displayFormat, FMT_DECIMAL);
+
+    EXPECT_FALSE(open->SaveChanges(FOLDER)) << "its items are in the file only";
+    ASSERT_TRUE(open->EnsureLoaded(FOLDER));
+    open->items[0]->format.displayFormat = FMT_HEX;
+    EXPECT_TRUE(open->SaveChanges(FOLDER));
+    EXPECT_EQ(Loaded(u"f")->items[0]->format.displayFormat, FMT_HEX);
 }
 
 TEST_F(DocumentFile, ATextThatCouldNotBeReadAgainIsNotWritten) {
