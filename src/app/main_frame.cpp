@@ -151,6 +151,10 @@ void CVelmFrame::OpenStartupFile() {
     if (document == nullptr && !catalog_.documents.empty()) {
         document = catalog_.documents.front().get();
     }
+    if (document != nullptr && document->GetKind() == KIND_CONVERSION) {
+        // It is the catalog's open document already, and the catalog merges into those that it opens only.
+        Merge(static_cast<CVelmConversionDoc&>(*document), catalog_, program_.context);
+    }
     SelectFile(document);
 }
 
