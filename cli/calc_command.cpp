@@ -1,6 +1,6 @@
 #include <fmt/format.h>
 
-#include <unordered_map>
+#include <algorithm>
 
 #include "arguments.h"
 #include "assignments.h"
@@ -8,9 +8,9 @@
 #include "commands.h"
 #include "data_file.h"
 #include "find_item.h"
-#include "formats/format_table.h"
 #include "item_results.h"
 #include "line_stream.h"
+#include "model/value_entry.h"
 #include "number_text.h"
 
 namespace velm {
@@ -31,7 +31,7 @@ public:
             return STATUS_OK;
         }
         Prepare();
-        return streamed_ == nullptr ? CalculateOnce() : CalculateStream();
+        return streamed_.item == nullptr ? CalculateOnce() : CalculateStream();
     }
 
 private:
@@ -51,59 +51,44 @@ private:
             FailUsage(fmt::format("calc: {} is computed; it cannot be given a value", Quoted(assignment.name)));
         }
         if (assignment.IsStreamed()) {
-            if (streamed_ != nullptr) {
+            if (streamed_.item != nullptr) {
                 FailUsage("calc: only one VALUE can be -");
             }
-            streamed_ = &input;
+            streamed_.item = &input;
             return;
         }
-        Type(assignment.value, input);
-        given_.push_back(&input);
+        const auto known = std::ranges::find(given_, &input, &CVelmTypedInput::item);
+        CVelmTypedInput& typed = known == given_.end() ? given_.emplace_back() : *known;
+        typed = {&input, FromUtf8(assignment.value)};
     }
 
-    /// Read when the inputs before it have their values, whose names it may use.
-    void Type(std::string_view text, CVelmItem& input) {
-        input.valueText = FromUtf8(text);
-        CompleteTyped(input.valueText, input.format.TypedFormat());
-        typed_[&input] = text;
-    }
-
-    void Calculate() {
-        for (const auto& item : document_->items) {
-            item->state = STATE_NONE;
-        }
-        document_->Recalculate(context_.formulas);
-    }
-
-    /// A date that is none is calculated with as the cleared one.
-    bool IsRead(const CVelmItem& input) const {
-        return input.state == STATE_VALID &&
-               input.format.UnreadableDate(input.valueText, context_.formulas.Clock()).empty();
+    const CVelmTypedInput* Enter(std::span<const CVelmTypedInput> inputs) {
+        return EnterTexts(static_cast<CVelmCalculationDoc&>(*document_), inputs, context_.formulas);
     }
 
     int CalculateOnce() {
-        Calculate();
-        for (const CVelmItem* input : given_) {
-            if (!IsRead(*input)) {
-                const std::string& text = typed_.at(input);
-                Fail(fmt::format("calc: cannot read {} as a value of {}: {}", Quoted(text), ToUtf8(input->ShortName()),
-                                 TypedFault(input->format, text, context_.formulas)));
-            }
+        if (const CVelmTypedInput* const unread = Enter(given_)) {
+            const CVelmItem& input = *unread->item;
+            const std::string text = ToUtf8(unread->text);
+            Fail(fmt::format("calc: cannot read {} as a value of {}: {}", Quoted(text), ToUtf8(input.ShortName()),
+                             TypedFault(input.format, text, context_.formulas)));
         }
         if (json_) {
             context_.out.WriteLine(ResultsAsJson(ItemsOf(*document_, true), context_.services.locale, true));
             return STATUS_OK;
         }
-        PrintResults(ItemsOf(*document_, false), given_, context_.services.locale, false, context_.out);
+        std::vector<const CVelmItem*> given;
+        std::ranges::transform(given_, std::back_inserter(given), &CVelmTypedInput::item);
+        PrintResults(ItemsOf(*document_, false), given, context_.services.locale, false, context_.out);
         return STATUS_OK;
     }
 
     /// One line for a value: the outputs that the list shows, with tabs between them.
     int CalculateStream() {
+        Enter(given_);
         return StreamLines(context_, [this](std::string_view line, std::string& result) {
-            Type(line, *streamed_);
-            Calculate();
-            if (!IsRead(*streamed_)) {
+            streamed_.text = FromUtf8(line);
+            if (Enter({&streamed_, 1}) != nullptr) {
                 return false;
             }
             if (json_) {
@@ -127,9 +112,8 @@ private:
     bool json_ = false;
     std::vector<Assignment> assignments_;
     std::unique_ptr<CVelmDocument> document_;
-    std::vector<const CVelmItem*> given_;
-    std::unordered_map<const CVelmItem*, std::string> typed_;
-    CVelmItem* streamed_ = nullptr;
+    std::vector<CVelmTypedInput> given_;
+    CVelmTypedInput streamed_;
 };
 
 }  // namespace

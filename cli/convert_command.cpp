@@ -7,7 +7,7 @@
 #include "find_item.h"
 #include "item_results.h"
 #include "line_stream.h"
-#include "model/conversion_engine.h"
+#include "model/value_entry.h"
 #include "number_text.h"
 
 namespace velm {
@@ -60,9 +60,10 @@ private:
         return STATUS_OK;
     }
 
+    CVelmConversionDoc& Document() const { return static_cast<CVelmConversionDoc&>(*document_); }
+
     std::vector<const CVelmItem*> FailedBridges() const {
-        const auto& document = static_cast<const CVelmConversionDoc&>(*document_);
-        return FindFailedBridges(document.items, document.conversions);
+        return FindFailedBridges(document_->items, Document().conversions);
     }
 
     /// Units of another kind stay out of the list; those that a failed conversion leaves empty do not.
@@ -99,17 +100,11 @@ private:
 
     /// The same for one value of many: the routes found for the first serve the others.
     bool ConvertNext(std::string_view text) {
-        double value = 0.0;
-        if (!unit_->ReadTypedValue(FromUtf8(text), context_.formulas, value)) {
-            return false;
-        }
-        unit_->SetValue(value);
-        if (steps_.empty() || !RepeatSteps(steps_, context_.formulas)) {
-            const auto& document = static_cast<const CVelmConversionDoc&>(*document_);
-            steps_ = SolveConversions(document.items, document.conversions, unit_, targets_, context_.formulas);
+        const Entered entered = EnterText(Document(), *unit_, FromUtf8(text), targets_, steps_, context_.formulas);
+        if (entered == Entered::ByNewSteps) {
             TakeDays();
         }
-        return true;
+        return entered != Entered::Nothing;
     }
 
     /// The days of the rates by which the printed values are computed, with a warning for old ones.

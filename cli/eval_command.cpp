@@ -150,9 +150,7 @@ private:
     }
 
     bool Evaluate(std::string_view text, double& value) const {
-        const CVelmString formula = FromUtf8(text);
-        return format_.UnreadableDate(formula, context_.formulas.Clock()).empty() &&
-               format_.ParseValueText(formula, context_.formulas, value);
+        return format_.ParseValueText(FromUtf8(text), context_.formulas, value, BadDates::Refused);
     }
 
     std::string Fault(std::string_view text) const { return ValueFault(format_, FromUtf8(text), context_.formulas); }

@@ -45,6 +45,15 @@ bool ReplaceGroups(CVelmString& text, char16_t open, char16_t close, ValueOf val
     return true;
 }
 
+/// The date in a group in {}; cleared when the group is no date.
+DateTime DateOfGroup(CVelmStringView group, const CVelmClock& clock) {
+    return ParseDate(group.substr(1, group.size() - 2), clock);
+}
+
+bool IsCleared(const DateTime& date) {
+    return date.month == 0;
+}
+
 std::uint32_t LowestCode(std::uint32_t mask) {
     return mask & (~mask + 1);
 }
@@ -90,24 +99,24 @@ CVelmString CVelmValueFormat::FormatValueForInput(double value) const {
     return FormatOf(inputFormat).write(value, false);
 }
 
-bool CVelmValueFormat::ToFormula(CVelmString& text, const CVelmClock& clock) const {
+bool CVelmValueFormat::ToFormula(CVelmString& text, const CVelmClock& clock, BadDates badDates) const {
     if ((allowedFormats & FMT_COMPOUND) != 0) {
         const auto compoundValue = [this](CVelmStringView group) { return ParseCompound(compoundParts, group); };
         if (!ReplaceGroups(text, u'[', u']', compoundValue)) {
             return false;
         }
     }
-    const auto dateValue = [&clock](CVelmStringView group) {
-        return ParseDate(group.substr(1, group.size() - 2), clock).value;
-    };
-    return ReplaceGroups(text, u'{', u'}', dateValue);
+    return ReplaceGroups(text, u'{', u'}', [&](CVelmStringView group) {
+        const DateTime date = DateOfGroup(group, clock);
+        return IsCleared(date) && badDates == BadDates::Refused ? NAN : date.value;
+    });
 }
 
 CVelmString CVelmValueFormat::UnreadableDate(CVelmString text, const CVelmClock& clock) const {
     CVelmString unreadable;
     ReplaceGroups(text, u'{', u'}', [&](CVelmStringView group) {
-        const DateTime date = ParseDate(group.substr(1, group.size() - 2), clock);
-        if (date.month == 0 && unreadable.empty()) {
+        const DateTime date = DateOfGroup(group, clock);
+        if (IsCleared(date) && unreadable.empty()) {
             unreadable = group;
         }
         return date.value;
@@ -115,13 +124,15 @@ CVelmString CVelmValueFormat::UnreadableDate(CVelmString text, const CVelmClock&
     return unreadable;
 }
 
-bool CVelmValueFormat::ParseValueText(CVelmString text, FormulaContext& context, double& value) const {
-    return ToFormula(text, context.Clock()) && EvaluateFormula(context, text, value);
+bool CVelmValueFormat::ParseValueText(CVelmString text, FormulaContext& context, double& value,
+                                      BadDates badDates) const {
+    return ToFormula(text, context.Clock(), badDates) && EvaluateFormula(context, text, value);
 }
 
-bool CVelmValueFormat::ParseTyped(CVelmString text, std::uint32_t code, FormulaContext& context, double& value) const {
+bool CVelmValueFormat::ParseTyped(CVelmString text, std::uint32_t code, FormulaContext& context, double& value,
+                                  BadDates badDates) const {
     CompleteTyped(text, code);
-    return ToFormula(text, context.Clock()) && EvaluateFormula(context, text, value);
+    return ParseValueText(std::move(text), context, value, badDates);
 }
 
 }  // namespace velm

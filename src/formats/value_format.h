@@ -11,6 +11,9 @@
 
 namespace velm {
 
+/// What becomes of a group in {} that is no date: it counts as the cleared date, or the text has no value.
+enum class BadDates { Cleared, Refused };
+
 /// The formats that an item allows, the one that the list shows and the one that is typed.
 class CVelmValueFormat {
 public:
@@ -42,19 +45,20 @@ public:
     CVelmString FormatValueForInput(double value) const;
 
     /// Makes a text the formula that it stands for: compound groups in [] (when allowed) and dates in {} give way to
-    /// their values. False when one of these is not finite.
-    bool ToFormula(CVelmString& text, const CVelmClock& clock) const;
+    /// their values. False when one of these is not finite, or is refused.
+    bool ToFormula(CVelmString& text, const CVelmClock& clock, BadDates badDates = BadDates::Cleared) const;
 
-    /// Reads a typed value: compound groups in [] (when allowed), dates in {}, then a formula.
-    /// False, with `value` untouched, when the formula fails or a group's value is out of range.
-    bool ParseValueText(CVelmString text, FormulaContext& context, double& value) const;
-
-    /// The first group in {} that is not a date, braces included; reading takes it for the cleared date. Empty when
-    /// there is none.
-    CVelmString UnreadableDate(CVelmString text, const CVelmClock& clock) const;
+    /// Reads the text of a value: compound groups in [] (when allowed), dates in {}, then a formula.
+    /// False, with `value` untouched, when the formula fails or ToFormula does.
+    bool ParseValueText(CVelmString text, FormulaContext& context, double& value,
+                        BadDates badDates = BadDates::Cleared) const;
 
     /// Reads a text as it is typed in a format: in a number base by its digits alone, otherwise as ParseValueText.
-    bool ParseTyped(CVelmString text, std::uint32_t code, FormulaContext& context, double& value) const;
+    bool ParseTyped(CVelmString text, std::uint32_t code, FormulaContext& context, double& value,
+                    BadDates badDates = BadDates::Cleared) const;
+
+    /// The first group in {} that is not a date, braces included; empty when there is none.
+    CVelmString UnreadableDate(CVelmString text, const CVelmClock& clock) const;
 };
 
 }  // namespace velm

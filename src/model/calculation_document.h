@@ -10,11 +10,8 @@ namespace velm {
 class CVelmCalculationDoc : public CVelmDocument {
 public:
     using CVelmDocument::CVelmDocument;
-    using CVelmDocument::Recalculate;
 
-    void Recalculate(FormulaContext& context, std::span<const CVelmItem* const>) override {
-        SolveCalculation(items, context);
-    }
+    void Recalculate(FormulaContext& context) override { SolveCalculation(items, context); }
     std::int32_t GetKind() const override { return KIND_CALCULATION; }
     std::int32_t WriteTail(CVelmFileStream&) const override { return 0; }
     LoadStatus ReadTail(CVelmFileStream&) override { return LoadStatus::Ok; }

@@ -22,8 +22,8 @@ void CVelmConversionDoc::RemoveItems(std::size_t first, std::size_t count) {
     CVelmDocument::RemoveItems(first, count);
 }
 
-void CVelmConversionDoc::Recalculate(FormulaContext& context, std::span<const CVelmItem* const> asked) {
-    SolveConversions(items, conversions, currentItem, asked, context);
+void CVelmConversionDoc::Recalculate(FormulaContext& context) {
+    SolveConversions(items, conversions, currentItem, {}, context);
 }
 
 std::int32_t CVelmConversionDoc::WriteTail(CVelmFileStream& stream) const {

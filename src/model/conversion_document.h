@@ -10,10 +10,9 @@ namespace velm {
 class CVelmConversionDoc : public CVelmDocument {
 public:
     using CVelmDocument::CVelmDocument;
-    using CVelmDocument::Recalculate;
 
     void RemoveItems(std::size_t first, std::size_t count) override;
-    void Recalculate(FormulaContext& context, std::span<const CVelmItem* const> asked) override;
+    void Recalculate(FormulaContext& context) override;
     std::int32_t GetKind() const override { return KIND_CONVERSION; }
     std::int32_t WriteTail(CVelmFileStream& stream) const override;
     LoadStatus ReadTail(CVelmFileStream& stream) override;

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <span>
 
 #include "formula/formula_context.h"
 #include "model/document_file.h"
@@ -27,10 +26,9 @@ public:
     /// Removes and destroys `count` items from `first`, and every conversion that refers to one of them.
     virtual void RemoveItems(std::size_t first, std::size_t count);
 
-    /// Computes every value from the current item (conversions) or from the inputs (calculations). Items that the list
-    /// hides are left out of conversions, unless they are among `asked`, which are the document's.
-    virtual void Recalculate(FormulaContext& context, std::span<const CVelmItem* const> asked) = 0;
-    void Recalculate(FormulaContext& context) { Recalculate(context, {}); }
+    /// Computes every value from the current item (conversions, without the items that the list hides) or from the
+    /// inputs (calculations).
+    virtual void Recalculate(FormulaContext& context) = 0;
     virtual std::int32_t GetKind() const = 0;
 
     /// What follows the items in the file. Bytes counted; the readers fail when the tail itself is short or its count

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "formula/formula_context.h"
 #include "model/file_stream.h"
 
 namespace velm {
@@ -89,11 +88,6 @@ void CVelmItem::CopyFrom(const CVelmItem& other) {
     valueText = other.valueText;
     value = other.value;
     state = other.state;
-}
-
-bool CVelmItem::ReadTypedValue(CVelmStringView text, FormulaContext& context, double& typed) const {
-    return format.UnreadableDate(CVelmString(text), context.Clock()).empty() &&
-           format.ParseTyped(CVelmString(text), format.TypedFormat(), context, typed);
 }
 
 const CVelmString& CVelmItem::ShortName() const {

@@ -47,9 +47,6 @@ public:
         return format.ParseValueText(valueText, context, stored);
     }
 
-    /// The value of a text as it is typed. False, with `typed` untouched, when it has none or a date in {} is none.
-    bool ReadTypedValue(CVelmStringView text, FormulaContext& context, double& typed) const;
-
     /// The text for narrow columns: the identifier when there is one, otherwise the name.
     const CVelmString& ShortName() const;
 

@@ -1,22 +1,50 @@
 #include "model/value_entry.h"
 
-namespace velm {
+#include <algorithm>
 
-void EnterValue(CVelmDocument& document, CVelmItem& item, double value, FormulaContext& context,
-                std::span<const CVelmItem* const> asked) {
-    item.SetValue(value);
-    document.currentItem = &item;
-    document.Recalculate(context, asked);
+namespace velm {
+namespace {
+
+/// Stores a typed text as that of an input.
+void StoreTyped(const CVelmTypedInput& typed) {
+    typed.item->valueText = typed.text;
+    CompleteTyped(typed.item->valueText, typed.item->format.TypedFormat());
 }
 
-bool EnterText(CVelmDocument& document, CVelmItem& item, CVelmStringView text, FormulaContext& context,
-               std::span<const CVelmItem* const> asked) {
+/// Whether an input got its value from its text, and not from a date that is none.
+bool HasItsValue(const CVelmItem& input, const CVelmClock& clock) {
+    CVelmString formula = input.valueText;
+    return input.state == STATE_VALID && input.format.ToFormula(formula, clock, BadDates::Refused);
+}
+
+}  // namespace
+
+Entered EnterText(CVelmConversionDoc& document, CVelmItem& unit, CVelmStringView text,
+                  std::span<const CVelmItem* const> asked, std::vector<CVelmStepTaken>& steps,
+                  FormulaContext& context) {
     double value = 0.0;
-    if (!item.ReadTypedValue(text, context, value)) {
-        return false;
+    if (!unit.format.ParseTyped(CVelmString(text), unit.format.TypedFormat(), context, value, BadDates::Refused)) {
+        return Entered::Nothing;
     }
-    EnterValue(document, item, value, context, asked);
-    return true;
+    unit.SetValue(value);
+    document.currentItem = &unit;
+    if (!steps.empty() && RepeatSteps(steps, context)) {
+        return Entered::BySameSteps;
+    }
+    steps = SolveConversions(document.items, document.conversions, &unit, asked, context);
+    return Entered::ByNewSteps;
+}
+
+const CVelmTypedInput* EnterTexts(CVelmCalculationDoc& document, std::span<const CVelmTypedInput> inputs,
+                                  FormulaContext& context) {
+    std::ranges::for_each(inputs, StoreTyped);
+    for (const auto& item : document.items) {
+        item->state = STATE_NONE;
+    }
+    document.Recalculate(context);
+    const auto unread = std::ranges::find_if(
+        inputs, [&context](const CVelmTypedInput& typed) { return !HasItsValue(*typed.item, context.Clock()); });
+    return unread == inputs.end() ? nullptr : &*unread;
 }
 
 }  // namespace velm
