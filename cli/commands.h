@@ -5,6 +5,7 @@
 namespace velm {
 
 /// The subcommands: main.cpp lists their arguments. Each is in the file that is named after it.
+int RunAsk(CommandContext& context, const std::vector<std::string>& arguments);
 int RunCalc(CommandContext& context, const std::vector<std::string>& arguments);
 int RunCheck(CommandContext& context, const std::vector<std::string>& arguments);
 int RunConvert(CommandContext& context, const std::vector<std::string>& arguments);
@@ -17,5 +18,8 @@ int RunOptions(CommandContext& context, const std::vector<std::string>& argument
 int RunPage(CommandContext& context, const std::vector<std::string>& arguments);
 int RunShow(CommandContext& context, const std::vector<std::string>& arguments);
 int RunUpdate(CommandContext& context, const std::vector<std::string>& arguments);
+
+/// The names of all subcommands.
+std::vector<std::string> CommandNames();
 
 }  // namespace velm

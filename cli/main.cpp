@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <exception>
 
@@ -45,15 +46,16 @@ std::string HelpText() {
            "\"Conversions\" beside the program.\n";
 }
 
+/// What runs without a subcommand's name in front.
+constexpr Command QUESTION{"", "QUESTION...", "Answer a question such as 26.2 mi in km", RunAsk};
+
 const Command& FindCommand(const std::string& name) {
-    std::vector<std::string> names;
     for (const Command& command : COMMANDS) {
         if (command.name == name) {
             return command;
         }
-        names.emplace_back(command.name);
     }
-    FailUsage(fmt::format("unknown command {}; {}", Quoted(name), DidYouMean(name, names)));
+    return QUESTION;
 }
 
 CVelmString DefaultDataFolder() {
@@ -88,7 +90,9 @@ int RunWords(std::vector<std::string> words, CVelmOutput& out) {
     const CVelmServices services = SystemServices();
     FormulaContext formulas(services.clock);
     CommandContext context{command, services, formulas, dataFolder.empty() ? DefaultDataFolder() : dataFolder, out};
-    words.erase(words.begin());
+    if (&command != &QUESTION) {
+        words.erase(words.begin());
+    }
     return command.run(context, words);
 }
 
@@ -108,6 +112,12 @@ int Run(const std::vector<std::string>& words) {
 }
 
 }  // namespace
+
+std::vector<std::string> CommandNames() {
+    std::vector<std::string> names(COMMANDS.size());
+    std::transform(COMMANDS.begin(), COMMANDS.end(), names.begin(), [](const Command& row) { return row.name; });
+    return names;
+}
 
 }  // namespace velm
 

@@ -16,6 +16,7 @@ public:
     bool Replace(const CVelmString&, const CVelmString&) override { return false; }
     bool Remove(const CVelmString&) override { return false; }
     bool Exists(const CVelmString& path) override { return files_.Exists(path); }
+    std::optional<CVelmFileStamp> Stamp(const CVelmString& path) override { return files_.Stamp(path); }
     std::optional<std::vector<CVelmFolderEntry>> List(const CVelmString& folder) override {
         return files_.List(folder);
     }

@@ -16,6 +16,21 @@ inline constexpr std::string_view KEY_NOTE = "note";
 inline constexpr std::string_view KEY_ITEM = "item";
 inline constexpr std::string_view KEY_CONVERSION = "conversion";
 
+/// What the words of a data folder say about a file; see unit_words.h.
+inline constexpr std::string_view KEY_CALLED = "called";
+inline constexpr std::string_view KEY_QUANTITY = "quantity";
+inline constexpr std::string_view KEY_DIMENSION = "dimension";
+inline constexpr std::string_view KEY_COHERENT = "coherent";
+inline constexpr std::string_view KEY_RESULTS = "results";
+inline constexpr std::string_view KEY_PREFIXES = "prefixes";
+inline constexpr std::string_view KEY_LARGE_PREFIXES = "large_prefixes";
+inline constexpr std::string_view KEY_MONTHS = "months";
+inline constexpr std::string_view KEY_YEARS = "years";
+inline constexpr std::string_view KEY_SECONDARY = "secondary";
+inline constexpr std::string_view KEY_ALIASES = "aliases";
+inline constexpr std::string_view KEY_PREFERRED = "preferred";
+inline constexpr std::string_view KEY_UNIT = "unit";
+
 inline constexpr std::string_view KEY_ID = "id";
 inline constexpr std::string_view KEY_NAME = "name";
 inline constexpr std::string_view KEY_TYPE = "type";
@@ -43,11 +58,13 @@ inline constexpr std::string_view KEY_UTF16 = "utf16";
 /// What readers are given to know, each a text or a list of texts.
 inline constexpr std::array REMARK_KEYS{KEY_SOURCE, KEY_ABOUT, KEY_NOTE};
 
-inline constexpr std::array FILE_KEYS{KEY_TITLE, KEY_CATEGORY, KEY_UPDATED, KEY_KIND,      KEY_SOURCE,
-                                      KEY_ABOUT, KEY_NOTE,     KEY_ITEM,    KEY_CONVERSION};
-inline constexpr std::array ITEM_KEYS{KEY_ID,     KEY_NAME,   KEY_TYPE,    KEY_VALUE,   KEY_FORMULA,
-                                      KEY_OUTPUT, KEY_SHOWN,  KEY_FORMATS, KEY_DISPLAY, KEY_INPUT,
-                                      KEY_PARTS,  KEY_SOURCE, KEY_ABOUT,   KEY_NOTE};
+inline constexpr std::array FILE_KEYS{KEY_TITLE,          KEY_CATEGORY,  KEY_UPDATED,  KEY_KIND,       KEY_SOURCE,
+                                      KEY_ABOUT,          KEY_NOTE,      KEY_ITEM,     KEY_CONVERSION, KEY_CALLED,
+                                      KEY_QUANTITY,       KEY_DIMENSION, KEY_COHERENT, KEY_RESULTS,    KEY_PREFIXES,
+                                      KEY_LARGE_PREFIXES, KEY_MONTHS,    KEY_YEARS,    KEY_SECONDARY};
+inline constexpr std::array ITEM_KEYS{KEY_ID,    KEY_NAME,    KEY_TYPE,    KEY_VALUE,     KEY_FORMULA, KEY_OUTPUT,
+                                      KEY_SHOWN, KEY_FORMATS, KEY_DISPLAY, KEY_INPUT,     KEY_PARTS,   KEY_SOURCE,
+                                      KEY_ABOUT, KEY_NOTE,    KEY_ALIASES, KEY_PREFERRED, KEY_UNIT};
 inline constexpr std::array CONVERSION_KEYS{KEY_FROM,    KEY_TO,   KEY_FACTOR, KEY_OFFSET, KEY_FORWARD,
                                             KEY_REVERSE, KEY_FLAG, KEY_DATE,   KEY_SOURCE, KEY_NOTE};
 

@@ -4,6 +4,17 @@
 
 namespace velm {
 
+std::optional<CVelmFileStamp> CVelmFileSystem::Stamp(const CVelmString& path) {
+    const auto file = Open(path, FileMode::Read);
+    const auto size = file ? file->Size() : std::nullopt;
+    const auto times = file ? file->Times() : std::nullopt;
+    return size && times ? std::optional(CVelmFileStamp{*size, times->lastWrite}) : std::nullopt;
+}
+
+bool CVelmFileSystem::CreateFolder(const CVelmString&) {
+    return false;
+}
+
 bool ReadToEnd(CVelmFile& file, std::size_t limit, std::string& bytes) {
     constexpr std::size_t STEP = 1 << 16;
     bytes.clear();

@@ -43,6 +43,12 @@ enum class FileMode {
     CreateNew,  ///< created; fails when a file of that name exists; not shared
 };
 
+/// What tells whether a file or a folder has changed.
+struct CVelmFileStamp {
+    std::uint64_t size = 0;
+    std::uint64_t lastWrite = 0;  ///< ticks of 100 ns since 1601-01-01 00:00 UTC
+};
+
 struct CVelmFolderEntry {
     CVelmString name;  ///< without folder, with extension
     bool isFolder = false;
@@ -63,6 +69,13 @@ public:
     /// Resolves symbolic links; the path itself when it is no link or a dangling one.
     virtual CVelmString ResolveLinks(const CVelmString& path) { return path; }
     virtual bool Exists(const CVelmString& path) = 0;
+
+    /// The stamp of a file; of a folder, which changes when a file comes, goes or is replaced, only where the system
+    /// keeps one. Nothing when there is none.
+    virtual std::optional<CVelmFileStamp> Stamp(const CVelmString& path);
+
+    /// Creates a folder and those above it. True also when it exists.
+    virtual bool CreateFolder(const CVelmString& path);
 
     /// The entries of a folder sorted by name regardless of letter case, without "." and ".."; nothing when it cannot
     /// be read.

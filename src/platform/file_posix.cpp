@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
@@ -216,6 +217,23 @@ public:
         const auto name = SystemPath(path);
         struct stat status {};
         return name && stat(name->c_str(), &status) == 0;
+    }
+
+    std::optional<CVelmFileStamp> Stamp(const CVelmString& path) override {
+        const auto keeper = KeepError();
+        const auto name = SystemPath(path);
+        struct stat status {};
+        if (!name || stat(name->c_str(), &status) != 0) {
+            return std::nullopt;
+        }
+        return CVelmFileStamp{static_cast<std::uint64_t>(status.st_size),
+                              ToFileTime(status.st_mtim.tv_sec, status.st_mtim.tv_nsec)};
+    }
+
+    bool CreateFolder(const CVelmString& path) override {
+        const auto name = SystemPath(path);
+        std::error_code error;
+        return name && (std::filesystem::create_directories(*name, error) || !error);
     }
 
     std::optional<std::vector<CVelmFolderEntry>> List(const CVelmString& folder) override {

@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "platform/file.h"
 #include "platform/scope_exit.h"
@@ -156,6 +157,23 @@ public:
         const auto keeper = KeepError();
         const auto name = SystemPath(path);
         return name && GetFileAttributesW(name->c_str()) != INVALID_FILE_ATTRIBUTES;
+    }
+
+    std::optional<CVelmFileStamp> Stamp(const CVelmString& path) override {
+        const auto keeper = KeepError();
+        const auto name = SystemPath(path);
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        if (!name || !GetFileAttributesExW(name->c_str(), GetFileExInfoStandard, &data)) {
+            return std::nullopt;
+        }
+        return CVelmFileStamp{static_cast<std::uint64_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow,
+                              ToTicks(data.ftLastWriteTime)};
+    }
+
+    bool CreateFolder(const CVelmString& path) override {
+        const auto name = SystemPath(path);
+        std::error_code error;
+        return name && (std::filesystem::create_directories(*name, error) || !error);
     }
 
     std::optional<std::vector<CVelmFolderEntry>> List(const CVelmString& folder) override {
