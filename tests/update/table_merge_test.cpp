@@ -13,7 +13,7 @@ class TableMergeTest : public testing::Test {
 protected:
     /// Euro, dollar and pound around the euro; a dirham that is fixed to the dollar, and a fils to the dirham.
     TableMergeTest() {
-        velm::test::Join(*document, 0, 1, 1.5);
+        velm::test::Join(*document, 0, 1, 1.5, 3);
         velm::test::Join(*document, 2, 0, 1.25);
         velm::test::Join(*document, 1, 3, 4);
         velm::test::Join(*document, 3, 4, 100);
@@ -33,7 +33,7 @@ protected:
         return Conversions(stored);
     }
 
-    static constexpr const char* BEFORE = "EUR*1.5=USD GBP*1.25=EUR USD*4=AED AED*100=FILS ";
+    static constexpr const char* BEFORE = "EUR*1.5+3=USD GBP*1.25=EUR USD*4=AED AED*100=FILS ";
 
     MemoryFiles files;
     TestServices services{files};
