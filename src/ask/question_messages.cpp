@@ -153,8 +153,17 @@ private:
                                                        : HIGHEST;
     }
 
+    /// A number with its unit, whose text a power behind it would take for one of the unit: (3 m)^2.
+    static bool IsAmount(QuestionNodeKind kind) {
+        return kind == QuestionNodeKind::UnitTimes || kind == QuestionNodeKind::UnitOver ||
+               kind == QuestionNodeKind::Sum;
+    }
+
     /// In brackets unless the part binds closer than the whole.
     CVelmString Part(const QuestionNode& whole, std::int32_t part, bool isRight) const {
+        if (whole.code == OP_POWER && IsAmount(tree_.At(part).kind)) {
+            return u"(" + Text(part) + u")";
+        }
         const int precedence = Precedence(tree_.At(part));
         const bool binds = precedence > Precedence(whole) || (precedence == Precedence(whole) && !isRight);
         return binds ? Text(part) : u"(" + Text(part) + u")";
@@ -344,6 +353,9 @@ CVelmString UnknownWordText(const CVelmUnitIndex& index, CVelmStringView word, b
     static constexpr std::size_t NEAREST = 3;
     CVelmString text = u"There is no unit \"" + CVelmString(word) + u"\"";
     const auto nearest = index.Nearest(word, NEAREST, isFirst);
+    if (!nearest.empty() && EqualsNoCase(nearest.front().word, word)) {
+        return text + u"; it is the name of a file";
+    }
     for (std::size_t i = 0; i < nearest.size(); ++i) {
         const CVelmStringView file = index.Text(index.files[nearest[i].file].title);
         text += i == 0 ? u"; did you mean " : i + 1 == nearest.size() ? u" or " : u", ";
