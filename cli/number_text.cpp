@@ -14,12 +14,6 @@ std::string RawText(double value) {
     return {text.data(), end.ptr};
 }
 
-std::string ShortestText(double value) {
-    std::array<char, 64> text;
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value);
-    return {text.data(), end.ptr};
-}
-
 std::string ValueFault(const CVelmValueFormat& format, CVelmString text, FormulaContext& formulas) {
     if (const CVelmString group = format.UnreadableDate(text, formulas.Clock()); !group.empty()) {
         return ToUtf8(group) + " is not a date; write {2026-11-22}, {11/22/2026} or {today}";

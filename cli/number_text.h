@@ -3,15 +3,13 @@
 #include <string>
 #include <string_view>
 
+#include "formats/decimal_format.h"
 #include "formats/value_format.h"
 
 namespace velm {
 
 /// As printf's %.17g.
 std::string RawText(double value);
-
-/// The shortest text that reads back as the same double.
-std::string ShortestText(double value);
 
 /// What is wrong with a text that ParseValueText does not read or that has an unreadable date; to be asked after it
 /// failed, with the same definitions.

@@ -4,13 +4,12 @@
 #include <array>
 #include <string_view>
 
+#include "htmlview/html_tokenizer.h"
 #include "platform/text.h"
 
 namespace velm {
 
 namespace {
-
-constexpr std::u16string_view BLANKS = u" \t\r\n";
 
 struct NamedColor {
     std::u16string_view name;
@@ -55,7 +54,7 @@ std::u16string_view StyleColor(std::u16string_view style) {
         const std::u16string_view declaration = style.substr(0, style.find(u';'));
         style.remove_prefix(std::min(declaration.size() + 1, style.size()));
         const std::size_t colon = declaration.find(u':');
-        if (colon != std::u16string_view::npos && Trim(declaration.substr(0, colon), BLANKS) == u"color") {
+        if (colon != std::u16string_view::npos && Trim(declaration.substr(0, colon), HTML_BLANKS) == u"color") {
             return declaration.substr(colon + 1);
         }
     }
@@ -67,7 +66,7 @@ std::u16string_view StyleColor(std::u16string_view style) {
 std::int32_t ColorOf(const HtmlToken& token) {
     const std::u16string attribute = ToLowerAscii(token.Attribute(u"color"));
     const std::u16string style = ToLowerAscii(token.Attribute(u"style"));
-    return ParseColor(Trim(attribute.empty() ? StyleColor(style) : std::u16string_view(attribute), BLANKS));
+    return ParseColor(Trim(attribute.empty() ? StyleColor(style) : std::u16string_view(attribute), HTML_BLANKS));
 }
 
 }  // namespace velm

@@ -175,14 +175,13 @@ void DocumentBuilder::AddText(std::u16string_view text) {
         AddPreformatted(text);
         return;
     }
-    constexpr std::u16string_view BLANKS = u" \t\r\n\f";
     for (std::size_t at = 0; at < text.size();) {
-        const std::size_t word = std::min(text.find_first_not_of(BLANKS, at), text.size());
+        const std::size_t word = std::min(text.find_first_not_of(HTML_BLANKS, at), text.size());
         spaceDue_ = spaceDue_ || word > at;
         if (word == text.size()) {
             return;
         }
-        at = std::min(text.find_first_of(BLANKS, word), text.size());
+        at = std::min(text.find_first_of(HTML_BLANKS, word), text.size());
         AddSpaceDue();
         Append(text.substr(word, at - word));
     }

@@ -9,7 +9,7 @@ namespace velm {
 namespace {
 
 bool IsBlank(char16_t unit) {
-    return unit == u' ' || unit == u'\t' || unit == u'\n' || unit == u'\r' || unit == u'\f';
+    return HTML_BLANKS.find(unit) != std::u16string_view::npos;
 }
 
 }  // namespace

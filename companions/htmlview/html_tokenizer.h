@@ -7,6 +7,8 @@
 
 namespace velm {
 
+inline constexpr std::u16string_view HTML_BLANKS = u" \t\r\n\f";
+
 /// One piece of an HTML text. Names are lower-case; attribute values have their entities decoded.
 struct HtmlToken {
     enum class Kind { Text, Open, Close, End };

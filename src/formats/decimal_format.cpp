@@ -97,6 +97,12 @@ CVelmString NumberToText(double value) {
     return Format(value, MIN_PLAIN_IN_FORMULA, false);
 }
 
+std::string ShortestText(double value) {
+    std::array<char, 32> text;
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value);
+    return {text.data(), end.ptr};
+}
+
 std::optional<CVelmString> UngroupNumber(CVelmStringView text) {
     text = Trim(text, u" \t\r\n");
     CVelmString number(text.starts_with(u'-') ? u"-" : u"");

@@ -8,6 +8,7 @@
 #include "formats/date_format.h"
 #include "formats/decimal_format.h"
 #include "formats/value_format.h"
+#include "formula/tokenizer.h"
 
 namespace velm {
 namespace {
@@ -30,9 +31,9 @@ CVelmString ShowDate(const CVelmValueFormat& /*format*/, double value, const CVe
 constexpr std::array FORMATS = {
     FormatKind{FMT_DECIMAL, "decimal", u"Default (decimal)", u"numeric/calc", u"Dec", 0, 0, 0, FormatDecimal, nullptr},
     FormatKind{FMT_CURRENCY, "currency", u"Currency", u"numeric/calc", u"", FMT_DECIMAL, 0, 0, FormatCurrency, nullptr},
-    FormatKind{FMT_HEX, "hex", u"Hexadecimal", u"hexadecimal", u"Hex", 0, 4, u'h', WriteBase<FMT_HEX>, nullptr},
-    FormatKind{FMT_OCTAL, "octal", u"Octal", u"octal", u"Oct", 0, 3, u'o', WriteBase<FMT_OCTAL>, nullptr},
-    FormatKind{FMT_BINARY, "binary", u"Binary", u"binary", u"Bin", 0, 1, u'b', WriteBase<FMT_BINARY>, nullptr},
+    FormatKind{FMT_HEX, "hex", u"Hexadecimal", u"hexadecimal", u"Hex", 0, 4, HEX_SUFFIX, WriteBase<FMT_HEX>, nullptr},
+    FormatKind{FMT_OCTAL, "octal", u"Octal", u"octal", u"Oct", 0, 3, OCTAL_SUFFIX, WriteBase<FMT_OCTAL>, nullptr},
+    FormatKind{FMT_BINARY, "binary", u"Binary", u"binary", u"Bin", 0, 1, BINARY_SUFFIX, WriteBase<FMT_BINARY>, nullptr},
     FormatKind{FMT_DATE, "date", u"Date", u"date", u"", FMT_DATETIME, 0, 0, FormatDecimal, ShowDate<false>},
     FormatKind{FMT_DATETIME, "datetime", u"Date Time", u"date time", u"", 0, 0, 0, FormatDecimal, ShowDate<true>},
     FormatKind{FMT_COMPOUND, "compound", u"Compound", u"compound", u"", 0, 0, 0, FormatDecimal, ShowCompound},

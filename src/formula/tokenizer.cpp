@@ -52,11 +52,11 @@ unsigned ClassOf(char16_t unit) {
 /// Radix of a suffix character, 0 for any other character.
 int SuffixRadix(char16_t suffix) {
     switch (suffix) {
-        case u'b':
+        case BINARY_SUFFIX:
             return 2;
-        case u'h':
+        case HEX_SUFFIX:
             return 16;
-        case u'o':
+        case OCTAL_SUFFIX:
             return 8;
         default:
             return 0;
@@ -65,12 +65,7 @@ int SuffixRadix(char16_t suffix) {
 
 /// Value of a digit in the given radix, -1 for a character that is none.
 int DigitValue(char16_t unit, int radix) {
-    int digit = -1;
-    if (IsDigit(unit)) {
-        digit = unit - u'0';
-    } else if (unit >= u'a' && unit <= u'f') {
-        digit = unit - u'a' + 10;
-    }
+    const int digit = HexDigitValue(unit);
     return digit < radix ? digit : -1;
 }
 

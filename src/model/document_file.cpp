@@ -13,10 +13,6 @@ namespace velm {
 
 namespace {
 
-CVelmString InFolder(const CVelmString& folder, const CVelmString& name) {
-    return folder.empty() ? name : WithSeparator(folder) + name;
-}
-
 void TakeHeader(CVelmFileHeader& header, CVelmDocument& document) {
     if (!header.isOlder) {
         document.updatedText = std::move(header.updatedText);

@@ -1,10 +1,10 @@
 #include "model/rate_days.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <string>
 
+#include "formats/decimal_format.h"
 #include "model/conversion_document.h"
 #include "model/file_replacement.h"
 
@@ -17,15 +17,7 @@ constexpr std::string_view HEADER =
     "# The day of the table that each rate comes from. A line counts while the data file has its factor.\n";
 
 CVelmString PathOf(const CVelmConversionDoc& document, const CVelmString& folder) {
-    const CVelmString name = document.fileName + CVelmString(RATES_EXTENSION);
-    return folder.empty() ? name : WithSeparator(folder) + name;
-}
-
-/// The shortest text that reads back as the same number.
-std::string NumberText(double value) {
-    std::array<char, 32> text;
-    const auto result = std::to_chars(text.data(), text.data() + text.size(), value);
-    return {text.data(), result.ptr};
+    return InFolder(folder, document.fileName + CVelmString(RATES_EXTENSION));
 }
 
 std::optional<double> ReadNumber(CVelmStringView text) {
@@ -78,7 +70,7 @@ bool CVelmRateDays::Write(const CVelmConversionDoc& document, const CVelmString&
     for (const auto& conversion : document.conversions) {
         if (const auto day = DayOf(*conversion)) {
             text += ToUtf8(conversion->unit1->identifier + u'\t' + conversion->unit2->identifier + u'\t') +
-                    NumberText(conversion->factor) + '\t' + ToUtf8(DayText(*day)) + '\n';
+                    ShortestText(conversion->factor) + '\t' + ToUtf8(DayText(*day)) + '\n';
         }
     }
     const CVelmString path = PathOf(document, folder);

@@ -49,4 +49,8 @@ CVelmString WithSeparator(CVelmString folder) {
     return folder;
 }
 
+CVelmString InFolder(const CVelmString& folder, const CVelmString& name) {
+    return folder.empty() ? name : WithSeparator(folder) + name;
+}
+
 }  // namespace velm

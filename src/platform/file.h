@@ -96,6 +96,9 @@ extern const char16_t FolderSeparator;
 /// Appends FolderSeparator unless the folder ends with one. An empty folder becomes the separator alone.
 CVelmString WithSeparator(CVelmString folder);
 
+/// The path of a name in a folder, or in the current one for an empty folder.
+CVelmString InFolder(const CVelmString& folder, const CVelmString& name);
+
 /// The file system of this machine; lives as long as the process.
 CVelmFileSystem& SystemFiles();
 

@@ -177,7 +177,7 @@ public:
     }
 
     std::optional<std::vector<CVelmFolderEntry>> List(const CVelmString& folder) override {
-        const auto pattern = SystemPath((folder.empty() ? folder : WithSeparator(folder)) + u"*");
+        const auto pattern = SystemPath(InFolder(folder, u"*"));
         if (!pattern) {
             return std::nullopt;
         }
