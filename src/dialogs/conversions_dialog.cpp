@@ -8,7 +8,7 @@ namespace {
 constexpr std::size_t ROW_UNIT_MAX = 16;
 constexpr std::size_t ROW_MAX = 37;
 
-/// Column width of the list, in pixels at scale 1.
+/// Of the list, in pixels at scale 1.
 constexpr int MIN_LIST_HEIGHT = 44;
 
 constexpr auto PLACEMENTS = JoinPlacements(

@@ -71,7 +71,7 @@ CVelmString FormatCompound(const CVelmCompoundParts& parts, double value) {
     if (value < 0) {
         text += u'(';
     }
-    // Every part is followed by a space, the last one too. Deliberate: shown texts have always ended that way.
+    // Deliberate: every part is followed by a space, the last one too.
     for (std::size_t i = 0; i < count; ++i) {
         text += NumberToText(numbers[i]) + u' ';
         if (!parts[i].label.empty()) {
@@ -97,7 +97,7 @@ double ParseCompound(const CVelmCompoundParts& parts, CVelmStringView group) {
     const CompoundNumbers numbers = ReadNumbers(group);
     double value = 0.0;
     double divisor = 1.0;
-    // Ends at a negative factor too, unlike the writing. Deliberate: groups have always been read that way.
+    // Ends at a negative factor too, unlike the writing. Deliberate: the numbers of a group only add up.
     for (std::size_t i = 0; i < parts.size() && parts[i].factor > 0.0; ++i) {
         divisor *= parts[i].factor;
         value += numbers[i] / divisor;

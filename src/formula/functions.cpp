@@ -117,6 +117,7 @@ constexpr auto FUNCTIONS = std::to_array<FunctionRow>({
     {u"neg", 1, [](Context&, double a, double) { return -a; }},
     {u"pi", 0, [](Context&, double, double) { return PI; }},
     {u"rand", 0, Random, true},
+    // Deliberate: halves go up below zero too, so that round(-2.5) is -2.
     {u"round", 1, [](Context&, double a, double) { return std::floor(a + 0.5); }},
     {u"sin", 1, Sin},
     {u"sinh", 1, [](Context&, double a, double) { return std::sinh(a); }},

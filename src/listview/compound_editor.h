@@ -31,8 +31,8 @@ private:
 };
 
 /// A value typed in parts, such as feet and inches: a box for each part with its label behind it, a minus sign before
-/// them. Its parent is told of every change, also of its own making, as of a change of its edit box (EN_CHANGE of
-/// IDC_VALUE_EDIT), and gets IDC_ACCEPT for Enter in the last part.
+/// them. Its parent gets EN_CHANGE of IDC_VALUE_EDIT for every change, also of its own making, and IDC_ACCEPT for Enter
+/// in the last part.
 class CVelmCompoundEditor : public CVelmWindow {
 public:
     CVelmCompoundEditor();

@@ -69,8 +69,8 @@ CVelmFormatEntry EntryOf(const CVelmValueFormat& format);
 /// The longest label of each part. Deliberate: the third has no limit, files with longer ones there keep them.
 constexpr std::array<std::size_t, COMPOUND_PARTS> MAX_PART_LABELS = {8, 8, CVelmFileStream::MAX_STRING, 8};
 
-/// With a fault `part` is the part that has it. A factor with EntryOf's text keeps its digits. Formats are not stamped:
-/// how values are shown changes nothing of the data.
+/// With a fault `part` is the part that has it. A factor with EntryOf's text keeps its digits. The caller stamps the
+/// document that the item is in.
 EntryFault EditFormats(CVelmValueFormat& format, const CVelmFormatEntry& entry, std::size_t& part);
 
 /// Moves an item between two positions.

@@ -30,6 +30,7 @@ bool CVelmDownloader::Fail(const CVelmString& text) {
 }
 
 bool CVelmDownloader::Download(std::size_t index, const CVelmDownloadObserver& observer) {
+    // Deliberate: an address that stands twice is fetched twice. MAX_DOWNLOADS ends a list that names itself.
     // A copy, because the list grows.
     const CVelmString url = urls_[index];
     const auto report = [&](std::uint64_t bytes) { return !observer || observer({index + 1, urls_.size(), bytes}); };

@@ -23,7 +23,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds MAX_HANG{2000};
 constexpr int DEFAULT_SECONDS = 120;
 
-/// Brushes of system colours and the like, which the system makes when they are first needed and keeps.
+/// Brushes of system colors and the like, which the system makes when they are first needed and keeps.
 constexpr int MADE_ONCE = 8;
 
 constexpr std::array<WORD, 15> KEYS = {VK_UP,   VK_DOWN,   VK_LEFT,   VK_RIGHT, VK_PRIOR, VK_NEXT, VK_TAB, VK_RETURN,

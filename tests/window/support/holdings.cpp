@@ -78,7 +78,7 @@ int CountHandles() {
 }
 
 /// What the system makes when it is first needed and then keeps: Wine's device contexts for windows to come, the
-/// cursors and icons that everybody shares, the brushes of its colours. All of it is made here, so that it does not
+/// cursors and icons that everybody shares, the brushes of its colors. All of it is made here, so that it does not
 /// count as growth.
 void FillSystemCaches() {
     std::array<HDC, 64> contexts{};
