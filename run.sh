@@ -49,7 +49,7 @@ case ${1:-} in
         fi
         prepare "$terminal" make_terminal
         echo "There is no display to open the window on; here is 26.2 miles in every unit, in the terminal:"
-        exec "$terminal" convert Length mi 26.2
+        exec "$terminal" 26.2 mi
         ;;
     *)
         prepare "$terminal" make_terminal

@@ -126,6 +126,14 @@ private:
 
 }  // namespace
 
+std::string ExamplesText(std::span<const char* const> examples) {
+    std::string text = "\nexamples:\n";
+    for (const char* example : examples) {
+        text += fmt::format("  velmora {}\n", example);
+    }
+    return text;
+}
+
 bool ReadArguments(CommandContext& context, const Words& words, std::vector<Argument> arguments) {
     bool help = false;
     arguments.push_back({"--help", &help, "Print this help"});
@@ -142,6 +150,7 @@ bool ReadArguments(CommandContext& context, const Words& words, std::vector<Argu
         rows.push_back({fmt::format("  {}", argument.form), argument.help});
     }
     PrintTable(rows, context.out);
+    context.out.Write(ExamplesText(command.examples));
     return false;
 }
 

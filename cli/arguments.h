@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -23,5 +24,8 @@ struct Argument {
 /// an option is a value, and so is every word after "--". Exits on invalid usage. False when --help was given; the help
 /// is then in the output.
 bool ReadArguments(CommandContext& context, const std::vector<std::string>& words, std::vector<Argument> arguments);
+
+/// The examples of a help, an empty line before them; each is given as what follows "velmora ".
+std::string ExamplesText(std::span<const char* const> examples);
 
 }  // namespace velm

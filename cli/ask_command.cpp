@@ -1,93 +1,124 @@
 #include <fmt/format.h>
 
-#include "ask/questions.h"
+#include <algorithm>
+
+#include "answer_text.h"
+#include "arguments.h"
 #include "cli_error.h"
 #include "commands.h"
-#include "json.h"
+#include "fault_mark.h"
+#include "line_stream.h"
 #include "platform/cache_folder.h"
-#include "platform/text_distance.h"
-#include "suggest.h"
-#include "table.h"
+#include "platform/terminal.h"
+#include "question_words.h"
+#include "session.h"
 
 namespace velm {
 
 namespace {
 
-std::string AnswerAsJson(const CVelmAnswer& answer) {
-    CVelmJson json(true);
-    json.BeginObject();
-    json.Text("question", answer.understood);
-    json.BeginArray("rows");
-    for (const CVelmAnswerRow& row : answer.rows) {
-        json.BeginObject();
-        json.Text("id", row.identifier);
-        json.Text("name", row.name);
-        json.Number("value", row.value);
-        json.Text("text", row.text);
-        json.EndObject();
-    }
-    json.EndArray();
-    json.BeginArray("notes");
-    for (const CVelmString& note : answer.notes) {
-        json.Text(note);
-    }
-    json.EndArray();
-    json.EndObject();
-    return json.Result();
-}
+class AskRun {
+public:
+    explicit AskRun(CommandContext& context)
+        : context_(context), questions_(context.services, context.formulas, context.dataFolder, UserCacheFolder()) {}
 
-void PrintAnswer(const CVelmAnswer& answer, CVelmOutput& out) {
-    if (answer.rows.size() == 1) {
-        out.WriteLine(ToUtf8(answer.Line()));
-    } else {
-        out.WriteLine(ToUtf8(answer.understood));
-        TableRows rows;
-        for (const CVelmAnswerRow& row : answer.rows) {
-            rows.push_back({"  " + ToUtf8(row.name.empty() ? row.identifier : row.name), ToUtf8(row.TextWithUnit())});
+    int Run(const std::vector<std::string>& words) {
+        if (!ReadArguments(context_, words,
+                           {{"[QUESTION]...", &words_, "The question; - takes one from every line of input"},
+                            {"--raw", &raw_, "Write the value alone with 17 significant digits", "--json"},
+                            {"--json", &json_, "Write the answer as JSON"},
+                            {"--complete", &complete_, "Print what can stand for the last word instead", "--json"}})) {
+            return STATUS_OK;
         }
-        PrintTable(rows, out);
+        if (words_.empty() && !complete_) {
+            return StandardInputIsTerminal() && StandardOutputIsTerminal() && !json_ && !raw_
+                       ? RunSession(context_, questions_)
+                       : AskStream();
+        }
+        const std::string question = fmt::format("{}", fmt::join(words_, " "));
+        if (complete_) {
+            return PrintCompletions(question);
+        }
+        return question == "-" ? AskStream() : AskOnce(question);
     }
-    for (const CVelmString& note : answer.notes) {
-        out.WriteLine("  " + ToUtf8(note));
-    }
-}
 
-/// A mistyped command is read as a question, which is then not what was meant.
-void FailIfCommand(const std::string& word) {
-    static constexpr int MOST_MISTAKES = 2;
-    const std::vector<std::string> names = CommandNames();
-    for (const std::string& name : names) {
-        if (TextDistance(FromUtf8(word), FromUtf8(name)) <= MOST_MISTAKES && word.size() > name.size() / 2) {
-            FailUsage(fmt::format("unknown command {}; {}", Quoted(word), DidYouMean(word, names)));
+private:
+    int AskOnce(const std::string& text) {
+        const CVelmString question = FromUtf8(text);
+        const CVelmAnswer answer = questions_.Ask(question);
+        if (json_) {
+            context_.out.WriteLine(AnswerAsJson(question, answer, true));
+        } else if (answer.ok) {
+            PrintAnswer(answer, raw_, context_.out);
         }
+        context_.out.Flush();
+        if (!answer.ok) {
+            Refuse(question, answer.fault);
+        }
+        for (const CVelmString& note : answer.notes) {
+            PrintError(ToUtf8(note));
+        }
+        return STATUS_OK;
     }
-}
+
+    [[noreturn]] void Refuse(const CVelmString& question, const CVelmQuestionFault& fault) const {
+        const CVelmString part = question.substr(std::min(fault.position, question.size()), fault.length);
+        const bool isFile = !part.empty() && context_.services.files.Exists(part);
+        FailAt(ToUtf8(fault.message) + (isFile ? " (a file here has that name: put a * in quotation marks)" : ""),
+               question, fault.position, fault.length);
+    }
+
+    /// A line that asks nothing is answered by an empty one, so that answers stay in step with their lines.
+    int AskStream() {
+        bool asked = false;
+        const int status = StreamAnswers(context_, [&](std::string_view line, LineResult& result) {
+            asked = true;
+            const std::string_view text = Trim(line, " \t");
+            return text.empty() || text.front() == '#' || AskLine(line, result);
+        });
+        if (!asked && status == STATUS_OK && words_.empty()) {
+            FailUsage("nothing was asked");
+        }
+        return status;
+    }
+
+    bool AskLine(std::string_view line, LineResult& result) {
+        const CVelmString question = FromUtf8(line);
+        const CVelmAnswer answer = questions_.Ask(question);
+        if (json_) {
+            result.text = AnswerAsJson(question, answer, false);
+        } else if (answer.ok) {
+            result.text = AnswerLine(answer, raw_);
+        }
+        if (!answer.ok) {
+            result.fault = fmt::format("{}: {}", Quoted(std::string(line)), ToUtf8(answer.fault.message));
+        }
+        for (const CVelmString& note : answer.notes) {
+            result.notes.push_back(ToUtf8(note));
+        }
+        return answer.ok;
+    }
+
+    int PrintCompletions(const std::string& question) {
+        constexpr std::size_t LIMIT = 200;
+        for (const CVelmSuggestion& suggestion : questions_.Suggest(FromUtf8(question), LIMIT)) {
+            context_.out.WriteLine(OneLine(ToUtf8(suggestion.word)));
+        }
+        return STATUS_OK;
+    }
+
+    CommandContext& context_;
+    CVelmQuestions questions_;
+    std::vector<std::string> words_;
+    bool raw_ = false;
+    bool json_ = false;
+    bool complete_ = false;
+};
 
 }  // namespace
 
-int RunAsk(CommandContext& context, const std::vector<std::string>& words) {
-    std::string question;
-    bool json = false;
-    for (const std::string& word : words) {
-        if (word == "--json") {
-            json = true;
-            continue;
-        }
-        question += question.empty() ? "" : " ";
-        question += word;
-    }
-    CVelmQuestions questions(context.services, context.formulas, context.dataFolder, UserCacheFolder());
-    const CVelmAnswer answer = questions.Ask(FromUtf8(question));
-    if (!answer.ok) {
-        FailIfCommand(words.front());
-        Fail(ToUtf8(answer.fault.message));
-    }
-    if (json) {
-        context.out.WriteLine(AnswerAsJson(answer));
-    } else {
-        PrintAnswer(answer, context.out);
-    }
-    return STATUS_OK;
+int RunAsk(CommandContext& context, const std::vector<std::string>& arguments) {
+    return AskRun(context).Run(arguments);
 }
 
 }  // namespace velm

@@ -12,12 +12,13 @@ constexpr int STATUS_OK = 0;
 constexpr int STATUS_FAILED = 1;  ///< the request failed
 constexpr int STATUS_USAGE = 2;   ///< invalid usage
 
-/// Ends a subcommand: main prints the text (UTF-8) as one line and exits with the status.
+/// Ends a subcommand: main prints the text (UTF-8) as one line, then the details, and exits with the status.
 class CVelmCliError : public std::runtime_error {
 public:
     CVelmCliError(int exitStatus, const std::string& text) : std::runtime_error(text), status(exitStatus) {}
 
     int status;
+    std::string details;  ///< lines for below the text, each with its end
 };
 
 [[noreturn]] void Fail(const std::string& text);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -24,8 +25,9 @@ struct CommandContext {
 /// status; it ends early through CVelmCliError.
 struct Command {
     const char* name;
-    const char* usage;    ///< its arguments
-    const char* summary;  ///< one line, for the list of commands and for its own help
+    const char* usage;                    ///< its arguments
+    const char* summary;                  ///< one line, for the list of commands and for its own help
+    std::array<const char*, 3> examples;  ///< what follows "velmora "
     int (*run)(CommandContext& context, const std::vector<std::string>& arguments);
 };
 

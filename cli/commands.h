@@ -19,7 +19,4 @@ int RunPage(CommandContext& context, const std::vector<std::string>& arguments);
 int RunShow(CommandContext& context, const std::vector<std::string>& arguments);
 int RunUpdate(CommandContext& context, const std::vector<std::string>& arguments);
 
-/// The names of all subcommands.
-std::vector<std::string> CommandNames();
-
 }  // namespace velm

@@ -7,6 +7,7 @@
 #include "assignments.h"
 #include "cli_error.h"
 #include "commands.h"
+#include "fault_mark.h"
 #include "formats/format_table.h"
 #include "formats/value_format.h"
 #include "line_stream.h"
@@ -135,8 +136,7 @@ private:
             }
             streamed_ = &assignment;
         } else if (streamed_ == nullptr && !Evaluate(assignment.value, value)) {
-            Fail(fmt::format("eval: cannot evaluate {} for {}: {}", Quoted(assignment.value), assignment.name,
-                             Fault(assignment.value)));
+            Refuse(assignment.value, " for " + assignment.name);
         }
         const CVelmString name = FromUtf8(assignment.name);
         if (!DefineVariable(context_.formulas, name, value)) {
@@ -153,7 +153,16 @@ private:
         return format_.ParseValueText(FromUtf8(text), context_.formulas, value, BadDates::Refused);
     }
 
-    std::string Fault(std::string_view text) const { return ValueFault(format_, FromUtf8(text), context_.formulas); }
+    [[noreturn]] void Refuse(const std::string& text, const std::string& purpose) const {
+        const CVelmString formula = FromUtf8(text);
+        const FormulaFault fault = ValueFault(format_, formula, context_.formulas);
+        const std::string message =
+            fmt::format("eval: cannot evaluate {}{}: {}", Quoted(text), purpose, ToUtf8(fault.message));
+        if (fault.position == NO_PLACE) {
+            Fail(message);
+        }
+        FailAt(message, formula, fault.position, fault.length);
+    }
 
     std::string Text(double value) const {
         if (raw_) {
@@ -166,7 +175,7 @@ private:
     int EvaluateOnce() {
         double value = 0.0;
         if (!Evaluate(formula_, value)) {
-            Fail(fmt::format("eval: cannot evaluate {}: {}", Quoted(formula_), Fault(formula_)));
+            Refuse(formula_, "");
         }
         context_.out.WriteLine(Text(value));
         return STATUS_OK;

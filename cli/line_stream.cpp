@@ -17,7 +17,7 @@ constexpr std::size_t CHUNK = 1 << 16;
 
 class LineStream {
 public:
-    LineStream(CommandContext& context, const LineFunction& convert) : context_(context), convert_(convert) {}
+    LineStream(CommandContext& context, const AnswerFunction& answer) : context_(context), answer_(answer) {}
 
     int Run() {
         std::string chunk(CHUNK, '\0');
@@ -66,13 +66,16 @@ private:
 
     void Answer(std::string_view rest) {
         ++number_;
+        result_.text.clear();
+        result_.fault.clear();
+        result_.notes.clear();
         if (begun_.empty() && !tooLong_) {
             AnswerLine(rest);
             return;
         }
         Begin(rest);
         if (tooLong_) {
-            Refuse(begun_ + "...");
+            Refuse(NoResult(begun_ + "..."));
         } else {
             AnswerLine(begun_);
         }
@@ -84,25 +87,31 @@ private:
         if (line.ends_with('\r')) {
             line.remove_suffix(1);
         }
-        result_.clear();
-        if (convert_(line, result_)) {
-            context_.out.WriteLine(result_);
+        if (answer_(line, result_)) {
+            context_.out.WriteLine(result_.text);
         } else {
-            Refuse(std::string(line));
+            Refuse(result_.fault.empty() ? NoResult(std::string(line)) : result_.fault);
+        }
+        for (const std::string& note : result_.notes) {
+            Report(note);
         }
     }
 
-    void Refuse(const std::string& line) {
+    static std::string NoResult(const std::string& line) { return "no result for " + Quoted(line); }
+
+    void Refuse(const std::string& fault) {
         failed_ = true;
-        context_.out.WriteLine("error");
-        PrintError(fmt::format("line {}: no result for {}", number_, Quoted(line)));
+        context_.out.WriteLine(result_.text.empty() ? "error" : result_.text);
+        Report(fault);
     }
 
+    void Report(const std::string& text) const { PrintError(fmt::format("line {}: {}", number_, text)); }
+
     CommandContext& context_;
-    const LineFunction& convert_;
+    const AnswerFunction& answer_;
     std::string begun_;
     bool tooLong_ = false;
-    std::string result_;
+    LineResult result_;
     std::uint64_t number_ = 0;
     bool failed_ = false;
 };
@@ -110,7 +119,17 @@ private:
 }  // namespace
 
 int StreamLines(CommandContext& context, const LineFunction& convert) {
-    return LineStream(context, convert).Run();
+    return StreamAnswers(context, [&](std::string_view line, LineResult& result) {
+        const bool converted = convert(line, result.text);
+        if (!converted) {
+            result.text.clear();
+        }
+        return converted;
+    });
+}
+
+int StreamAnswers(CommandContext& context, const AnswerFunction& answer) {
+    return LineStream(context, answer).Run();
 }
 
 }  // namespace velm

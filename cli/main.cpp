@@ -4,11 +4,12 @@
 #include <array>
 #include <exception>
 
+#include "arguments.h"
 #include "cli_error.h"
 #include "commands.h"
 #include "platform/terminal.h"
+#include "platform/text_distance.h"
 #include "stored_options.h"
-#include "suggest.h"
 
 namespace velm {
 
@@ -16,26 +17,93 @@ namespace {
 
 /// Every subcommand, in the order of the list that --help prints.
 constexpr std::array COMMANDS{
-    Command{"eval", "FORMULA [NAME=VALUE]...", "Evaluate a formula", RunEval},
-    Command{"convert", "FILE UNIT VALUE [--to UNIT]...", "Convert a value to other units", RunConvert},
-    Command{"calc", "FILE [ID=VALUE]...", "Compute the outputs of a calculation file", RunCalc},
-    Command{"show", "FILE", "Print the contents of a data file", RunShow},
-    Command{"files", "[--json]", "List the files of the data folder", RunFiles},
-    Command{"check", "PATH...", "Check data files; never changes one", RunCheck},
-    Command{"import", "SOURCE.toml OUT.cnv|OUT.cal", "Create a data file from its text form", RunImport},
-    Command{"export", "FILE [-o SOURCE.toml]", "Write the text form of a data file", RunExport},
-    Command{"page", "INTRO.htm OUT.htm SOURCE.toml...", "Create a text reference from text forms", RunPage},
-    Command{"update", "[--rates RATES] [FILE]...", "Merge new rates into the data files", RunUpdate},
-    Command{"feed", "--rates RATES --base-url URL ...", "Create update files from a table of rates", RunFeed},
-    Command{"options", "[NAME [VALUE]]", "Show or change the program's options", RunOptions},
+    Command{"ask",
+            "[QUESTION]...",
+            "Answer a question; \"ask\" may be left out",
+            {"26.2 mi in km", "'3 kg * 9.81 m/s^2 in lbf'", "ask - < questions.txt"},
+            RunAsk},
+    Command{"eval",
+            "FORMULA [NAME=VALUE]...",
+            "Evaluate a formula",
+            {"eval '2*pi*6371'", "eval 'r^2*pi' r=2.5 --raw", "eval '{7/4/2026}+100' --as date"},
+            RunEval},
+    Command{"convert",
+            "FILE UNIT VALUE [--to UNIT]...",
+            "Convert a value to other units",
+            {"convert Length mi 26.2", "convert Length ftin '[5 11]' --to cm", "convert Length ft - --to m < feet.txt"},
+            RunConvert},
+    Command{"calc",
+            "FILE [ID=VALUE]...",
+            "Compute the outputs of a calculation file",
+            {"calc TipCalc bill=48", "calc TipCalc bill=12*4 people=3", "calc TipCalc bill=48 --json"},
+            RunCalc},
+    Command{"show",
+            "FILE",
+            "Print the contents of a data file",
+            {"show Length", "show Length --names", "show TipCalc --json"},
+            RunShow},
+    Command{"files",
+            "[--json]",
+            "List the files of the data folder",
+            {"files", "files --names", "--data ~/units files"},
+            RunFiles},
+    Command{"check",
+            "PATH...",
+            "Check data files; never changes one",
+            {"check ~/units", "check my.cnv my.cal", "check ."},
+            RunCheck},
+    Command{"import",
+            "SOURCE.toml OUT.cnv|OUT.cal",
+            "Create a data file from its text form",
+            {"import length.toml Length.cnv", "import tip.toml ~/units/Tip.cal", "import my.toml my.cnv"},
+            RunImport},
+    Command{"export",
+            "FILE [-o SOURCE.toml]",
+            "Write the text form of a data file",
+            {"export Length", "export Length -o length.toml", "export my.cal -o my.toml"},
+            RunExport},
+    Command{"page",
+            "INTRO.htm OUT.htm SOURCE.toml...",
+            "Create a text reference from text forms",
+            {"page intro.htm Sources.htm length.toml", "page intro.htm Units.htm a.toml b.toml",
+             "page intro.htm ~/units/Sources.htm ~/sources/*.toml"},
+            RunPage},
+    Command{"update",
+            "[--rates RATES] [FILE]...",
+            "Merge new rates into the data files",
+            {"update --rates eurofxref-daily.xml", "update --rates - Currency < rates.txt",
+             "update --url http://rates.example.org/velm/convupd.txt"},
+            RunUpdate},
+    Command{"feed",
+            "--rates RATES --base-url URL ...",
+            "Create update files from a table of rates",
+            {"feed --rates rates.txt --base-url http://rates.example.org/velm",
+             "feed --rates eurofxref.csv --base-url http://rates.example.org/velm --out /srv/velm",
+             "feed --rates metals.txt --base-url http://rates.example.org/metals --file Metals"},
+            RunFeed},
+    Command{"options",
+            "[NAME [VALUE]]",
+            "Show or change the program's options",
+            {"options", "options data-folder ~/units", "options data-folder ''"},
+            RunOptions},
 };
 
+/// What a line without a command's name is for.
+constexpr const Command& ASK = COMMANDS.front();
+
+constexpr std::array EXAMPLES{"26.2 mi in km", "tip 64.50 18% 3 people", "convert Length mi 26.2"};
+
+constexpr std::string_view USAGE =
+    "usage: velmora [--data DIR] QUESTION...\n"
+    "       velmora [--data DIR] COMMAND ...\n"
+    "       velmora COMMAND --help\n"
+    "       velmora --help | --version\n";
+
 std::string HelpText() {
-    std::string text =
-        "Converts units and calculates formulas.\n\n"
-        "usage: velmora [--data DIR] COMMAND ...\n"
-        "       velmora COMMAND --help\n"
-        "       velmora --help | --version\n\n"
+    std::string text = "Converts units, calculates formulas and answers questions about them.\n\n";
+    text += USAGE;
+    text +=
+        "\nWithout a question, velmora asks for one at a terminal and takes one from every line of other input.\n\n"
         "commands:\n";
     for (const Command& command : COMMANDS) {
         text += fmt::format("  {:<8} {:<32} {}\n", command.name, command.usage, command.summary);
@@ -43,19 +111,27 @@ std::string HelpText() {
     return text +
            "\nFILE is a path, or a name in the data folder with or without its extension, in any letter case.\n"
            "The data folder is DIR, or that of the variable VELMORA_DATA, or that of the options: at first\n"
-           "\"Conversions\" beside the program.\n";
+           "\"Conversions\" beside the program.\n" +
+           ExamplesText(EXAMPLES);
 }
 
-/// What runs without a subcommand's name in front.
-constexpr Command QUESTION{"", "QUESTION...", "Answer a question such as 26.2 mi in km", RunAsk};
+const Command* FindCommand(std::string_view name) {
+    const auto found = std::ranges::find(COMMANDS, name, &Command::name);
+    return found == COMMANDS.end() ? nullptr : &*found;
+}
 
-const Command& FindCommand(const std::string& name) {
+/// For a question without an answer that may have been meant as a command: a line that says so; empty otherwise.
+std::string HintAtCommand(const std::string& word) {
+    constexpr int FEW_LETTERS = 2;
+    const CVelmString typed = FromUtf8(word);
     for (const Command& command : COMMANDS) {
-        if (command.name == name) {
-            return command;
+        const std::string name = command.name;
+        const int distance = TextDistance(typed, FromUtf8(name));
+        if (distance <= FEW_LETTERS && static_cast<std::size_t>(distance) * 3 <= name.size()) {
+            return fmt::format("  There is a command {}: see velmora {} --help\n", Quoted(name), name);
         }
     }
-    return QUESTION;
+    return {};
 }
 
 CVelmString DefaultDataFolder() {
@@ -74,10 +150,7 @@ int RunWords(std::vector<std::string> words, CVelmOutput& out) {
         dataFolder = WithSeparator(FromUtf8(folder));
         words.erase(words.begin(), words.begin() + (joined ? 1 : 2));
     }
-    if (words.empty()) {
-        FailUsage("no command given (see velmora --help)");
-    }
-    const std::string name = words.front();
+    const std::string name = words.empty() ? "" : words.front();
     if (name == "--help" || name == "-h" || name == "help") {
         out.Write(HelpText());
         return STATUS_OK;
@@ -86,14 +159,22 @@ int RunWords(std::vector<std::string> words, CVelmOutput& out) {
         out.WriteLine("velmora " VELMORA_VERSION);
         return STATUS_OK;
     }
-    const Command& command = FindCommand(name);
+    const Command* const command = FindCommand(name);
     const CVelmServices services = SystemServices();
     FormulaContext formulas(services.clock);
-    CommandContext context{command, services, formulas, dataFolder.empty() ? DefaultDataFolder() : dataFolder, out};
-    if (&command != &QUESTION) {
+    CommandContext context{command != nullptr ? *command : ASK, services, formulas,
+                           dataFolder.empty() ? DefaultDataFolder() : dataFolder, out};
+    if (command != nullptr) {
         words.erase(words.begin());
     }
-    return command.run(context, words);
+    try {
+        return context.command.run(context, words);
+    } catch (CVelmCliError& error) {
+        if (command == nullptr) {
+            error.details += words.empty() ? std::string(USAGE) + ExamplesText(EXAMPLES) : HintAtCommand(name);
+        }
+        throw;
+    }
 }
 
 int Run(const std::vector<std::string>& words) {
@@ -104,6 +185,7 @@ int Run(const std::vector<std::string>& words) {
         return status;
     } catch (const CVelmCliError& error) {
         PrintError(error.what());
+        WriteStandardError(error.details);
         return error.status;
     } catch (const std::exception& error) {
         PrintError(error.what());
@@ -112,12 +194,6 @@ int Run(const std::vector<std::string>& words) {
 }
 
 }  // namespace
-
-std::vector<std::string> CommandNames() {
-    std::vector<std::string> names(COMMANDS.size());
-    std::transform(COMMANDS.begin(), COMMANDS.end(), names.begin(), [](const Command& row) { return row.name; });
-    return names;
-}
 
 }  // namespace velm
 

@@ -4,7 +4,6 @@
 #include <charconv>
 
 #include "formats/format_table.h"
-#include "formula/formula_errors.h"
 
 namespace velm {
 
@@ -14,21 +13,26 @@ std::string RawText(double value) {
     return {text.data(), end.ptr};
 }
 
-std::string ValueFault(const CVelmValueFormat& format, CVelmString text, FormulaContext& formulas) {
+FormulaFault ValueFault(const CVelmValueFormat& format, CVelmString text, FormulaContext& formulas) {
     if (const CVelmString group = format.UnreadableDate(text, formulas.Clock()); !group.empty()) {
-        return ToUtf8(group) + " is not a date; write {2026-11-22}, {11/22/2026} or {today}";
+        return {group + u" is not a date; write {2026-11-22}, {11/22/2026} or {today}", text.find(group), group.size()};
     }
+    const CVelmString typed = text;
     if (!format.ToFormula(text, formulas.Clock())) {
-        return "A group in [] or {} is out of range";
+        return {u"A group in [] or {} is out of range", NO_PLACE, 0};
     }
-    return ToUtf8(ExplainFailure(formulas, text).message);
+    FormulaFault fault = ExplainFailure(formulas, text);
+    if (text != typed) {
+        fault.position = NO_PLACE;  // groups have become numbers
+    }
+    return fault;
 }
 
 std::string TypedFault(const CVelmValueFormat& format, std::string_view text, FormulaContext& formulas) {
     const CVelmString typed = FromUtf8(text);
     CVelmString formula = typed;
     CompleteTyped(formula, format.TypedFormat());
-    const std::string fault = ValueFault(format, formula, formulas);
+    const std::string fault = ToUtf8(ValueFault(format, formula, formulas).message);
     return formula == typed ? fault : "Read as " + ToUtf8(formula) + ": " + fault;
 }
 

@@ -8,16 +8,12 @@
 
 namespace velm {
 
-namespace {
-
-/// How many columns of a terminal the text takes: fmt pads it to its number of bytes, which are never fewer.
+// fmt pads a text to its number of bytes, which are never fewer than its columns.
 std::size_t DisplayWidth(const std::string& text) {
     return 2 * text.size() - fmt::formatted_size("{:{}}", text, text.size());
 }
 
-}  // namespace
-
-void PrintTable(const TableRows& rows, CVelmOutput& out) {
+std::string TableText(const TableRows& rows) {
     std::vector<std::size_t> widths;
     for (const auto& row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
@@ -25,14 +21,19 @@ void PrintTable(const TableRows& rows, CVelmOutput& out) {
             widths[i] = std::max(widths[i], DisplayWidth(OneLine(row[i])));
         }
     }
+    std::string text;
     for (const auto& row : rows) {
-        std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) {
             const std::string cell = OneLine(row[i]);
-            line += i + 1 < row.size() ? fmt::format("{:{}}  ", cell, widths[i]) : cell;
+            text += i + 1 < row.size() ? fmt::format("{:{}}  ", cell, widths[i]) : cell;
         }
-        out.WriteLine(line);
+        text += '\n';
     }
+    return text;
+}
+
+void PrintTable(const TableRows& rows, CVelmOutput& out) {
+    out.Write(TableText(rows));
 }
 
 }  // namespace velm

@@ -38,6 +38,20 @@ _velmora_ask() {
     "${COMP_WORDS[0]}" "${data[@]}" "$@" 2>/dev/null
 }
 
+_velmora_commands() {
+    _velmora_ask --help | sed -n '/^commands:/,/^$/s/^  \([a-z]*\) .*/\1/p'
+}
+
+# Offers what can stand for the last word of a question.
+_velmora_question() {
+    local words=() i
+    for ((i = first; i <= COMP_CWORD; ++i)); do
+        words+=("$(_velmora_plain "${COMP_WORDS[i]}")")
+    done
+    [[ ${words[0]} != ask ]] || words=("${words[@]:1}")
+    _velmora_offer < <(_velmora_ask ask --complete -- "${words[@]}")
+}
+
 _velmora() {
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     local first=1 data=()
@@ -50,11 +64,16 @@ _velmora() {
         if [[ $word == -* ]]; then
             _velmora_offer < <(_velmora_ask --help | grep -oE '\-\-[a-z]+' | sort -u)
         else
-            _velmora_offer < <(_velmora_ask --help | sed -n '/^commands:/,/^$/s/^  \([a-z]*\) .*/\1/p')
+            _velmora_offer < <(_velmora_commands)
+            ((${#COMPREPLY[@]})) || _velmora_question
         fi
         return
     fi
     [[ $previous != --data ]] || { _velmora_paths -d; return; }
+    if [[ $word != --* && $'\n'$(_velmora_commands)$'\n' != *$'\n'"${COMP_WORDS[first]}"$'\n'* ]]; then
+        _velmora_question
+        return
+    fi
 
     # Lines such as "  --to UNIT ...": a word in capitals behind the option is its value.
     local command=${COMP_WORDS[first]} help valued arguments=() i
@@ -73,6 +92,7 @@ _velmora() {
         return
     fi
     case $command:$previous:${#arguments[@]} in
+        ask:*) _velmora_question ;;
         convert:--to:*) _velmora_offer < <(_velmora_ask show "${arguments[0]}" --names) ;;
         eval:--as:* | eval:--angle:*) _velmora_offer < <(_velmora_choices) ;;
         feed:--out:*) _velmora_paths -d ;;

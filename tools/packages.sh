@@ -1,7 +1,7 @@
 # Sourced by tools/build.sh: which Debian packages each job needs, and how they get here.
 
 BUILD_PACKAGES="g++ cmake ninja-build libtomlplusplus-dev libfmt-dev
-    libcurl4-openssl-dev"
+    libcurl4-openssl-dev libedit-dev"
 WINDOWS_PACKAGES="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64 fonts-wine"
 TEST_PACKAGES="libgtest-dev googletest clang clang-format clang-tidy libclang-rt-14-dev python3 git xvfb imagemagick
     lintian man-db unzip dpkg-dev tzdata>=2026f"

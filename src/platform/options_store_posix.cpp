@@ -1,9 +1,9 @@
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 
 #include "platform/file.h"
 #include "platform/options_store.h"
+#include "platform/xdg_folder_posix.h"
 
 namespace velm {
 namespace {
@@ -58,13 +58,8 @@ private:
 }  // namespace
 
 CVelmString DefaultOptionsLocation() {
-    const char* config = std::getenv("XDG_CONFIG_HOME");
-    // The XDG base directory rules say to ignore a relative path.
-    if (config != nullptr && *config == '/') {
-        return FromUtf8(config) + u"/velmora/options";
-    }
-    const char* home = std::getenv("HOME");
-    return home == nullptr || *home == 0 ? CVelmString() : FromUtf8(home) + u"/.config/velmora/options";
+    const CVelmString folder = XdgFolder(u"XDG_CONFIG_HOME", u".config");
+    return folder.empty() ? folder : folder + u"options";
 }
 
 std::unique_ptr<CVelmOptionsStore> OpenOptionsStore(const CVelmString& location) {

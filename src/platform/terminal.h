@@ -26,7 +26,9 @@ std::int64_t ReadStandardInput(void* buffer, std::size_t count);
 bool WriteStandardOutput(std::string_view bytes);
 bool WriteStandardError(std::string_view bytes);
 
-/// Whether standard error is a terminal.
+/// Whether the stream is a terminal.
+bool StandardInputIsTerminal();
+bool StandardOutputIsTerminal();
 bool StandardErrorIsTerminal();
 
 }  // namespace velm

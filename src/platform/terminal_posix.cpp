@@ -34,6 +34,14 @@ bool WriteStandardError(std::string_view bytes) {
     return WriteAll(STDERR_FILENO, bytes);
 }
 
+bool StandardInputIsTerminal() {
+    return isatty(STDIN_FILENO) == 1;
+}
+
+bool StandardOutputIsTerminal() {
+    return isatty(STDOUT_FILENO) == 1;
+}
+
 bool StandardErrorIsTerminal() {
     return isatty(STDERR_FILENO) == 1;
 }

@@ -26,10 +26,14 @@ bool WriteConsoleText(HANDLE console, std::string_view bytes) {
     return true;
 }
 
+bool IsConsole(DWORD which) {
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(which), &mode) != 0;
+}
+
 bool WriteAll(DWORD which, std::string_view bytes) {
     HANDLE handle = GetStdHandle(which);
-    DWORD mode = 0;
-    if (GetConsoleMode(handle, &mode) != 0) {
+    if (IsConsole(which)) {
         return WriteConsoleText(handle, bytes);
     }
     while (!bytes.empty()) {
@@ -89,9 +93,16 @@ bool WriteStandardError(std::string_view bytes) {
     return WriteAll(STD_ERROR_HANDLE, bytes);
 }
 
+bool StandardInputIsTerminal() {
+    return IsConsole(STD_INPUT_HANDLE);
+}
+
+bool StandardOutputIsTerminal() {
+    return IsConsole(STD_OUTPUT_HANDLE);
+}
+
 bool StandardErrorIsTerminal() {
-    DWORD mode = 0;
-    return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+    return IsConsole(STD_ERROR_HANDLE);
 }
 
 }  // namespace velm
