@@ -79,7 +79,8 @@ void PrintAnswer(const CVelmAnswer& answer, bool raw, CVelmOutput& out) {
     PrintTable(rows, out);
 }
 
-std::string AnswerAsJson(CVelmStringView question, const CVelmAnswer& answer, bool indented) {
+std::string AnswerAsJson(CVelmStringView question, const CVelmAnswer& answer, const std::optional<CVelmDay>& rates,
+                         bool indented) {
     CVelmJson json(indented);
     json.BeginObject();
     json.Text("question", question);
@@ -87,6 +88,9 @@ std::string AnswerAsJson(CVelmStringView question, const CVelmAnswer& answer, bo
         WriteAnswer(answer, json);
     } else {
         WriteFault(answer.fault, json);
+    }
+    if (rates) {
+        WriteRatesDate(*rates, json);
     }
     json.EndObject();
     return json.Result();

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "ask/answer.h"
+#include "datetime/calendar_day.h"
 #include "output.h"
 
 namespace velm {
@@ -15,7 +17,8 @@ std::string AnswerLine(const CVelmAnswer& answer, bool raw);
 void PrintAnswer(const CVelmAnswer& answer, bool raw, CVelmOutput& out);
 
 /// One object: the question, then what was understood, the rows and the notes, or the fault. Its position and length
-/// count UTF-16 units of the question, as JavaScript does.
-std::string AnswerAsJson(CVelmStringView question, const CVelmAnswer& answer, bool indented);
+/// count UTF-16 units of the question, as JavaScript does. `rates` is the day of the oldest rate in the answer.
+std::string AnswerAsJson(CVelmStringView question, const CVelmAnswer& answer, const std::optional<CVelmDay>& rates,
+                         bool indented);
 
 }  // namespace velm

@@ -4,8 +4,10 @@
 
 #include "answer_text.h"
 #include "arguments.h"
+#include "ask/answer_rates.h"
 #include "cli_error.h"
 #include "commands.h"
+#include "data_file.h"
 #include "fault_mark.h"
 #include "line_stream.h"
 #include "platform/cache_folder.h"
@@ -32,7 +34,7 @@ public:
         }
         if (words_.empty() && !complete_) {
             return StandardInputIsTerminal() && StandardOutputIsTerminal() && !json_ && !raw_
-                       ? RunSession(context_, questions_)
+                       ? RunSession(context_, questions_, [this](CVelmStringView question) { return Ask(question); })
                        : AskStream();
         }
         const std::string question = fmt::format("{}", fmt::join(words_, " "));
@@ -43,11 +45,21 @@ public:
     }
 
 private:
+    /// Says once when an answer rests on old rates.
+    CVelmAnswer Ask(CVelmStringView question) {
+        CVelmAnswer answer = questions_.Ask(question);
+        if (answer.ok && (json_ || !warned_)) {
+            rates_ = OldestRate(answer, context_.services, context_.formulas, context_.dataFolder);
+            warned_ = warned_ || WarnOfOldRates(context_, rates_);
+        }
+        return answer;
+    }
+
     int AskOnce(const std::string& text) {
         const CVelmString question = FromUtf8(text);
-        const CVelmAnswer answer = questions_.Ask(question);
+        const CVelmAnswer answer = Ask(question);
         if (json_) {
-            context_.out.WriteLine(AnswerAsJson(question, answer, true));
+            context_.out.WriteLine(AnswerAsJson(question, answer, rates_, true));
         } else if (answer.ok) {
             PrintAnswer(answer, raw_, context_.out);
         }
@@ -84,9 +96,9 @@ private:
 
     bool AskLine(std::string_view line, LineResult& result) {
         const CVelmString question = FromUtf8(line);
-        const CVelmAnswer answer = questions_.Ask(question);
+        const CVelmAnswer answer = Ask(question);
         if (json_) {
-            result.text = AnswerAsJson(question, answer, false);
+            result.text = AnswerAsJson(question, answer, answer.ok ? rates_ : std::nullopt, false);
         } else if (answer.ok) {
             result.text = AnswerLine(answer, raw_);
         }
@@ -110,6 +122,8 @@ private:
     CommandContext& context_;
     CVelmQuestions questions_;
     std::vector<std::string> words_;
+    std::optional<CVelmDay> rates_;  ///< the day of the oldest rate in the last answer
+    bool warned_ = false;
     bool raw_ = false;
     bool json_ = false;
     bool complete_ = false;

@@ -139,12 +139,14 @@ CVelmRateDays RateDaysOf(const CommandContext& context, const DataFilePath& path
                                     : CVelmRateDays::Read(*conversionDoc, path.folder, context.services.files);
 }
 
-void WarnOfOldRates(const CommandContext& context, const std::optional<CVelmDay>& oldest) {
+bool WarnOfOldRates(const CommandContext& context, const std::optional<CVelmDay>& oldest) {
     const int age = oldest ? DaysBetween(*oldest, Today(context.services.clock)) : 0;
-    if (age > MAX_RATE_AGE) {
-        PrintError(fmt::format("the rates are up to {} days old ({}); \"velmora update --rates FILE\" brings new ones",
-                               age, ToUtf8(DayText(*oldest))));
+    if (age <= MAX_RATE_AGE) {
+        return false;
     }
+    PrintError(fmt::format("the rates are up to {} days old ({}); \"velmora update --rates FILE\" brings new ones", age,
+                           ToUtf8(DayText(*oldest))));
+    return true;
 }
 
 std::string LoadFailureText(LoadStatus status) {

@@ -47,8 +47,8 @@ std::unique_ptr<CVelmDocument> OpenDataFile(const CommandContext& context, const
 /// The days of the document's rates; none for a document without conversions.
 CVelmRateDays RateDaysOf(const CommandContext& context, const DataFilePath& path, const CVelmDocument& document);
 
-/// Says on standard error how old the oldest of the rates in use is, when that is too old.
-void WarnOfOldRates(const CommandContext& context, const std::optional<CVelmDay>& oldest);
+/// Says on standard error how old the oldest of the rates in use is, when that is too old. True when it did.
+bool WarnOfOldRates(const CommandContext& context, const std::optional<CVelmDay>& oldest);
 
 /// "conversion" or "calculation".
 std::string KindWord(std::int32_t kind);

@@ -33,11 +33,12 @@ CVelmString HistoryFile() {
 
 class Session {
 public:
-    Session(CommandContext& context, CVelmQuestions& questions)
+    Session(CommandContext& context, CVelmQuestions& questions, const AskFunction& ask)
         : out_(context.out),
-          questions_(questions),
+          ask_(ask),
           editor_(OpenLineEditor(std::string(PROMPT), HistoryFile(),
-                                 [this](std::string_view typed) { return CompleteQuestion(questions_, typed); })) {}
+                                 [&questions](std::string_view typed) { return CompleteQuestion(questions, typed); })) {
+    }
 
     int Run() {
         Print(GREETING);
@@ -62,7 +63,7 @@ public:
 private:
     void Answer(const std::string& line) {
         const CVelmString question = FromUtf8(line);
-        const CVelmAnswer answer = questions_.Ask(question);
+        const CVelmAnswer answer = ask_(question);
         if (!answer.ok) {
             // The question stands right above, behind the prompt.
             out_.WriteLine(std::string(PROMPT.size(), ' ') +
@@ -83,14 +84,14 @@ private:
     }
 
     CVelmOutput& out_;
-    CVelmQuestions& questions_;
+    const AskFunction& ask_;
     std::unique_ptr<CVelmLineEditor> editor_;
 };
 
 }  // namespace
 
-int RunSession(CommandContext& context, CVelmQuestions& questions) {
-    return Session(context, questions).Run();
+int RunSession(CommandContext& context, CVelmQuestions& questions, const AskFunction& ask) {
+    return Session(context, questions, ask).Run();
 }
 
 }  // namespace velm

@@ -37,6 +37,12 @@ struct CVelmAnswerPlace {
     std::int32_t targetItem = -1;  ///< position of the unit asked for; -1: none, or all
 };
 
+/// A unit that an answer is made of.
+struct CVelmAnswerUnit {
+    CVelmString fileName;   ///< with extension
+    std::int32_t item = 0;  ///< position in that file
+};
+
 /// The answer to a question.
 struct CVelmAnswer {
     bool ok = false;
@@ -45,6 +51,7 @@ struct CVelmAnswer {
     std::vector<CVelmString> notes;    ///< one line each: other readings, defaults, what was assumed
     CVelmQuestionFault fault;          ///< unless `ok`
     CVelmAnswerPlace place;
+    std::vector<CVelmAnswerUnit> units;  ///< those that the question names
 
     /// "26.2 mi = 42.1648128 km" for an answer of one row.
     CVelmString Line() const;

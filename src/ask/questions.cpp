@@ -158,8 +158,20 @@ private:
         }
         answer.ok = true;
         AddReadingNotes(index, question, resolutions, answer.notes);
+        AddUnits(index, question, resolutions.found.front(), answer);
         lastValue_ = resolutions.found.front().value;
         return true;
+    }
+
+    static void AddUnits(const CVelmUnitIndex& index, const Question& question, const CVelmResolution& resolution,
+                         CVelmAnswer& answer) {
+        for (std::size_t i = 0; i < question.words.size(); ++i) {
+            const CVelmReading& reading = question.words[i].readings[resolution.choice[i]];
+            if (reading.item != INDEX_NO_ITEM) {
+                answer.units.push_back({CVelmString(index.Text(index.FileOf(reading).name)),
+                                        static_cast<std::int32_t>(index.ItemOf(reading).position)});
+            }
+        }
     }
 
     /// Letter case was forgiven, and units of different sizes remain.

@@ -35,6 +35,8 @@ public:
     /// Dates a linear conversion between two units with identifiers; any other is left without a day.
     void Set(const CVelmConversion& conversion, const CVelmDay& day);
 
+    bool IsEmpty() const { return rates_.empty(); }
+
     std::optional<CVelmDay> DayOf(const CVelmConversion& conversion) const;
 
     /// The day of an item's own rate: of its only dated conversion.
