@@ -103,7 +103,9 @@ private:
             result.text = AnswerLine(answer, raw_);
         }
         if (!answer.ok) {
-            result.fault = fmt::format("{}: {}", Quoted(std::string(line)), ToUtf8(answer.fault.message));
+            constexpr std::size_t ENOUGH = 200;
+            const std::string asked = ToUtf8(question.substr(0, ENOUGH)) + (question.size() > ENOUGH ? "..." : "");
+            result.fault = fmt::format("{}: {}", Quoted(asked), ToUtf8(answer.fault.message));
         }
         for (const CVelmString& note : answer.notes) {
             result.notes.push_back(ToUtf8(note));
