@@ -219,7 +219,9 @@ CVelmString CVelmValueEditor::InputText(double value) const {
     if (item_ == nullptr || std::isnan(value)) {
         return {};
     }
-    return FormatOf(code_).write(value, false);
+    // The tab of one format may serve the item's input format too; another one would not be read back as the value.
+    const FormatKind& input = FormatOf(item_->format.inputFormat);
+    return input.typedAs == code_ ? item_->format.FormatValueForInput(value) : FormatOf(code_).write(value, false);
 }
 
 bool CVelmValueEditor::ParseValue(double& value) {
