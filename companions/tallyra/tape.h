@@ -23,7 +23,6 @@ public:
 
     /// Puts a line at the end; the oldest goes when there are too many. Texts are cut to MAX_TEXT_LENGTH units.
     void Add(CVelmStringView expression, CVelmStringView result);
-    void Clear() { lines_.clear(); }
 
     const std::deque<TapeLine>& Lines() const { return lines_; }
 

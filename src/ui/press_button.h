@@ -70,8 +70,6 @@ public:
     /// destroyed before Forget.
     bool Route(std::span<CVelmPressButton* const> buttons, UINT message, WPARAM wParam, LPARAM lParam);
 
-    CVelmPressButton* Pressed() const { return pressed_; }
-
     /// Ends a press without a command.
     void Forget();
 

@@ -137,7 +137,6 @@ XmlEvent CVelmXmlReader::ReadStart() {
         return Fail(u"the elements are nested too deeply");
     }
     hasRoot_ = true;
-    depth_ = open_.size();
     open_.push_back(name_);
     return XmlEvent::Start;
 }
@@ -183,7 +182,6 @@ XmlEvent CVelmXmlReader::ReadEnd() {
 XmlEvent CVelmXmlReader::End() {
     name_ = open_.back();
     open_.pop_back();
-    depth_ = open_.size();
     attributes_.clear();
     return XmlEvent::End;
 }

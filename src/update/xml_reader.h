@@ -26,9 +26,6 @@ public:
     CVelmStringView Name() const;
     std::optional<CVelmString> Attribute(CVelmStringView name) const;
 
-    /// How many elements the current one is in.
-    std::size_t Depth() const { return depth_; }
-
     /// Why Next returned Error.
     const CVelmString& ErrorText() const { return error_; }
 
@@ -48,7 +45,6 @@ private:
     std::vector<CVelmStringView> open_;
     std::vector<std::pair<CVelmStringView, CVelmString>> attributes_;
     CVelmStringView name_;
-    std::size_t depth_ = 0;
     bool endPending_ = false;  ///< of an empty element
     bool hasRoot_ = false;
     CVelmString error_;
