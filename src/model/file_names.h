@@ -20,8 +20,8 @@ bool IsFileNameAllowed(CVelmStringView name);
 bool IsFileNameTaken(const CVelmCatalog& catalog, std::int32_t kind, const CVelmString& name);
 
 /// The name for a new file: "_new" behind it until no other file has it, then cut to its greatest length. Deliberate:
-/// the cut comes last, so that a very long name may be another file's again. A name that no file may have stays as it
-/// is.
+/// the cut comes last, so that a very long name may be another file's again; EditFile refuses it then. A name that no
+/// file may have stays as it is.
 CVelmString MakeNewFileName(const CVelmCatalog& catalog, std::int32_t kind, CVelmString name);
 
 }  // namespace velm
