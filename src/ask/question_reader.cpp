@@ -15,7 +15,7 @@ namespace velm {
 namespace {
 
 constexpr int MAX_DEPTH = 64;
-constexpr std::size_t MAX_TOKENS = 12;
+constexpr std::size_t MAX_TOKENS = 32;
 
 /// Characters and what they are read as.
 struct PlainCharacter {
@@ -93,9 +93,10 @@ bool BeginsUnitWord(char16_t unit) {
     return IsWordUnit(unit) || unit == u'\'' || unit == u'"' || unit == u'%' || IsCurrencySign(unit);
 }
 
+/// Names have many characters in them: "Letter drill (A = 1, Z = 26)".
 bool CanBeInUnitWord(char16_t unit) {
-    return BeginsUnitWord(unit) || IsDigit(unit) || unit == u'/' || unit == u'-' || unit == u'.' || unit == u',' ||
-           unit == u'(' || unit == u')' || unit == u'^' || unit == u':' || unit == u'²' || unit == u'³' || unit == u'†';
+    constexpr CVelmStringView SIGNS = u"/-.,()^:;=*+&";
+    return BeginsUnitWord(unit) || IsDigit(unit) || SIGNS.find(unit) != CVelmStringView::npos || unit >= 0x80;
 }
 
 bool IsBeginning(const CVelmUnitIndex& index, CVelmStringView text) {
@@ -273,7 +274,7 @@ private:
             return code;
         }
         for (const WordOperator& row : WORD_OPERATORS) {
-            if (IsWordHere(row.word, end)) {
+            if (IsWordHere(row.word, end) && !IsUnitBeyond(end)) {
                 return row.code;
             }
         }
@@ -385,7 +386,7 @@ private:
         if (unit == u'{') {
             return ReadBraces();
         }
-        if (IsLetter(unit) || IsDigit(unit)) {
+        if (setup_.onlyFile == INDEX_NO_ITEM && (IsLetter(unit) || IsDigit(unit))) {
             if (const std::int32_t moment = ReadMoment(); moment != NO_NODE || failed_) {
                 return moment;
             }
@@ -692,8 +693,11 @@ private:
             at_ = numberEnd;
             return value;
         }
-        if (Peek() == u'%' || TakeWord(u"percent")) {
-            at_ += Peek() == u'%' ? 1 : 0;
+        std::size_t percentEnd = 0;
+        const bool isPercent =
+            at_ < text_.size() && (Peek() == u'%' ? (percentEnd = at_ + 1) > 0 : IsWordHere(u"percent", percentEnd));
+        if (isPercent && setup_.onlyFile == INDEX_NO_ITEM && !IsUnitBeyond(percentEnd)) {
+            at_ = percentEnd;
             return AddPrefix(QuestionNodeKind::Percent, value, 0, start);
         }
         if (isBehindFoot && (at_ >= text_.size() || !BeginsUnitWord(Peek()) || IsKeywordHere())) {
@@ -701,7 +705,7 @@ private:
         }
         // "5 in" has a unit, "5 to" has not.
         const bool isInch = IsWordHereExactly(u"in");
-        if (at_ < text_.size() && BeginsUnitWord(Peek()) && (isInch || !IsKeywordHere()) && !IsInfixWordHere()) {
+        if (BeginsUnitHere() && (isInch || !IsKeywordHere()) && !IsInfixWordHere()) {
             if (const std::int32_t constant = ReadConstant(); constant != NO_NODE) {
                 return AddPair(QuestionNodeKind::Operator, value, constant, OP_MULTIPLY);
             }
@@ -783,17 +787,31 @@ private:
     }
 
     bool IsKeywordAt(std::size_t at, bool butInch = false) const {
-        const std::size_t end = TokenEnd(text_, at);
+        const std::size_t end = WordEnd(text_, at);
         const CVelmStringView word = text_.substr(at, end - at);
         return std::ranges::any_of(KEYWORDS, [&](CVelmStringView keyword) {
             return EqualsNoCase(word, keyword) && !(butInch && keyword == u"in");
         });
     }
-    bool IsKeywordHere() const { return at_ < text_.size() && IsKeywordAt(at_); }
+    bool IsKeywordHere() const { return at_ < text_.size() && IsKeywordAt(at_) && !IsUnitBeyond(WordEnd(text_, at_)); }
 
+    /// An operator in words, unless a unit's name begins with it: "Times as loud", "Per liter".
     bool IsInfixWordHere() const {
         std::size_t end = 0;
-        return std::ranges::any_of(WORD_OPERATORS, [&](const WordOperator& row) { return IsWordHere(row.word, end); });
+        const bool isWord =
+            std::ranges::any_of(WORD_OPERATORS, [&](const WordOperator& row) { return IsWordHere(row.word, end); });
+        return isWord && !IsUnitBeyond(end);
+    }
+
+    /// Whether a unit's name begins here and goes on behind a position.
+    bool IsUnitBeyond(std::size_t end) const {
+        const QuestionWord word = FindQuestionWord(setup_, text_, at_, text_.size());
+        return !word.readings.empty() && word.position + word.length > end;
+    }
+
+    /// In questions about one file a unit may begin with a sign: /L
+    bool BeginsUnitHere() const {
+        return at_ < text_.size() && (BeginsUnitWord(Peek()) || (setup_.onlyFile != INDEX_NO_ITEM && Peek() == u'/'));
     }
 
     std::int32_t AddUnit(QuestionWord word, bool moves = true) {
@@ -887,7 +905,7 @@ private:
     }
 
     std::int32_t ReadUnitFactor() {
-        if (at_ >= text_.size() || !BeginsUnitWord(Peek())) {
+        if (!BeginsUnitHere()) {
             return NO_NODE;
         }
         const std::size_t start = at_;
@@ -1041,6 +1059,24 @@ bool ReadListedValue(const QuestionReaderSetup& setup, Question& question, std::
                      QuestionTree& tree, QuestionFault& fault) {
     tree = {};
     return ValueReader(setup, question, question.text.size(), tree, fault).ReadListed(start, next);
+}
+
+bool ReadQuestionUnit(const QuestionReaderSetup& setup, Question& question, std::size_t start, std::size_t end,
+                      QuestionTree& tree) {
+    QuestionWord word = FindQuestionWord(setup, question.text, start, end);
+    if (word.readings.empty() || word.length != end - start) {
+        return false;
+    }
+    tree = {};
+    QuestionNode node;
+    node.kind = QuestionNodeKind::Unit;
+    node.word = static_cast<std::uint32_t>(question.words.size());
+    node.position = start;
+    node.length = word.length;
+    tree.nodes.push_back(std::move(node));
+    tree.root = 0;
+    question.words.push_back(std::move(word));
+    return true;
 }
 
 bool ReadQuestionValue(const QuestionReaderSetup& setup, Question& question, std::size_t start, std::size_t end,

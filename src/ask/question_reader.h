@@ -35,6 +35,10 @@ CVelmString PlainQuestion(CVelmStringView text);
 bool ReadQuestionValue(const QuestionReaderSetup& setup, Question& question, std::size_t start, std::size_t end,
                        QuestionTree& tree, QuestionFault& fault);
 
+/// The same of a part that is one word for a unit; false, with nothing added, for any other.
+bool ReadQuestionUnit(const QuestionReaderSetup& setup, Question& question, std::size_t start, std::size_t end,
+                      QuestionTree& tree);
+
 /// Reads one value of a list, with its unit, and leaves `next` behind it.
 bool ReadListedValue(const QuestionReaderSetup& setup, Question& question, std::size_t start, std::size_t& next,
                      QuestionTree& tree, QuestionFault& fault);

@@ -105,8 +105,8 @@ private:
             case QuestionTargetKind::Unit:
                 return FitsUnit(resolution);
             case QuestionTargetKind::Fraction:
-                return question_.target.tree.nodes.empty() ? resolution.value.kind == Kind::Quantity
-                                                           : FitsUnit(resolution);
+                return resolution.value.kind == Kind::Quantity && resolution.target.kind == Kind::Quantity &&
+                       (question_.target.tree.nodes.empty() || FitsUnit(resolution));
             case QuestionTargetKind::Compound: {
                 const std::uint32_t part = question_.target.parts.front();
                 const CVelmReading& first = question_.words[part].readings[resolution.choice[part]];

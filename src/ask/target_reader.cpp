@@ -137,7 +137,10 @@ public:
         }
         target_.position = span_.start;
         target_.length = span_.end - span_.start;
-        return ReadFormat() || ReadFraction() || ReadCompound() || ReadUnit();
+        if (setup_.onlyFile == INDEX_NO_ITEM) {
+            return ReadFormat() || ReadFraction() || ReadCompound() || ReadUnit();
+        }
+        return ReadUnit();
     }
 
 private:
@@ -271,6 +274,10 @@ private:
     }
 
     bool ReadUnit() {
+        if (ReadQuestionUnit(setup_, question_, span_.start, span_.end, target_.tree)) {
+            target_.kind = QuestionTargetKind::Unit;
+            return true;
+        }
         if (!ReadQuestionValue(setup_, question_, span_.start, span_.end, target_.tree, fault_)) {
             return false;
         }

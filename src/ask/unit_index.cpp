@@ -14,7 +14,7 @@ constexpr std::uint64_t MAGIC = 0x3130'5844'494D'4C56;  // to be changed with th
 
 bool IsBlank(char16_t unit) {
     return unit == u' ' || unit == u'\t' || unit == u'-' || unit == u'_' || unit == 0xA0 || unit == 0x2009 ||
-           unit == 0x202F || unit == 0x2011;
+           unit == 0x202F || unit == 0x2011 || unit == 0x2013;
 }
 
 bool IsLeftOut(char16_t unit) {
