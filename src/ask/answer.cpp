@@ -10,7 +10,8 @@ CVelmString CVelmAnswer::Line() const {
     if (rows.empty()) {
         return understood;
     }
-    return understood.empty() ? rows.front().TextWithUnit() : understood + u" = " + rows.front().TextWithUnit();
+    const CVelmString value = rows.front().TextWithUnit();
+    return understood.empty() || understood == value ? value : understood + u" = " + value;
 }
 
 }  // namespace velm

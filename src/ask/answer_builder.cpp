@@ -85,11 +85,12 @@ BuildStatus CVelmAnswerBuilder::Build() {
         return BuildFraction();
     }
     if (kind == QuestionTargetKind::Unit) {
-        const bool isZone = resolution_.target.unit && index_.FileOf(*resolution_.target.unit).isDate != 0;
-        return isZone ? BuildZone() : resolution_.isInFile ? BuildInFile() : BuildUnit();
+        const bool isZoneTarget = resolution_.target.unit && index_.FileOf(*resolution_.target.unit).isDate != 0;
+        return isZoneTarget ? BuildZone() : resolution_.isInFile ? BuildInFile() : BuildUnit();
     }
-    if (value.kind == Kind::Moment) {
-        return value.unit ? BuildZone() : BuildMoment();
+    const bool isZone = value.unit && index_.FileOf(*value.unit).isDate != 0;
+    if (value.kind == Kind::Moment || isZone) {
+        return isZone ? BuildZone() : BuildMoment();
     }
     return value.unit && IsGivenInUnits() && !IsRounded() ? BuildListing() : BuildComputed();
 }
@@ -454,7 +455,8 @@ BuildStatus CVelmAnswerBuilder::BuildMoment() {
     return BuildStatus::Ok;
 }
 
-/// A time in another zone. Times without a zone are the user's own, whose distance to universal time is today's.
+/// A time in another zone, or what time it is in a zone that stands alone. Times without a zone are the user's own,
+/// whose distance to universal time is today's.
 BuildStatus CVelmAnswerBuilder::BuildZone() {
     BuildStatus status = BuildStatus::Ok;
     const CVelmAskedValue& value = resolution_.value;
@@ -478,7 +480,10 @@ BuildStatus CVelmAnswerBuilder::BuildZone() {
         SolveConversions(document->items, document->conversions, &source, {&asked, 1}, folder_.Context());
         return target.state == STATE_VALID;
     };
-    if (value.unit) {
+    const bool isBareZone = value.kind == Kind::InUnit;
+    if (isBareZone) {
+        moment = utcNow;
+    } else if (value.unit) {
         from = document->GetItem(index_.ItemOf(*value.unit).position);
         if (value.isTimeOfDay) {
             const double today = carry(utc, utcNow, *from) ? from->value : utcNow;
@@ -488,7 +493,9 @@ BuildStatus CVelmAnswerBuilder::BuildZone() {
         moment = value.kind == Kind::Moment ? value.amount : StartOfDay(localNow).value + value.amount / 86400.0;
         moment += utcNow - localNow;
     }
-    const CVelmReading* const target = resolution_.target.unit ? &*resolution_.target.unit : nullptr;
+    const CVelmReading* const target = resolution_.target.unit ? &*resolution_.target.unit
+                                       : isBareZone            ? &zone
+                                                               : nullptr;
     CVelmItem& shown = target == nullptr ? utc : *document->GetItem(index_.ItemOf(*target).position);
     if (&shown != from && !carry(*from, moment, shown)) {
         return BuildStatus::NoValue;

@@ -144,7 +144,7 @@ std::optional<TypedMoment> NamedMoment(CVelmStringView text, std::size_t at, con
     if (At(text, end) == u'(' || IsDigit(At(text, end)) || At(text, end) == u'_') {
         return std::nullopt;
     }
-    if (EqualsNoCase(word, u"now")) {
+    if (EqualsNoCase(word, u"now") || EqualsNoCase(word, u"time")) {
         return TypedMoment{end, true, DateTime::Now(clock).value, true};
     }
     if (EqualsNoCase(word, u"noon") || EqualsNoCase(word, u"midnight")) {

@@ -322,11 +322,16 @@ void AddReadingNotes(const CVelmUnitIndex& index, const Question& question, cons
                      std::vector<CVelmString>& notes) {
     static constexpr std::size_t MOST = 4;
     const CVelmResolution& best = resolutions.found.front();
+    // Whatever words mean can be computed with: only a target, or a list of units, makes the others worth a line.
+    const bool isComputed = question.target.kind == QuestionTargetKind::None && !best.value.isExact;
     for (std::size_t i = 0; i < question.words.size(); ++i) {
         const QuestionWord& word = question.words[i];
         const CVelmReading& read = word.readings[best.choice[i]];
         std::vector<CVelmString> others;
         for (const CVelmResolution& other : resolutions.found) {
+            if (isComputed) {
+                break;
+            }
             const CVelmReading& reading = word.readings[other.choice[i]];
             const bool counts = reading.rank < RANK_UNLIKELY || read.rank >= RANK_UNLIKELY;
             const CVelmString text = WithFile(index, reading);

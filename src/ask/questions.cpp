@@ -11,6 +11,7 @@
 #include "ask/sheet_question.h"
 #include "ask/target_reader.h"
 #include "ask/word_folder.h"
+#include "formats/decimal_format.h"
 
 namespace velm {
 
@@ -186,8 +187,7 @@ private:
             }
             for (const CVelmResolution& other : resolutions.found) {
                 const CVelmReading& reading = word.readings[other.choice[i]];
-                if (other.cost <= best.cost + 1 && reading.isOtherCase && !IsSameUnit(index, reading, read) &&
-                    reading.rank != RANK_SECONDARY) {
+                if (reading.isOtherCase && reading.rank < RANK_UNLIKELY && !IsSameUnit(index, reading, read)) {
                     return u"\"" + CVelmString(question.TextOf(word)) + u"\" could be " + index.LabelOf(read) + u" (" +
                            index.NameOf(read) + u") or " + index.LabelOf(reading) + u" (" + index.NameOf(reading) +
                            u"): the letter case decides";
@@ -275,9 +275,12 @@ private:
         if (AnswerRead(index, value, computed)) {
             CVelmAskedValue result = lastValue_;
             Keep(kept, result);
-            computed.understood = kept + u" = " + computed.understood;
-            if (computed.rows.size() > 1) {
-                computed.rows.resize(1);
+            const bool isAsGiven = result.unit && result.isExact && value.target.kind == QuestionTargetKind::None;
+            computed.understood = isAsGiven ? kept : kept + u" = " + computed.understood;
+            computed.rows.resize(1);
+            if (isAsGiven) {
+                computed.rows[0] = {index.LabelOf(*result.unit), index.NameOf(*result.unit),
+                                    FormatDecimal(result.number, true), result.number, true};
             }
         }
         answer = std::move(computed);
