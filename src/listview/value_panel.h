@@ -48,9 +48,6 @@ public:
     void TakeCharacter(wchar_t unit);
     void Paste();
 
-    /// Whether something was edited that the timer has not committed yet.
-    bool HasPendingEdits() const { return pendingEdits_ > 0; }
-
     const CVelmValueEditor& Editor() const { return editor_; }
     const CVelmDrawnButton& AcceptButton() const { return accept_; }
     const CVelmDrawnButton& RestoreButton() const { return restore_; }
