@@ -20,6 +20,9 @@ namespace {
 constexpr CVelmStringView LAST_ANSWER = u"ans";
 constexpr int MAX_TRIES = 3;
 
+/// Longer questions are nobody's; reading one recurses, and tries every way to split it.
+constexpr std::size_t MAX_LENGTH = 1000;
+
 }  // namespace
 
 class CVelmQuestions::Session {
@@ -29,6 +32,10 @@ public:
 
     CVelmAnswer Ask(CVelmStringView text) {
         CVelmAnswer answer;
+        if (text.size() > MAX_LENGTH) {
+            answer.fault = {u"The question is too long", MAX_LENGTH, text.size() - MAX_LENGTH};
+            return answer;
+        }
         // A file that has changed meanwhile is noticed when it is needed: the question is then read anew.
         for (int tries = 0; tries < MAX_TRIES; ++tries) {
             isStale_ = false;

@@ -56,6 +56,18 @@ TEST_F(Session, TellsWhereAnswersAndFaultsAre) {
     EXPECT_EQ(refused.fault.length, 6u);
 }
 
+TEST_F(Session, RefusesWhatNobodyAsks) {
+    CVelmQuestions questions(folder_.Services(), context_, {});
+    for (const std::string part : {"+", "-", "(", "m/(", "square ", "sqrt(", "5 m + ", "in "}) {
+        std::string question;
+        while (question.size() + part.size() <= 1000) {
+            question += part;
+        }
+        EXPECT_EQ(Ask(questions, question).substr(0, 2), "! ") << part;
+        EXPECT_EQ(Ask(questions, question + question), "! The question is too long");
+    }
+}
+
 TEST_F(Session, KnowsIdentifiersAndNamesWithoutWords) {
     folder_.files.files.erase(u"Units.words");
     CVelmQuestions questions(folder_.Services(), context_, {});
