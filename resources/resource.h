@@ -32,6 +32,7 @@
 #define IDD_HTML_VIEWER 178
 #define IDD_ABOUT 180
 #define IDD_FORMATS 181
+#define IDD_FIND 183
 
 // Texts
 #define IDS_EDIT_MENU 102
@@ -69,6 +70,7 @@
 #define ID_OPEN_CALCULATOR 0x804C
 #define ID_ROW_SIZE 0x804D
 #define ID_FORMATS 0x804E
+#define ID_FIND 0x804F
 #define ID_OPEN_FILE 0xE101
 #define ID_SAVE 0xE103
 #define ID_COPY 0xE122
@@ -131,6 +133,7 @@
 #define IDC_LABEL_2 1082
 #define IDC_LABEL_3 1083
 #define IDC_LABEL_4 1084
+#define IDC_QUESTION 1085
 #define IDC_SIP_PREFERENCE 1090
 // The check box of a format: the first one and the number of the bit that is the format's code.
 #define IDC_FIRST_FORMAT 1101

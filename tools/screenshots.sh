@@ -19,7 +19,7 @@ for scale in 1 2; do
     prefix=$here/build/wine-window-$((96 * scale))
     tape=$prefix/drive_c/users/$(id -un)/AppData/Roaming/Velmora
     mkdir -p "$tape"
-    printf '%s\t%s\n' '26.2*1.609344' 42.1648128 'r = 3.5' 3.5 'pi*r^2' 38.4845100065 'sqrt(ans)' 6.20358847817 \
+    printf '%s\t%s\n' '26.2*1.609344' 42.1648128 'r = 3.5' 3.5 'pi*r^2' 38.4845100065 '5 ft 11 in in cm' '180.34 cm' \
         >"$tape/tallyra tape.txt"
     VELMORA_SCREEN=$((240 * scale))x$((320 * scale)) VELMORA_DPI=$((96 * scale)) \
         VELMORA_PICTURE=$taken/$scale/calculator.bmp "$here/tools/xvfb-wine" "$here/build/windows/Tallyra.exe"

@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <utility>
+
 #include "app/main_frame.h"
 #include "pocketpc/shell.h"
 #include "resource.h"
@@ -23,9 +25,13 @@ bool InitControls() {
 
 }  // namespace
 
-CVelmApplication::CVelmApplication(const CVelmServices& services, CVelmOptionsStore& options,
-                                   const CVelmString& programFolder)
-    : services_(services), options_(options), programFolder_(programFolder), context_(services.clock) {}
+CVelmApplication::CVelmApplication(const CVelmServices& services, CVelmOptionsStore& options, CVelmString programFolder,
+                                   CVelmString cacheFolder)
+    : services_(services),
+      options_(options),
+      programFolder_(std::move(programFolder)),
+      cacheFolder_(std::move(cacheFolder)),
+      context_(services.clock) {}
 
 CVelmApplication::~CVelmApplication() = default;
 
@@ -36,7 +42,7 @@ bool CVelmApplication::InitInstance(int showCommand) {
     LoadSettings(settings_, options_, programFolder_);
     formatIcons_ = std::make_unique<CVelmBitmap>(IDB_FORMAT_ICONS, BaseColor(), true);
     frame_ = std::make_unique<CVelmFrame>(
-        CVelmProgram{services_, context_, settings_, options_, programFolder_, *formatIcons_});
+        CVelmProgram{services_, context_, settings_, options_, programFolder_, cacheFolder_, *formatIcons_});
     if (!frame_->CreateFrame(showCommand)) {
         frame_.reset();
         return false;

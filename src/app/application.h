@@ -16,8 +16,10 @@ class CVelmFrame;
 /// The program from its start to its end: settings, formula context, shared images and the one main window.
 class CVelmApplication {
 public:
-    /// The arguments outlive the application. `programFolder` ends with a backslash.
-    CVelmApplication(const CVelmServices& services, CVelmOptionsStore& options, const CVelmString& programFolder);
+    /// Services and options outlive the application. `programFolder` ends with a backslash; `cacheFolder` is for what
+    /// the program can make again, empty for none.
+    CVelmApplication(const CVelmServices& services, CVelmOptionsStore& options, CVelmString programFolder,
+                     CVelmString cacheFolder);
     ~CVelmApplication();
     CVelmApplication(const CVelmApplication&) = delete;
     CVelmApplication& operator=(const CVelmApplication&) = delete;
@@ -38,6 +40,7 @@ private:
     CVelmServices services_;
     CVelmOptionsStore& options_;
     CVelmString programFolder_;
+    CVelmString cacheFolder_;
     CVelmSettings settings_;
     FormulaContext context_;
     std::unique_ptr<CVelmBitmap> formatIcons_;

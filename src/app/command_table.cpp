@@ -36,6 +36,7 @@ constexpr std::array COMMANDS = {
     One(ID_CONVERSIONS, IsConversionFile, EditConversions),
     One(ID_DOWNLOAD, Always, DownloadUpdates),
     One(ID_OPTIONS, Always, EditOptions),
+    One(ID_FIND, Always, FindByQuestion, {VK_F3, 0}),
     One(ID_SHOW_UNITS, Always, ChooseShownUnits, {'U', FCONTROL}),
     WhileBusy(One(ID_CALCULATE, Always, Calculate)),
     One(ID_REMOVE_FROM_LIST, Always, RemoveFromList),

@@ -42,6 +42,9 @@ void EditConversions(CVelmFrame& frame, WORD id);
 void EditOptions(CVelmFrame& frame, WORD id);
 void ChooseShownUnits(CVelmFrame& frame, WORD id);
 
+/// Opens the file that a question leads to, with its unit selected and its value entered.
+void FindByQuestion(CVelmFrame& frame, WORD id);
+
 /// Downloads updates with a line of progress in the title button until Escape is pressed, merges what came for the
 /// current file, and reports the result.
 void DownloadUpdates(CVelmFrame& frame, WORD id);

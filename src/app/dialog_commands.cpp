@@ -28,6 +28,34 @@ bool HasDataFolder(const CVelmFrame& frame, const CVelmString& folder) {
     return made;
 }
 
+/// Null where the document, which may have changed since the question, has no such item.
+CVelmItem* ItemAt(const CVelmDocument& document, std::int32_t position) {
+    const auto index = static_cast<std::size_t>(position);
+    return position >= 0 && index < document.ItemCount() ? document.GetItem(index) : nullptr;
+}
+
+/// Enters values in a document that is shown, as if they had been typed, and selects the item's row.
+void EnterValues(CVelmFrame& frame, CVelmDocument& document, const CVelmSearchPlace& place) {
+    for (const CVelmPlacedValue& value : place.values) {
+        if (CVelmItem* const entered = ItemAt(document, value.item)) {
+            entered->SetValue(value.value);
+            document.currentItem = entered;
+        }
+    }
+    if (!place.values.empty()) {
+        document.Recalculate(frame.Program().context);
+    }
+    CVelmItemList& list = frame.List();
+    list.RefreshValues();
+    const CVelmItem* const item = ItemAt(document, place.item);
+    for (int row = 0; row < list.RowCount(); ++row) {
+        if (&list.Row(row).Item() == item) {
+            list.SelectRow(row);
+        }
+    }
+    list.NotifySelection();
+}
+
 }  // namespace
 
 void ShowAbout(CVelmFrame& frame, WORD) {
@@ -109,6 +137,27 @@ void EditOptions(CVelmFrame& frame, WORD) {
     const CVelmProgram& program = frame.Program();
     if (ShowSettingsDialog(frame.Handle(), program.settings) == IDOK) {
         SaveSettings(program.settings, program.options);
+    }
+}
+
+void FindByQuestion(CVelmFrame& frame, WORD) {
+    const auto place = ShowFindDialog(frame.Handle(), frame.Questions(), frame.LastQuestion());
+    if (!place) {
+        return;
+    }
+    // The file may have come after the catalog was filled.
+    const int index = frame.Catalog().AddFile(place->fileName);
+    if (index < 0) {
+        const CVelmString problem = place->fileName + u" could not be opened.";
+        MessageBoxW(frame.Handle(), Wide(problem), L"Find", MB_OK | MB_ICONSTOP);
+        return;
+    }
+    CVelmDocument* const document = frame.Catalog().documents[static_cast<std::size_t>(index)].get();
+    if (document != frame.Document()) {
+        frame.SelectFile(document);
+    }
+    if (frame.Document() == document) {
+        EnterValues(frame, *document, *place);
     }
 }
 

@@ -240,6 +240,14 @@ CVelmString CVelmFrame::WriteBack() {
     return document_->PathIn(catalog_.Folder()) + u" could not be written.\n" + reason;
 }
 
+CVelmQuestions& CVelmFrame::Questions() {
+    if (questions_ == nullptr) {
+        questions_ = std::make_unique<CVelmQuestions>(program_.services, program_.context, catalog_.Folder(),
+                                                      program_.cacheFolder);
+    }
+    return *questions_;
+}
+
 void CVelmFrame::UpdateCommands() {
     for (const CVelmTool& tool : Toolbar()) {
         if (tool.command != 0) {

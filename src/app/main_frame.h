@@ -2,11 +2,13 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
 #include "app/command_table.h"
 #include "app/program.h"
+#include "ask/questions.h"
 #include "listview/item_list.h"
 #include "listview/value_panel.h"
 #include "model/catalog.h"
@@ -65,6 +67,10 @@ public:
     /// The text references, listed when they are first asked for, and the control that shows them.
     CVelmReferenceList& References() { return references_; }
     CVelmHtmlLibrary& HtmlLibrary() { return htmlLibrary_; }
+
+    /// The questions about the catalog's folder.
+    CVelmQuestions& Questions();
+    CVelmString& LastQuestion() { return lastQuestion_; }
     CVelmItemList& List() { return list_; }
     CVelmValuePanel& Panel() { return panel_; }
 
@@ -102,6 +108,8 @@ private:
     CVelmDrawnButton titleButton_;
     CVelmDrawnButton showUnitsButton_;
     CVelmCatalog catalog_;
+    std::unique_ptr<CVelmQuestions> questions_;  ///< null until they are first asked for
+    CVelmString lastQuestion_;
     CVelmReferenceList references_;
     CVelmHtmlLibrary htmlLibrary_;
     CVelmDocument* document_ = nullptr;  ///< one of the catalog's, or null

@@ -17,6 +17,7 @@ struct CVelmProgram {
     CVelmSettings& settings;
     CVelmOptionsStore& options;
     CVelmString programFolder;  ///< ends with a backslash
+    CVelmString cacheFolder;    ///< for what the program can make again; empty: none
     CVelmBitmap& formatIcons;   ///< the item list's images, tinted with the base color
 };
 

@@ -2,6 +2,7 @@
 
 #include "app/application.h"
 #include "app/main_frame.h"
+#include "platform/cache_folder.h"
 #include "platform/options_store.h"
 #include "platform/program_folder.h"
 #include "ui/single_instance.h"
@@ -12,7 +13,8 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int showCommand) {
         return 0;
     }
     const auto options = velm::OpenOptionsStore(velm::DefaultOptionsLocation());
-    velm::CVelmApplication application(velm::SystemServices(), *options, velm::ProgramFolder());
+    velm::CVelmApplication application(velm::SystemServices(), *options, velm::ProgramFolder(),
+                                       velm::UserCacheFolder());
     if (!application.InitInstance(showCommand)) {
         return 1;
     }

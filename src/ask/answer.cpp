@@ -6,6 +6,10 @@ CVelmString CVelmAnswerRow::TextWithUnit() const {
     return textHasUnit || identifier.empty() ? text : text + (identifier == u"%" ? u"" : u" ") + identifier;
 }
 
+CVelmString CVelmAnswerRow::NamedText() const {
+    return (name.empty() ? CVelmString() : name + u": ") + TextWithUnit();
+}
+
 CVelmString CVelmAnswer::Line() const {
     if (rows.empty()) {
         return understood;

@@ -26,15 +26,25 @@ struct CVelmAnswerRow {
 
     /// "42.1648128 km": the text, and the identifier behind it unless the text has its units already.
     CVelmString TextWithUnit() const;
+
+    /// "Kilometers: 42.1648128 km", for one of several rows.
+    CVelmString NamedText() const;
     bool textHasUnit = false;
+};
+
+/// A value of an item of a data file.
+struct CVelmPlacedValue {
+    std::int32_t item = -1;  ///< its position
+    double value = 0.0;
 };
 
 /// Where the program's window can show an answer. Empty without a file behind the answer.
 struct CVelmAnswerPlace {
-    CVelmString fileName;          ///< with extension
-    std::int32_t item = -1;        ///< position of the unit that was asked from; -1: none
-    double value = 0.0;            ///< to enter there
-    std::int32_t targetItem = -1;  ///< position of the unit asked for; -1: none, or all
+    CVelmString fileName;                  ///< with extension
+    std::int32_t item = -1;                ///< position of the unit that was asked from; -1: none
+    double value = 0.0;                    ///< to enter there
+    std::int32_t targetItem = -1;          ///< position of the unit asked for; -1: none, or all
+    std::vector<CVelmPlacedValue> inputs;  ///< of a calculation: those that the question gives
 };
 
 /// A unit that an answer is made of.

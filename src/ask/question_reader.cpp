@@ -50,6 +50,7 @@ constexpr std::array POWERS_BEFORE = {PowerWord{u"square", 2.0}, PowerWord{u"sq"
 constexpr std::array POWERS_BEHIND = {PowerWord{u"squared", 2.0}, PowerWord{u"cubed", 3.0}};
 
 constexpr std::array<CVelmStringView, 5> KEYWORDS = {u"in", u"to", u"as", u"into", u"and"};
+constexpr const char16_t* INCOMPLETE = u"The question is incomplete: something is missing at the end";
 
 bool IsWordUnit(char16_t unit) {
     return IsLetter(unit) || (unit >= 0xC0 && unit != u'×' && unit != u'÷' && unit != u'→' && !IsQuestionBlank(unit)) ||
@@ -156,7 +157,7 @@ private:
     /// The word or character here is unknown or out of place.
     std::int32_t FailAtWord() {
         if (at_ >= text_.size()) {
-            return FailNode(at_, 0, u"The question is incomplete: something is missing at the end");
+            return FailNode(at_, 0, INCOMPLETE);
         }
         if (BeginsNumber(text_[at_])) {
             return FailAtNumber();
@@ -169,8 +170,12 @@ private:
         }
         const std::size_t end = WordEnd(text_, at_);
         const CVelmString word(text_.substr(at_, end - at_));
-        if (std::ranges::any_of(KEYWORDS, [&](CVelmStringView keyword) { return EqualsNoCase(word, keyword); }) ||
-            !FindQuestionWord(setup_, text_, at_, text_.size()).readings.empty()) {
+        const bool isKeyword =
+            std::ranges::any_of(KEYWORDS, [&](CVelmStringView keyword) { return EqualsNoCase(word, keyword); });
+        if (isKeyword && at_ > 0 && SkipBlanks(text_, end) == text_.size()) {
+            return FailNode(text_.size(), 0, INCOMPLETE);
+        }
+        if (isKeyword || !FindQuestionWord(setup_, text_, at_, text_.size()).readings.empty()) {
             return FailNode(at_, end - at_, u"\"" + word + u"\" cannot stand here");
         }
         return FailUnknown(at_, end - at_);

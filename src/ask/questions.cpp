@@ -41,13 +41,22 @@ public:
             isStale_ = false;
             unknown_.reset();
             answer = AskOnce(text);
-            if (!isStale_ && (answer.ok || tries > 0 || !folder_.Refresh())) {
+            if (!isStale_ && (answer.ok || tries > 0 || isPreview_ || !folder_.Refresh())) {
                 break;
             }
         }
         if (!answer.ok && unknown_) {
             answer.fault.message = UnknownWordText(folder_.Index(), unknown_->message, unknown_->isFirst);
         }
+        return answer;
+    }
+
+    CVelmAnswer Preview(CVelmStringView text) {
+        std::vector<CVelmKeptValue> kept = kept_;
+        isPreview_ = true;
+        CVelmAnswer answer = Ask(text);
+        isPreview_ = false;
+        kept_ = std::move(kept);
         return answer;
     }
 
@@ -307,6 +316,7 @@ private:
     std::vector<CVelmKeptValue> kept_;
     CVelmAskedValue lastValue_;
     bool isStale_ = false;
+    bool isPreview_ = false;                ///< looking at every file for each key would be slow
     std::optional<QuestionFault> unknown_;  ///< the fault is an unknown word
 };
 
@@ -338,6 +348,7 @@ std::vector<CVelmSuggestion> CVelmQuestions::Session::Suggest(CVelmStringView te
         const std::uint32_t item = word->Item();
         CVelmSuggestion suggestion;
         suggestion.word = index.KeyOf(*word);
+        suggestion.start = start;
         suggestion.fileName = index.Text(file.name);
         suggestion.name = index.Text(item == INDEX_NO_ITEM ? file.title : index.items[item].name);
         suggestion.item = item == INDEX_NO_ITEM ? -1 : static_cast<std::int32_t>(index.items[item].position);
@@ -359,6 +370,10 @@ CVelmQuestions::~CVelmQuestions() = default;
 
 CVelmAnswer CVelmQuestions::Ask(CVelmStringView question) {
     return session_->Ask(question);
+}
+
+CVelmAnswer CVelmQuestions::Preview(CVelmStringView question) {
+    return session_->Preview(question);
 }
 
 std::vector<CVelmSuggestion> CVelmQuestions::Suggest(CVelmStringView question, std::size_t limit) {

@@ -17,6 +17,7 @@ struct CVelmSuggestion {
     CVelmString name;        ///< what it means: "Kilometers"
     CVelmString fileName;    ///< with extension; the file that it is from
     std::int32_t item = -1;  ///< position in that file; -1: the file itself
+    std::size_t start = 0;   ///< where in the question the part begins that the word takes the place of
 };
 
 /// Answers questions such as "26.2 mi in km" from the files of a data folder.
@@ -34,6 +35,9 @@ public:
     /// Answers one question; "ans" in it is the last answer. `NAME = VALUE` keeps a value under a name for later
     /// questions. Never fails otherwise than by the answer's fault.
     CVelmAnswer Ask(CVelmStringView question);
+
+    /// The answer to a question that is still being typed: keeps neither it nor a name.
+    CVelmAnswer Preview(CVelmStringView question);
 
     /// Units, files and sheets whose words begin with the last word of an unfinished question, nearest first.
     std::vector<CVelmSuggestion> Suggest(CVelmStringView question, std::size_t limit);

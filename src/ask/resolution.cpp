@@ -66,6 +66,9 @@ private:
             return;
         }
         for (const std::uint8_t option : options_[word]) {
+            if (tried_ > MAX_CHOICES) {
+                return;
+            }
             const CVelmReading& reading = question_.words[word].readings[option];
             evaluation_.choice[word] = option;
             TryFrom(word + 1, cost + RANK_COSTS[reading.rank] + (reading.isOtherCase ? OTHER_CASE_COST : 0) +

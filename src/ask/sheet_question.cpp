@@ -389,7 +389,9 @@ bool AnswerSheet(CVelmWordFolder& folder, const CVelmUnitIndex& index, const CVe
         item->state = STATE_NONE;
     }
     for (const SheetValue& value : reader.Values()) {
-        document->GetItem(index.items[value.input].position)->SetValue(reader.NumberFor(value));
+        const std::uint32_t position = index.items[value.input].position;
+        document->GetItem(position)->SetValue(reader.NumberFor(value));
+        answer.place.inputs.push_back({static_cast<std::int32_t>(position), document->GetItem(position)->value});
     }
     document->Recalculate(folder.Context());
     const CVelmLocale& locale = folder.Services().locale;

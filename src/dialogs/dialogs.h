@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "ask/question_search.h"
 #include "platform/text.h"
 
 namespace velm {
@@ -48,6 +49,10 @@ int ShowFormatsDialog(HWND parent, CVelmValueFormat& format);
 
 /// Lets the user tick which items of a document the list shows, by position. Nothing when the user cancels.
 std::optional<std::vector<bool>> ShowUnitsDialog(HWND parent, const CVelmDocument& document);
+
+/// Takes a question and lists its answer and the units and files that it may mean. `question` is the text that the
+/// dialog begins with, and then the one that it was left with. Nothing when the user cancels.
+std::optional<CVelmSearchPlace> ShowFindDialog(HWND parent, CVelmQuestions& questions, CVelmString& question);
 
 /// Edits the data folder and the update address. Returns IDOK, or IDCANCEL with the settings as they were.
 int ShowSettingsDialog(HWND parent, CVelmSettings& settings);

@@ -45,7 +45,7 @@ protected:
 
 TEST_F(DialogFrameTest, EveryDialogFollowsTheSizeOfTheProgramsWindow) {
     for (const std::string command : {"OPEN_FILE", "NEW_CONVERSION_FILE", "PROPERTIES", "ADD_UNIT", "CONVERSIONS",
-                                      "OPTIONS", "SHOW_UNITS", "ABOUT"}) {
+                                      "OPTIONS", "SHOW_UNITS", "FIND", "ABOUT"}) {
         SCOPED_TRACE(Do("open " + command));
         const HWND dialog = program.TopDialog();
         if (command == "CONVERSIONS") {
@@ -59,7 +59,7 @@ TEST_F(DialogFrameTest, EveryDialogFollowsTheSizeOfTheProgramsWindow) {
             EXPECT_TRUE(EqualRect(&place, &client));
             ExpectOrder(dialog);
         }
-        const std::set<std::string> edits = {"NEW_CONVERSION_FILE", "PROPERTIES", "ADD_UNIT", "OPTIONS"};
+        const std::set<std::string> edits = {"NEW_CONVERSION_FILE", "PROPERTIES", "ADD_UNIT", "OPTIONS", "FIND"};
         EXPECT_EQ(SHGetSipPreference(dialog), edits.contains(command) ? SIP_UP : SIP_DOWN) << "up while text is edited";
         if (command == "PROPERTIES") {
             Do("focus CATEGORY");

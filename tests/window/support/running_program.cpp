@@ -73,7 +73,7 @@ bool RunningProgram::Start() {
 void RunningProgram::Run(std::promise<bool>& started) {
     threadId_ = GetCurrentThreadId();
     helper_ = CreateHelper();
-    CVelmApplication application(SystemServices(), *options_, ProgramFolder());
+    CVelmApplication application(SystemServices(), *options_, ProgramFolder(), folder_.PathOf(u"Cache\\"));
     const bool up = application.InitInstance(SW_SHOWNORMAL);
     frame_ = up ? application.Frame() : nullptr;
     window_ = up ? frame_->Handle() : nullptr;

@@ -38,10 +38,10 @@ struct Words {
 using W = const Words&;
 
 const std::map<std::string, WORD> KEYS = {
-    {"Tab", VK_TAB},     {"Enter", VK_RETURN},  {"Escape", VK_ESCAPE}, {"Delete", VK_DELETE}, {"Back", VK_BACK},
-    {"Left", VK_LEFT},   {"Right", VK_RIGHT},   {"Up", VK_UP},         {"Down", VK_DOWN},     {"PageUp", VK_PRIOR},
-    {"Space", VK_SPACE}, {"PageDown", VK_NEXT}, {"F1", VK_F1},         {"F4", VK_F4},         {"Insert", VK_INSERT},
-    {"Shift", VK_SHIFT}, {"Ctrl", VK_CONTROL},  {"Alt", VK_MENU},      {"F10", VK_F10}};
+    {"Tab", VK_TAB},       {"Enter", VK_RETURN},  {"Escape", VK_ESCAPE}, {"Delete", VK_DELETE}, {"Back", VK_BACK},
+    {"Left", VK_LEFT},     {"Right", VK_RIGHT},   {"Up", VK_UP},         {"Down", VK_DOWN},     {"PageUp", VK_PRIOR},
+    {"Space", VK_SPACE},   {"PageDown", VK_NEXT}, {"F1", VK_F1},         {"F3", VK_F3},         {"F4", VK_F4},
+    {"Insert", VK_INSERT}, {"Shift", VK_SHIFT},   {"Ctrl", VK_CONTROL},  {"Alt", VK_MENU},      {"F10", VK_F10}};
 
 const std::map<std::string, WPARAM> SCROLLS = {{"up", SB_LINEUP},      {"down", SB_LINEDOWN},
                                                {"page-up", SB_PAGEUP}, {"page-down", SB_PAGEDOWN},
