@@ -32,15 +32,16 @@ constexpr int MAX_KEY_HEIGHT = 28;
 constexpr int TEXT_FONT = 14;
 
 CVelmString TapeText(const TapeLine& line) {
-    return line.expression + u" = " + line.result;
+    return line.expression.empty() ? u"    " + line.result : line.expression + u" = " + line.result;
 }
 
 }  // namespace
 
-CVelmCalculatorWindow::CVelmCalculatorWindow(const CVelmServices& services, CVelmString tapePath)
+CVelmCalculatorWindow::CVelmCalculatorWindow(const CVelmServices& services, CVelmString tapePath,
+                                             CVelmString dataFolder, CVelmString cacheFolder)
     : services_(services),
       tapePath_(std::move(tapePath)),
-      calculator_(services.clock),
+      calculator_(services, std::move(dataFolder), std::move(cacheFolder)),
       textFont_(CreateProgramFont(TEXT_FONT, false)),
       resultFont_(CreateProgramFont(TEXT_FONT, true)) {}
 
@@ -258,11 +259,35 @@ void CVelmCalculatorWindow::Compute() {
         SendMessageW(expression_, EM_SETSEL, start, static_cast<LPARAM>(start + result.fault.length));
         return;
     }
+    SendMessageW(expression_, EM_SETSEL, 0, -1);
+    if (result.answer) {
+        ShowAnswer(line, *result.answer);
+        return;
+    }
     result_ = result.value;
     ShowResult();
-    tape_.Add(line, format_.FormatValue(result.value, services_.locale));
+    AddToTape(line, format_.FormatValue(result.value, services_.locale));
+}
+
+/// The message line shows all rows of an answer, the tape one row a line and then the notes.
+void CVelmCalculatorWindow::ShowAnswer(CVelmStringView question, const CVelmAnswer& answer) {
+    result_.reset();
+    CVelmString message;
+    const bool isOne = answer.rows.size() == 1;
+    for (const CVelmAnswerRow& row : answer.rows) {
+        const CVelmString text = isOne ? row.TextWithUnit() : row.NamedText();
+        AddToTape(message.empty() ? question : CVelmStringView(), text);
+        message += (message.empty() ? u"" : u"; ") + text;
+    }
+    for (const CVelmString& note : answer.notes) {
+        AddToTape({}, u"(" + note + u")");
+    }
+    ShowMessage(message);
+}
+
+void CVelmCalculatorWindow::AddToTape(CVelmStringView expression, CVelmStringView result) {
+    tape_.Add(expression, result);
     ShowTapeLine(tape_.Lines().back());
-    SendMessageW(expression_, EM_SETSEL, 0, -1);
 }
 
 void CVelmCalculatorWindow::ShowResult() {
@@ -288,7 +313,11 @@ void CVelmCalculatorWindow::TakeTapeLine() {
     if (index < 0 || static_cast<std::size_t>(index) >= tape_.Lines().size()) {
         return;
     }
-    SetWindowTextW(expression_, Wide(tape_.Lines()[static_cast<std::size_t>(index)].expression));
+    auto line = static_cast<std::size_t>(index);
+    while (line > 0 && tape_.Lines()[line].expression.empty()) {
+        --line;
+    }
+    SetWindowTextW(expression_, Wide(tape_.Lines()[line].expression));
     SetFocus(expression_);
     SendMessageW(expression_, EM_SETSEL, 0, -1);
 }

@@ -22,8 +22,9 @@ inline constexpr const wchar_t* CALCULATOR_CLASS = L"TallyraFrame";
 /// The calculator's one window: tape, expression, message line, choice of base, angle mode and keypad.
 class CVelmCalculatorWindow : public CVelmWindow {
 public:
-    /// The tape is kept in the file `tapePath`. The services outlive the window.
-    CVelmCalculatorWindow(const CVelmServices& services, CVelmString tapePath);
+    /// The tape is kept in the file `tapePath`. The services outlive the window. For the folders see CVelmQuestions.
+    CVelmCalculatorWindow(const CVelmServices& services, CVelmString tapePath, CVelmString dataFolder,
+                          CVelmString cacheFolder);
 
     bool CreateFrame(int showCommand);
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -49,6 +50,8 @@ private:
     void Compute();
     void ShowResult();
     void ShowMessage(CVelmStringView text);
+    void ShowAnswer(CVelmStringView question, const CVelmAnswer& answer);
+    void AddToTape(CVelmStringView expression, CVelmStringView result);
     void ShowTapeLine(const TapeLine& line);
     void TakeTapeLine();
     bool TakeValue(const COPYDATASTRUCT& data);

@@ -9,7 +9,7 @@
 namespace velm {
 
 struct TapeLine {
-    CVelmString expression;
+    CVelmString expression;  ///< empty: the line continues the result of the one above
     CVelmString result;
 
     bool operator==(const TapeLine&) const = default;

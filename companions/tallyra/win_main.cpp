@@ -4,8 +4,12 @@
 
 #include <array>
 
+#include "platform/cache_folder.h"
+#include "platform/options_store.h"
+#include "platform/program_folder.h"
 #include "platform/services.h"
 #include "platform/wide_text_win32.h"
+#include "settings/settings.h"
 #include "tallyra/calculator_window.h"
 #include "ui/single_instance.h"
 
@@ -22,6 +26,14 @@ velm::CVelmString TapePath() {
     return own + u"\\tallyra tape.txt";
 }
 
+/// The folder that the converter beside the calculator uses.
+velm::CVelmString DataFolder() {
+    velm::CVelmSettings settings;
+    const auto options = velm::OpenOptionsStore(velm::DefaultOptionsLocation());
+    velm::ReadStoredSettings(settings, *options);
+    return velm::DataFolder(settings, velm::ProgramFolder());
+}
+
 }  // namespace
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int showCommand) {
@@ -29,7 +41,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int showCommand) {
     if (!velm::IsOnlyInstance(L"Local\\Corvane.Tallyra", velm::CALCULATOR_CLASS)) {
         return 0;
     }
-    velm::CVelmCalculatorWindow window(velm::SystemServices(), TapePath());
+    velm::CVelmCalculatorWindow window(velm::SystemServices(), TapePath(), DataFolder(), velm::UserCacheFolder());
     if (!window.CreateFrame(showCommand)) {
         return 1;
     }

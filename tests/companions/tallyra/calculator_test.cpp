@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "formats/decimal_format.h"
+#include "platform/file.h"
 #include "support/memory_files.h"
 #include "support/table.h"
 #include "support/test_services.h"
@@ -13,9 +14,15 @@ namespace {
 
 class CalculatorTest : public testing::Test {
 protected:
-    /// The value as shown, or what is wrong and the place of it: "Division by zero at 1+2".
+    /// The value as shown, the first row of an answer and how many more there are, or what is wrong and the place of
+    /// it: "Division by zero at 1+2".
     std::string Compute(std::u16string_view line) {
         const CalculatorResult result = calculator.Compute(line);
+        if (result.answer) {
+            const auto& rows = result.answer->rows;
+            const bool isOne = rows.size() == 1;
+            return ToUtf8(isOne ? rows[0].TextWithUnit() : rows.at(0).NamedText()) + (isOne ? "" : ", ...");
+        }
         if (result.computed) {
             return ToUtf8(FormatDecimal(result.value, true));
         }
@@ -23,7 +30,7 @@ protected:
                std::to_string(result.fault.length);
     }
 
-    CVelmCalculator calculator{SystemClock()};
+    CVelmCalculator calculator{SystemServices(), WithSeparator(FromUtf8(VELMORA_DATA_FOLDER)), {}};
 };
 
 TEST_F(CalculatorTest, SaysWhatTheTableTells) {

@@ -8,6 +8,7 @@
 #include <random>
 #include <string>
 
+#include "platform/file.h"
 #include "platform/services.h"
 #include "platform/wide_text_win32.h"
 #include "support/temporary_folder.h"
@@ -22,7 +23,8 @@ protected:
     void TearDown() override { Close(); }
 
     void Open() {
-        window = std::make_unique<CVelmCalculatorWindow>(SystemServices(), folder.PathOf(u"tape"));
+        window = std::make_unique<CVelmCalculatorWindow>(SystemServices(), folder.PathOf(u"tape"),
+                                                         WithSeparator(FromUtf8(VELMORA_DATA_FOLDER)), CVelmString());
         ASSERT_TRUE(window->CreateFrame(SW_SHOWNORMAL));
         Pump();
     }
@@ -144,6 +146,29 @@ TEST_F(CalculatorWindow, SaysInWordsWhatIsWrongAndSelectsIt) {
     EXPECT_EQ(TapeLength(), 0);
     Key(VK_ESCAPE);
     EXPECT_EQ(Expression(), "");
+}
+
+TEST_F(CalculatorWindow, AnswersQuestionsAndKeepsThemOnTheTape) {
+    EXPECT_EQ(Compute(u"26.2 mi in km"), "42.1648128 km");
+    EXPECT_EQ(TapeLine(0), "26.2 mi in km = 42.1648128 km");
+    Tap(u"Hex");
+    EXPECT_EQ(Message(), "42.1648128 km") << "a unit has no base";
+    Tap(u"Dec");
+    EXPECT_EQ(Compute(u"tip 64.50 18% 3 people").substr(0, 26), "Tip: 11.61; Total: 76.11; ");
+    EXPECT_EQ(TapeLine(1), "tip 64.50 18% 3 people = Tip: 11.61");
+    EXPECT_EQ(TapeLine(4), "    Each pays, rounded up: 26.00");
+    Close();
+    Open();
+    EXPECT_EQ(TapeLine(4), "    Each pays, rounded up: 26.00");
+    Key(VK_TAB);
+    SendMessageW(Control(L"ListBox"), LB_SETCURSEL, 4, 0);
+    Key(VK_RETURN);
+    EXPECT_EQ(Expression(), "tip 64.50 18% 3 people") << "a further line of an answer takes up its question";
+    EXPECT_EQ(Compute(u"26.2 mi in kg"), "26.2 mi is a length, kg a mass: length times weight of length would fit");
+    DWORD start = 0;
+    DWORD end = 0;
+    SendMessageW(Control(L"Edit"), EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+    EXPECT_EQ(std::make_pair(start, end), std::make_pair(DWORD{11}, DWORD{13}));
 }
 
 TEST_F(CalculatorWindow, KeepsItsTapeFromRunToRunAndFiveHundredLinesOfIt) {
