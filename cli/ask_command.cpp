@@ -45,9 +45,12 @@ public:
     }
 
 private:
-    /// Says once when an answer rests on old rates.
+    /// Says once when an answer rests on old rates. Ends the command when there is no data folder to know words from.
     CVelmAnswer Ask(CVelmStringView question) {
         CVelmAnswer answer = questions_.Ask(question);
+        if (!answer.ok) {
+            FilesOfDataFolder(context_);
+        }
         if (answer.ok && (json_ || !warned_)) {
             rates_ = OldestRate(answer, context_.services, context_.formulas, context_.dataFolder);
             warned_ = warned_ || WarnOfOldRates(context_, rates_);

@@ -20,6 +20,7 @@ namespace {
 constexpr const char* UP = "\x1B[A";
 constexpr const char* CTRL_C = "\x03";
 constexpr const char* CTRL_D = "\x04";
+constexpr const char* CTRL_U = "\x15";
 
 /// The command at a terminal of its own, as a user sees and types.
 class Terminal {
@@ -59,6 +60,13 @@ public:
                 return testing::AssertionFailure() << "no \"" << text << "\" in: " << screen_.substr(seen_);
             }
         }
+    }
+
+    /// Ends the session with Ctrl+D, once a completion shows that the editor and not the terminal reads the keys.
+    void TypeEnd() {
+        Type("furlo\t");
+        ASSERT_TRUE(Sees("urlongs"));
+        Type(std::string(CTRL_U) + CTRL_D);
     }
 
     /// The status with which the command ends; -1 when it was killed.
@@ -148,7 +156,7 @@ TEST_F(SessionTest, AnswersUntilTheInputEnds) {
     terminal.Type("help\r");
     ASSERT_TRUE(terminal.Sees("Ctrl+D"));
     ASSERT_TRUE(terminal.Sees("\n> "));
-    terminal.Type(CTRL_D);
+    terminal.TypeEnd();
     EXPECT_EQ(terminal.Status(), 0);
 }
 
@@ -176,7 +184,7 @@ TEST_F(SessionTest, RemembersTheQuestionsOfEarlierSessions) {
         terminal.Type(question + "\r\r" + question + "\r");
         ASSERT_TRUE(terminal.Sees("mi = "));
         ASSERT_TRUE(terminal.Sees("mi = "));
-        terminal.Type(CTRL_D);
+        terminal.TypeEnd();
         EXPECT_EQ(terminal.Status(), 0);
     }
     EXPECT_EQ(History(), "1 mi in km\n2 mi in km\n");
@@ -200,7 +208,7 @@ TEST_F(SessionTest, KeepsTheHistoryShortAndToTheUser) {
     ASSERT_TRUE(terminal.Sees("> "));
     terminal.Type(std::string(UP) + UP + "\r");
     ASSERT_TRUE(terminal.Sees("\n1,999 mi = "));
-    terminal.Type(CTRL_D);
+    terminal.TypeEnd();
     EXPECT_EQ(terminal.Status(), 0);
     const std::string kept = History();
     EXPECT_TRUE(kept.starts_with("1001 mi in km\n"));
