@@ -69,9 +69,12 @@ public:
         Type(std::string(CTRL_U) + CTRL_D);
     }
 
-    /// The status with which the command ends; -1 when it was killed.
+    /// The status with which the command ends; -1 when it was killed, as it is when it takes too long.
     int Status() {
         while (Receive()) {
+        }
+        if (!ended_) {
+            kill(process_, SIGKILL);
         }
         int ended = 0;
         waitpid(process_, &ended, 0);
@@ -92,7 +95,8 @@ private:
         for (ssize_t i = 0; i < count; ++i) {
             Show(bytes[static_cast<std::size_t>(i)]);
         }
-        return count > 0;
+        ended_ = count <= 0;
+        return !ended_;
     }
 
     void Show(char byte) {
@@ -110,6 +114,7 @@ private:
     std::string screen_;
     std::size_t seen_ = 0;
     bool inControl_ = false;
+    bool ended_ = false;
 };
 
 class SessionTest : public testing::Test {
