@@ -11,14 +11,14 @@ fail() {
 }
 at_most() { [ "$(stat -c %s "$2")" -lt "$1" ] || fail "$2 is larger than $1 bytes"; }
 
-at_most 3000000 "$zip"
+at_most 4000000 "$zip"
 unzip -q "$zip" -d "$work"
 for program in Velmora.exe Tallyra.exe peghelp.exe htmlview.dll; do
     at_most 2000000 "$work/$program"
 done
 # The terminal command converts with the data beside it, and the sources are those of that data.
 tools=$(dirname "$0")/../../tools
-at_most 3000000 "$work/velmora.com"
+at_most 4000000 "$work/velmora.com"
 at_terminal() { (unset VELMORA_DATA && "$tools/wine" "$work/velmora.com" "$@"); }
 [ "$(at_terminal convert length mi 26.2 --to km | tr -d '\r')" = 42.1648128 ] || fail "the command does not convert"
 at_terminal import "Z:$work/Sources/Length.toml" "Z:$work/Length.cnv"
