@@ -18,7 +18,7 @@ for program in Velmora.exe Tallyra.exe peghelp.exe htmlview.dll; do
 done
 # The terminal command converts with the data beside it, and the sources are those of that data.
 tools=$(dirname "$0")/../../tools
-at_most 3000000 "$work/velmora.com"
+at_most 3500000 "$work/velmora.com"
 at_terminal() { (unset VELMORA_DATA && "$tools/wine" "$work/velmora.com" "$@"); }
 [ "$(at_terminal convert length mi 26.2 --to km | tr -d '\r')" = 42.1648128 ] || fail "the command does not convert"
 at_terminal import "Z:$work/Sources/Length.toml" "Z:$work/Length.cnv"
