@@ -14,7 +14,7 @@ at_most() { [ "$(stat -c %s "$2")" -lt "$1" ] || fail "$2 is larger than $1 byte
 at_most 4000000 "$zip"
 unzip -q "$zip" -d "$work"
 for program in Velmora.exe Tallyra.exe peghelp.exe htmlview.dll; do
-    at_most 2000000 "$work/$program"
+    at_most 2500000 "$work/$program"
 done
 # The terminal command converts with the data beside it, and the sources are those of that data.
 tools=$(dirname "$0")/../../tools
