@@ -171,7 +171,7 @@ bool RunningProgram::Choose(const std::string& entry) {
 }
 
 std::string RunningProgram::Answer(int button, HWND box) {
-    if (box == nullptr) {
+    if (box == nullptr || GetDlgItem(box, button) == nullptr) {  // a box gets its buttons some time after it opens
         box = WaitUntil([&] { return GetDlgItem(WaitForDialog(), button) != nullptr ? WaitForDialog() : nullptr; });
     }
     WaitUntil([&] { return IsChild(box, Focus()); },
