@@ -26,7 +26,7 @@ bool IsWordPart(char16_t unit) {
     return IsLetter(unit) || IsDigit(unit) || unit == u'_' || unit == u'\'' || unit >= 0xC0;
 }
 
-std::size_t WordEnd(CVelmStringView text, std::size_t at) {
+std::size_t NameEnd(CVelmStringView text, std::size_t at) {
     while (at < text.size() && IsWordPart(text[at])) {
         ++at;
     }
@@ -93,7 +93,7 @@ private:
                 ++at;
                 continue;
             }
-            const std::size_t end = WordEnd(text_, at);
+            const std::size_t end = NameEnd(text_, at);
             const CVelmStringView word = CVelmStringView(text_).substr(at, end - at);
             const bool isFiller =
                 std::ranges::any_of(FILLERS, [&](CVelmStringView filler) { return EqualsNoCase(filler, word); });
@@ -112,7 +112,7 @@ private:
         std::size_t count = 0;
         std::size_t next = at;
         while (count < ends.size() && next < text_.size() && IsLetter(text_[next])) {
-            next = WordEnd(text_, next);
+            next = NameEnd(text_, next);
             ends[count++] = next;
             next = SkipBlanks(text_, next);
         }
@@ -137,7 +137,7 @@ private:
         std::uint32_t input = INDEX_NO_ITEM;
         if (IsLetter(text_[at_])) {
             input = InputHere(at_, end);
-            const std::size_t wordEnd = WordEnd(text_, at_);
+            const std::size_t wordEnd = NameEnd(text_, at_);
             const std::size_t sign = SkipBlanks(text_, input == INDEX_NO_ITEM ? wordEnd : end);
             const bool hasSign = sign < text_.size() && (text_[sign] == u'=' || text_[sign] == u':');
             if (input == INDEX_NO_ITEM && hasSign) {
@@ -352,7 +352,7 @@ std::optional<CVelmSheetName> FindSheet(const CVelmUnitIndex& index, CVelmString
     std::size_t count = 0;
     const std::size_t start = SkipBlanks(text, 0);
     for (std::size_t at = start; count < ends.size() && at < text.size() && IsLetter(text[at]);) {
-        at = WordEnd(text, at);
+        at = NameEnd(text, at);
         ends[count++] = at;
         const auto [first, last] = index.RangeOf(text.substr(start, at - start));
         if (first == last) {
